@@ -1,0 +1,45 @@
+# The front door: `make run` starts Kestrelway, `make test` builds and runs the tests.
+# Both install the Debian packages the build needs when they are missing.
+
+PACKAGES := cmake ninja-build g++ pkg-config libgtest-dev libgmock-dev libbenchmark-dev \
+            qt6-base-dev libgl-dev xvfb xauth x11-utils imagemagick fonts-liberation
+SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
+JOBS ?= $(shell nproc)
+
+.PHONY: deps test asan run bench build clean format
+
+deps:
+	@missing=""; for p in $(PACKAGES); do \
+	  dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q "ok installed" || missing="$$missing $$p"; \
+	done; \
+	if [ -n "$$missing" ]; then \
+	  echo "Installing:$$missing"; \
+	  $(SUDO) apt-get update -qq && \
+	  DEBIAN_FRONTEND=noninteractive $(SUDO) apt-get install -y -qq $$missing; \
+	fi
+
+test: deps
+	cmake --preset ci
+	cmake --build --preset ci -j $(JOBS)
+	ctest --preset ci -j $(JOBS)
+
+asan: deps
+	cmake --preset asan
+	cmake --build --preset asan -j $(JOBS)
+	ctest --preset asan -j $(JOBS)
+
+build: deps
+	cmake --preset release
+	cmake --build --preset release -j $(JOBS)
+
+bench: build
+	@for b in build/release/bench/bench_*; do echo "== $$b"; $$b; done
+
+run: build
+	@scripts/run.sh build/release
+
+clean:
+	rm -rf build
+
+format:
+	find src tests bench -name '*.cpp' -o -name '*.h' | xargs clang-format -i
