@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kw::automation {
+
+// The classic string functions, with their edge behaviour: positions count from 1, Trim removes
+// blanks (spaces) only, out-of-range lengths are clipped, a negative length or a start below 1
+// fails with 5.
+std::string Trim(std::string_view s);
+std::string LTrim(std::string_view s);
+std::string RTrim(std::string_view s);
+std::string Left(std::string_view s, long length);
+std::string Right(std::string_view s, long length);
+std::string Mid(std::string_view s, long start);
+std::string Mid(std::string_view s, long start, long length);
+// Position of find in s from start (1-based), 0 when absent; an empty find gives start when
+// start <= Len(s) + 1... as the classic rules say.
+long InStr(std::string_view s, std::string_view find);
+long InStr(long start, std::string_view s, std::string_view find);
+long InStrRev(std::string_view s, std::string_view find);
+std::string UCase(std::string_view s);
+std::string LCase(std::string_view s);
+long Len(std::string_view s);
+std::string Replace(std::string_view s, std::string_view find, std::string_view with);
+// Val: the leading number of a text, 0 when none.
+double Val(std::string_view s);
+
+}  // namespace kw::automation

@@ -1,0 +1,96 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace kw::automation {
+
+// The value types of the automation model, numbered as the classic VarType numbers.
+enum class VarType : int {
+    Empty = 0,
+    Null = 1,
+    Integer = 2,
+    Long = 3,
+    Single = 4,
+    Double = 5,
+    String = 8,
+    Object = 9,
+    Boolean = 11,
+    Variant = 12,
+    Array = 0x2000,
+};
+
+// Base of everything an object reference can point at (the engine, collections, records).
+class Object {
+public:
+    virtual ~Object() = default;
+};
+using ObjectRef = std::shared_ptr<Object>;
+
+class SafeArray;
+
+// A value as automation passes it: copied as a value, except object references, which are shared.
+class Variant {
+public:
+    Variant();  // Empty
+    Variant(std::int16_t value);
+    Variant(std::int32_t value);
+    Variant(float value);
+    Variant(double value);
+    Variant(bool value);
+    Variant(std::string value);
+    Variant(const char* value);
+    Variant(ObjectRef value);  // possibly empty: "Nothing"
+    Variant(SafeArray value);
+
+    static Variant Null();
+
+    Variant(const Variant& other);
+    Variant(Variant&& other) noexcept;
+    Variant& operator=(const Variant& other);
+    Variant& operator=(Variant&& other) noexcept;
+    ~Variant();
+
+    VarType Type() const;
+    bool IsEmpty() const { return Type() == VarType::Empty; }
+    bool IsNull() const { return Type() == VarType::Null; }
+    bool IsArray() const { return Type() == VarType::Array; }
+    bool IsObject() const { return Type() == VarType::Object; }
+    bool IsNumeric() const;  // Integer, Long, Single, Double, Boolean, or text that is a number
+
+    // Conversions with the classic rules; they fail with 13 (type mismatch) or 6 (overflow).
+    std::string ToString() const;
+    std::int16_t ToInteger() const;
+    std::int32_t ToLong() const;
+    float ToSingle() const;
+    double ToDouble() const;
+    bool ToBoolean() const;
+    ObjectRef ToObject() const;      // fails with 13 unless an object reference
+    const SafeArray& ToArray() const;  // fails with 13 unless an array
+    SafeArray& ToArray();
+
+    // Same type and same value (arrays element by element, objects by identity).
+    bool operator==(const Variant& other) const;
+
+private:
+    struct NullTag {
+        bool operator==(const NullTag&) const = default;
+    };
+    using ArrayPtr = std::unique_ptr<SafeArray>;
+    std::variant<std::monostate, NullTag, std::int16_t, std::int32_t, float, double, std::string,
+                 ObjectRef, bool, ArrayPtr>
+        value_;
+};
+
+// Free conversions named as the program calls them.
+std::string CStr(const Variant& v);
+std::int16_t CInt(const Variant& v);
+std::int32_t CLng(const Variant& v);
+float CSng(const Variant& v);
+double CDbl(const Variant& v);
+bool CBool(const Variant& v);
+
+}  // namespace kw::automation
