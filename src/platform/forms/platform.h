@@ -1,0 +1,156 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kw::automation {
+class Failure;
+}
+
+namespace kw::forms {
+
+class Form;
+
+// Message box flags and results, with the classic numbers.
+namespace mb {
+inline constexpr int kOkOnly = 0;
+inline constexpr int kOkCancel = 1;
+inline constexpr int kAbortRetryIgnore = 2;
+inline constexpr int kYesNoCancel = 3;
+inline constexpr int kYesNo = 4;
+inline constexpr int kRetryCancel = 5;
+inline constexpr int kButtonMask = 0x7;
+inline constexpr int kCritical = 16;
+inline constexpr int kQuestion = 32;
+inline constexpr int kExclamation = 48;
+inline constexpr int kInformation = 64;
+inline constexpr int kIconMask = 0x70;
+inline constexpr int kDefaultButton1 = 0;
+inline constexpr int kDefaultButton2 = 256;
+inline constexpr int kDefaultButton3 = 512;
+inline constexpr int kDefaultMask = 0x300;
+inline constexpr int kApplicationModal = 0;
+inline constexpr int kSystemModal = 4096;
+inline constexpr int kSetForeground = 0x10000;
+
+inline constexpr int kResultOk = 1;
+inline constexpr int kResultCancel = 2;
+inline constexpr int kResultAbort = 3;
+inline constexpr int kResultRetry = 4;
+inline constexpr int kResultIgnore = 5;
+inline constexpr int kResultYes = 6;
+inline constexpr int kResultNo = 7;
+inline constexpr int kResultTimeout = 32000;  // what a timed box returns when it closed itself
+}  // namespace mb
+
+struct MessageBoxRequest {
+    std::string text;
+    int flags = mb::kOkOnly;
+    std::string caption;
+    int timeoutMs = 0;                      // 0: waits for the user
+    std::vector<std::string> buttonLabels;  // empty: the standard labels of the flags
+};
+
+// Cursor shapes, numbered as the program sets them.
+namespace cursor {
+inline constexpr int kDefault = 0;
+inline constexpr int kHourglass = 11;
+inline constexpr int kArrowHourglass = 13;
+}  // namespace cursor
+
+// System metric indices that the program reads.
+namespace metric {
+inline constexpr int kCxScreen = 0;
+inline constexpr int kCyScreen = 1;
+inline constexpr int kCyCaption = 4;
+inline constexpr int kCxBorder = 5;
+inline constexpr int kCyBorder = 6;
+inline constexpr int kCxDlgFrame = 7;
+inline constexpr int kCyDlgFrame = 8;
+}  // namespace metric
+
+// Show states of a window placement.
+namespace show {
+inline constexpr int kHide = 0;
+inline constexpr int kNormal = 1;
+inline constexpr int kMinimized = 2;
+inline constexpr int kMaximized = 3;
+}  // namespace show
+
+struct FileDialogRequest {
+    std::string title;
+    std::string filter;  // "Text files (*.log)|*.log|All files (*.*)|*.*"
+    std::string initialDir;
+    std::string fileName;
+};
+
+struct Point {
+    int x = 0;
+    int y = 0;
+    bool operator==(const Point&) const = default;
+};
+
+using TimerId = int;
+using WindowHandle = std::intptr_t;
+
+// Everything the program asks of its surroundings beyond its own forms.
+class Platform {
+public:
+    virtual ~Platform() = default;
+
+    // A modal message box; the message loop keeps running inside it. Returns a result of mb::.
+    virtual int MessageBox(const MessageBoxRequest& request) = 0;
+    int MsgBox(const std::string& text, int flags = mb::kOkOnly, const std::string& caption = {});
+
+    // A repeating timer on the user interface thread; KillTimer of an unknown id does nothing.
+    virtual TimerId SetTimer(int intervalMs, std::function<void()> tick) = 0;
+    virtual void KillTimer(TimerId id) = 0;
+    // Runs what is due in the message loop, then returns.
+    virtual void DoEvents() = 0;
+    // Blocks the thread: nothing runs meanwhile.
+    virtual void Sleep(int ms) = 0;
+    // Milliseconds since some fixed start.
+    virtual std::int64_t TickCount() const = 0;
+
+    // Forms: the renderer attaches to a form when it loads and lets go of it when it unloads.
+    virtual void AttachForm(Form& form) = 0;
+    virtual void DetachForm(Form& form) = 0;
+    // Runs the message loop until the form is hidden or unloaded.
+    virtual void RunModal(Form& form) = 0;
+
+    virtual void SetCursor(int shape) = 0;
+    virtual int Cursor() const = 0;
+    virtual Point CursorPos() const = 0;
+
+    // Window services on other windows of the desktop (a previous instance).
+    virtual bool PreviousInstanceRunning() = 0;
+    virtual WindowHandle FindWindow(const std::string& className, const std::string& title) = 0;
+    virtual int GetWindowPlacement(WindowHandle window) = 0;  // show state, show::
+    virtual void SetWindowPlacement(WindowHandle window, int showState) = 0;
+    virtual void SetForegroundWindow(WindowHandle window) = 0;
+
+    // The logged-on user's name; nullopt when the platform cannot tell.
+    virtual std::optional<std::string> LoggedOnUserName() = 0;
+
+    virtual int TwipsPerPixelX() const = 0;
+    virtual int TwipsPerPixelY() const = 0;
+    virtual int SystemMetric(int index) const = 0;
+
+    virtual void Beep() = 0;
+    virtual void ShowHelp(const std::string& helpFile, int contextId) = 0;
+    virtual std::optional<std::string> OpenFileDialog(const FileDialogRequest& request) = 0;
+
+    // Ends the process at once: no unload step, no close. Does not return.
+    [[noreturn]] virtual void EndProcess(int exitCode) = 0;
+
+    // A failure nobody guarded reached the message loop: the run-time error box, then the end.
+    [[noreturn]] void ReportUnhandledFailure(const automation::Failure& failure);
+
+    // Runs an event reaction as the message loop does: an unguarded failure ends the process.
+    void Dispatch(const std::function<void()>& reaction);
+};
+
+}  // namespace kw::forms
