@@ -8,13 +8,18 @@
 namespace kw::automation::detail {
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 
 int DigitValue(char c, int base) {
     int d = -1;
-    if (c >= '0' && c <= '9') d = c - '0';
-    else if (c >= 'a' && c <= 'f') d = c - 'a' + 10;
-    else if (c >= 'A' && c <= 'F') d = c - 'A' + 10;
+    if (c >= '0' && c <= '9')
+        d = c - '0';
+    else if (c >= 'a' && c <= 'f')
+        d = c - 'a' + 10;
+    else if (c >= 'A' && c <= 'F')
+        d = c - 'A' + 10;
     return d < base ? d : -1;
 }
 
@@ -34,18 +39,24 @@ std::optional<NumberText> ScanRadix(std::string_view t, std::size_t& length) {
     bool overflow = false;
     for (; pos < t.size(); ++pos) {
         const int d = DigitValue(t[pos], base);
-        if (d < 0) break;
+        if (d < 0)
+            break;
         value = value * static_cast<std::uint64_t>(base) + static_cast<std::uint64_t>(d);
-        if (value > 0xFFFFFFFFu) overflow = true;
-        if (overflow) value = 0xFFFFFFFFu;
+        if (value > 0xFFFFFFFFu)
+            overflow = true;
+        if (overflow)
+            value = 0xFFFFFFFFu;
     }
-    if (pos == first) return std::nullopt;
+    if (pos == first)
+        return std::nullopt;
     length = pos;
     NumberText n;
     n.overflow = overflow;
     if (!overflow) {
-        if (value <= 0xFFFFu) n.value = static_cast<std::int16_t>(static_cast<std::uint16_t>(value));
-        else n.value = static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
+        if (value <= 0xFFFFu)
+            n.value = static_cast<std::int16_t>(static_cast<std::uint16_t>(value));
+        else
+            n.value = static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
     }
     return n;
 }
@@ -75,7 +86,8 @@ std::optional<NumberText> ScanDecimal(std::string_view t, std::size_t& length) {
             pos = p;
         }
     }
-    if (integerDigits + fractionDigits == 0) return std::nullopt;
+    if (integerDigits + fractionDigits == 0)
+        return std::nullopt;
 
     // The exponent belongs to the number only when digits follow the letter.
     long long exponent = 0;
@@ -88,9 +100,11 @@ std::optional<NumberText> ScanDecimal(std::string_view t, std::size_t& length) {
         }
         if (p < t.size() && IsDigit(t[p])) {
             for (; p < t.size() && IsDigit(t[p]); ++p) {
-                if (exponent < 100000) exponent = exponent * 10 + (t[p] - '0');
+                if (exponent < 100000)
+                    exponent = exponent * 10 + (t[p] - '0');
             }
-            if (expNegative) exponent = -exponent;
+            if (expNegative)
+                exponent = -exponent;
             clean += 'e';
             clean += std::to_string(exponent);
             pos = p;
@@ -100,8 +114,8 @@ std::optional<NumberText> ScanDecimal(std::string_view t, std::size_t& length) {
 
     NumberText n;
     double value = 0.0;
-    const auto [end, ec] =
-        std::from_chars(clean.data(), clean.data() + clean.size(), value, std::chars_format::general);
+    const auto [end, ec] = std::from_chars(clean.data(), clean.data() + clean.size(), value,
+                                           std::chars_format::general);
     (void)end;
     if (ec == std::errc::result_out_of_range) {
         // Too large or too small: tell them apart by where the first significant digit sits.
@@ -110,9 +124,12 @@ std::optional<NumberText> ScanDecimal(std::string_view t, std::size_t& length) {
         while (i < clean.size() && (clean[i] == '0' || clean[i] == '.')) ++i;
         const std::size_t point = clean.find('.');
         const std::size_t intEnd = point == std::string::npos ? integerDigits : point;
-        if (i < intEnd) magnitude += static_cast<long long>(intEnd - i);
-        else magnitude -= static_cast<long long>(i - intEnd - 1);
-        if (magnitude > 0) n.overflow = true;
+        if (i < intEnd)
+            magnitude += static_cast<long long>(intEnd - i);
+        else
+            magnitude -= static_cast<long long>(i - intEnd - 1);
+        if (magnitude > 0)
+            n.overflow = true;
         value = 0.0;
     } else if (ec != std::errc()) {
         return std::nullopt;
@@ -121,13 +138,16 @@ std::optional<NumberText> ScanDecimal(std::string_view t, std::size_t& length) {
     return n;
 }
 
-bool IsBlank(char c) { return c == ' ' || c == '\t'; }
+bool IsBlank(char c) {
+    return c == ' ' || c == '\t';
+}
 
 }  // namespace
 
 std::optional<NumberText> ScanNumber(std::string_view text, std::size_t& length) {
     length = 0;
-    if (!text.empty() && text.front() == '&') return ScanRadix(text, length);
+    if (!text.empty() && text.front() == '&')
+        return ScanRadix(text, length);
     return ScanDecimal(text, length);
 }
 
@@ -136,7 +156,8 @@ std::optional<NumberText> ParseNumber(std::string_view text) {
     while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
     std::size_t length = 0;
     auto n = ScanNumber(text, length);
-    if (!n || length != text.size()) return std::nullopt;
+    if (!n || length != text.size())
+        return std::nullopt;
     return n;
 }
 

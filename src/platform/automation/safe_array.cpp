@@ -9,12 +9,15 @@
 namespace kw::automation {
 namespace {
 
-[[noreturn]] void Fail(int number) { throw Failure(number); }
+[[noreturn]] void Fail(int number) {
+    throw Failure(number);
+}
 
 // Elements of one dimension; an upper bound one below the lower one is an empty dimension.
 std::size_t Extent(std::int32_t lower, std::int32_t upper) {
     const std::int64_t count = std::int64_t{upper} - std::int64_t{lower} + 1;
-    if (count < 0) Fail(err::kSubscriptOutOfRange);
+    if (count < 0)
+        Fail(err::kSubscriptOutOfRange);
     return static_cast<std::size_t>(count);
 }
 
@@ -58,31 +61,42 @@ SafeArray SafeArray::TwoDim(std::int32_t lower1, std::int32_t upper1, std::int32
     return a;
 }
 
-int SafeArray::Dims() const { return static_cast<int>(bounds_.size()); }
+int SafeArray::Dims() const {
+    return static_cast<int>(bounds_.size());
+}
 
 std::int32_t SafeArray::LBound(int dim) const {
-    if (dim < 1 || dim > Dims()) Fail(err::kSubscriptOutOfRange);
+    if (dim < 1 || dim > Dims())
+        Fail(err::kSubscriptOutOfRange);
     return bounds_[static_cast<std::size_t>(dim - 1)].lower;
 }
 
 std::int32_t SafeArray::UBound(int dim) const {
-    if (dim < 1 || dim > Dims()) Fail(err::kSubscriptOutOfRange);
+    if (dim < 1 || dim > Dims())
+        Fail(err::kSubscriptOutOfRange);
     return bounds_[static_cast<std::size_t>(dim - 1)].upper;
 }
 
-std::size_t SafeArray::Count() const { return elements_.size(); }
+std::size_t SafeArray::Count() const {
+    return elements_.size();
+}
 
-SafeArray::ElementType SafeArray::Element() const { return type_; }
+SafeArray::ElementType SafeArray::Element() const {
+    return type_;
+}
 
 std::size_t SafeArray::Offset(std::int32_t i) const {
-    if (Dims() != 1) Fail(err::kSubscriptOutOfRange);
+    if (Dims() != 1)
+        Fail(err::kSubscriptOutOfRange);
     const Bound& b = bounds_[0];
-    if (i < b.lower || i > b.upper) Fail(err::kSubscriptOutOfRange);
+    if (i < b.lower || i > b.upper)
+        Fail(err::kSubscriptOutOfRange);
     return static_cast<std::size_t>(std::int64_t{i} - b.lower);
 }
 
 std::size_t SafeArray::Offset(std::int32_t row, std::int32_t field) const {
-    if (Dims() != 2) Fail(err::kSubscriptOutOfRange);
+    if (Dims() != 2)
+        Fail(err::kSubscriptOutOfRange);
     const Bound& r = bounds_[0];
     const Bound& f = bounds_[1];
     if (row < r.lower || row > r.upper || field < f.lower || field > f.upper) {
@@ -93,7 +107,9 @@ std::size_t SafeArray::Offset(std::int32_t row, std::int32_t field) const {
            static_cast<std::size_t>(std::int64_t{field} - f.lower) * rows;
 }
 
-const Variant& SafeArray::Get(std::int32_t i) const { return elements_[Offset(i)]; }
+const Variant& SafeArray::Get(std::int32_t i) const {
+    return elements_[Offset(i)];
+}
 
 const Variant& SafeArray::Get(std::int32_t row, std::int32_t field) const {
     return elements_[Offset(row, field)];
@@ -109,7 +125,9 @@ void SafeArray::Set(std::int32_t row, std::int32_t field, const Variant& value) 
     elements_[at] = type_ == ElementType::String ? Variant(value.ToString()) : value;
 }
 
-const std::vector<Variant>& SafeArray::Storage() const { return elements_; }
+const std::vector<Variant>& SafeArray::Storage() const {
+    return elements_;
+}
 
 bool SafeArray::operator==(const SafeArray& other) const {
     return bounds_ == other.bounds_ && type_ == other.type_ && elements_ == other.elements_;

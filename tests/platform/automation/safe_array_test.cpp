@@ -112,7 +112,8 @@ TEST(SafeArrayCopies, CopiesAreIndependentAndCompareByValue) {
     c.Set(2, Variant(inner));
     EXPECT_EQ(CLng(a.Get(2).ToArray().Get(0)), 1);  // the nested array was copied too
 
-    EXPECT_FALSE(SafeArray::OneDim(0, 1) == SafeArray::OneDim(0, 1, SafeArray::ElementType::String));
+    EXPECT_FALSE(SafeArray::OneDim(0, 1) ==
+                 SafeArray::OneDim(0, 1, SafeArray::ElementType::String));
     EXPECT_FALSE(SafeArray::OneDim(0, 3) == SafeArray::TwoDim(0, 1, 0, 1));
 }
 

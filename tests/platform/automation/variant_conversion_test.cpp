@@ -72,8 +72,8 @@ TEST(VariantFromText, ReadsNumbersWithBlanksLeadingZerosAndHex) {
 }
 
 TEST(VariantFromText, TextThatIsNotANumberIsATypeMismatch) {
-    for (const char* text : {"", " ", "abc", "12abc", "1 2", "1.2.3", "&H", "&HG", "--1", ".",
-                             "1e", "e5", "True"}) {
+    for (const char* text :
+         {"", " ", "abc", "12abc", "1 2", "1.2.3", "&H", "&HG", "--1", ".", "1e", "e5", "True"}) {
         EXPECT_EQ(FailureNumber([&] { CInt(text); }), err::kTypeMismatch) << '"' << text << '"';
         EXPECT_EQ(FailureNumber([&] { CDbl(text); }), err::kTypeMismatch) << '"' << text << '"';
     }
