@@ -20,7 +20,7 @@ using namespace kw::dialer;
 namespace reg = kw::registry;
 
 class Counter : public EventSubscriber {
-public:
+  public:
     void KestrelwayEventSub(std::int32_t& eventId, Variant& data) override {
         calls += eventId;
         benchmark::DoNotOptimize(data);
@@ -56,7 +56,7 @@ BENCHMARK(BM_VetoablePostToEight);
 
 // A hive of its own in a temporary folder, removed afterwards.
 class TempHive {
-public:
+  public:
     TempHive() {
         std::string pattern =
             (std::filesystem::temp_directory_path() / "kw-bench-core-XXXXXX").string();
@@ -65,7 +65,7 @@ public:
     }
     ~TempHive() { std::filesystem::remove_all(dir_); }
 
-private:
+  private:
     std::string dir_;
 };
 

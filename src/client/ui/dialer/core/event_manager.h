@@ -29,7 +29,7 @@ inline constexpr std::int32_t kVeto = 1;
 // post to the poster. The id and the data are those of the walk, by reference, as every subscriber
 // of one post shares them.
 class EventSubscriber {
-public:
+  public:
     virtual ~EventSubscriber() = default;
     virtual void KestrelwayEventSub(std::int32_t& eventId, automation::Variant& data) = 0;
     virtual std::int32_t KestrelwayVetoableEventFunction(std::int32_t& eventId,
@@ -40,7 +40,7 @@ public:
 // program and deregister in their unload step. Next links own, previous links only observe, so
 // that a list never keeps itself alive.
 class CEventSubject {
-public:
+  public:
     CEventSubject() = default;
     CEventSubject(const CEventSubject&) = delete;
     CEventSubject& operator=(const CEventSubject&) = delete;
@@ -52,7 +52,7 @@ public:
     EventSubscriber* subject() const { return subject_; }
     void SetSubject(EventSubscriber* subject) { subject_ = subject; }
 
-private:
+  private:
     std::shared_ptr<CEventSubject> next_;
     std::weak_ptr<CEventSubject> prev_;
     EventSubscriber* subject_ = nullptr;
@@ -60,7 +60,7 @@ private:
 
 // The subscribers of one event id, in the order they came.
 class CSubjectList {
-public:
+  public:
     CSubjectList() = default;
     ~CSubjectList();
     CSubjectList(const CSubjectList&) = delete;
@@ -80,7 +80,7 @@ public:
     bool append(EventSubscriber* subject);
     bool prepend(EventSubscriber* subject);
 
-private:
+  private:
     std::shared_ptr<CEventSubject> FindSubject(const EventSubscriber* subject) const;
 
     std::shared_ptr<CEventSubject> head_;
@@ -88,7 +88,7 @@ private:
 };
 
 class CEventManager {
-public:
+  public:
     CEventManager() = default;
     CEventManager(const CEventManager&) = delete;
     CEventManager& operator=(const CEventManager&) = delete;
@@ -108,7 +108,7 @@ public:
         return subjects_;
     }
 
-private:
+  private:
     std::shared_ptr<CSubjectList> Lookup(std::int32_t eventId) const;
 
     std::map<std::string, std::shared_ptr<CSubjectList>> subjects_;

@@ -34,10 +34,9 @@ std::int32_t ReadDword(HKEY key, const std::string& name, DWORD size, LONG& stat
     std::vector<BYTE> buffer(std::max<DWORD>(size, 4), 0);
     DWORD read = size;
     status = RegQueryValueExA(key, name.c_str(), nullptr, nullptr, buffer.data(), &read);
-    const std::uint32_t bits = static_cast<std::uint32_t>(buffer[0]) |
-                               static_cast<std::uint32_t>(buffer[1]) << 8 |
-                               static_cast<std::uint32_t>(buffer[2]) << 16 |
-                               static_cast<std::uint32_t>(buffer[3]) << 24;
+    const std::uint32_t bits =
+        static_cast<std::uint32_t>(buffer[0]) | static_cast<std::uint32_t>(buffer[1]) << 8 |
+        static_cast<std::uint32_t>(buffer[2]) << 16 | static_cast<std::uint32_t>(buffer[3]) << 24;
     return static_cast<std::int32_t>(bits);
 }
 
@@ -92,31 +91,32 @@ std::int32_t QueryValueEx(HKEY key, const std::string& name, Variant& value) {
         return ERROR_SUCCESS;
     }
     switch (type) {
-    case REG_SZ:
-    case REG_MULTI_SZ:
-        value = ReadText(key, name, size, status);
-        break;
-    case REG_DWORD:
-        value = ReadDword(key, name, size, status);
-        break;
-    case REG_EXPAND_SZ:
-        // No environment expansion exists in this program: such a value cannot be read.
-        ReadText(key, name, size, status);
-        throw Failure(err::kObjectNotSet);
-    case REG_DWORD_BIG_ENDIAN:
-        ReadDword(key, name, size, status);
-        throw Failure(err::kObjectNotSet);
-    default: {
-        std::vector<BYTE> buffer(static_cast<std::size_t>(size) + 1, 0);
-        DWORD read = size;
-        status = RegQueryValueExA(key, name.c_str(), nullptr, nullptr, buffer.data(), &read);
-        SafeArray bytes = SafeArray::OneDim(0, static_cast<std::int32_t>(size));
-        for (std::int32_t i = 0; i <= static_cast<std::int32_t>(size); ++i) {
-            bytes.Set(i, Variant(static_cast<std::int16_t>(buffer[static_cast<std::size_t>(i)])));
+        case REG_SZ:
+        case REG_MULTI_SZ:
+            value = ReadText(key, name, size, status);
+            break;
+        case REG_DWORD:
+            value = ReadDword(key, name, size, status);
+            break;
+        case REG_EXPAND_SZ:
+            // No environment expansion exists in this program: such a value cannot be read.
+            ReadText(key, name, size, status);
+            throw Failure(err::kObjectNotSet);
+        case REG_DWORD_BIG_ENDIAN:
+            ReadDword(key, name, size, status);
+            throw Failure(err::kObjectNotSet);
+        default: {
+            std::vector<BYTE> buffer(static_cast<std::size_t>(size) + 1, 0);
+            DWORD read = size;
+            status = RegQueryValueExA(key, name.c_str(), nullptr, nullptr, buffer.data(), &read);
+            SafeArray bytes = SafeArray::OneDim(0, static_cast<std::int32_t>(size));
+            for (std::int32_t i = 0; i <= static_cast<std::int32_t>(size); ++i) {
+                bytes.Set(i,
+                          Variant(static_cast<std::int16_t>(buffer[static_cast<std::size_t>(i)])));
+            }
+            value = Variant(std::move(bytes));
+            break;
         }
-        value = Variant(std::move(bytes));
-        break;
-    }
     }
     return status;
 }
@@ -125,32 +125,31 @@ std::int32_t SetValueEx(const Variant& value, HKEY key, const std::string& name)
     DWORD type = REG_NONE;
     std::vector<BYTE> data;
     switch (value.Type()) {
-    case VarType::String: {
-        const std::string text = value.ToString();
-        type = HasPercentPair(text) ? REG_EXPAND_SZ : REG_SZ;
-        data.assign(text.begin(), text.end());
-        data.push_back(0);
-        break;
-    }
-    case VarType::Integer:
-    case VarType::Long: {
-        const auto bits = static_cast<std::uint32_t>(value.ToLong());
-        type = REG_DWORD;
-        data = {static_cast<BYTE>(bits), static_cast<BYTE>(bits >> 8),
-                static_cast<BYTE>(bits >> 16), static_cast<BYTE>(bits >> 24)};
-        break;
-    }
-    case VarType::Array:
-        if (!ArrayBytes(value.ToArray(), data)) {
-            return err::kTypeMismatch;
+        case VarType::String: {
+            const std::string text = value.ToString();
+            type = HasPercentPair(text) ? REG_EXPAND_SZ : REG_SZ;
+            data.assign(text.begin(), text.end());
+            data.push_back(0);
+            break;
         }
-        type = REG_BINARY;
-        break;
-    default:
-        return err::kTypeMismatch;
+        case VarType::Integer:
+        case VarType::Long: {
+            const auto bits = static_cast<std::uint32_t>(value.ToLong());
+            type = REG_DWORD;
+            data = {static_cast<BYTE>(bits), static_cast<BYTE>(bits >> 8),
+                    static_cast<BYTE>(bits >> 16), static_cast<BYTE>(bits >> 24)};
+            break;
+        }
+        case VarType::Array:
+            if (!ArrayBytes(value.ToArray(), data)) {
+                return err::kTypeMismatch;
+            }
+            type = REG_BINARY;
+            break;
+        default:
+            return err::kTypeMismatch;
     }
-    return RegSetValueExA(key, name.c_str(), 0, type, data.data(),
-                          static_cast<DWORD>(data.size()));
+    return RegSetValueExA(key, name.c_str(), 0, type, data.data(), static_cast<DWORD>(data.size()));
 }
 
 std::string GetRegistryString(const std::string& name, const std::string& subkey, HKEY root) {

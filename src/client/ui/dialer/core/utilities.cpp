@@ -6,7 +6,9 @@
 namespace kw::dialer {
 
 namespace {
-bool IsSeparator(char c) { return c == '\\' || c == '/'; }
+bool IsSeparator(char c) {
+    return c == '\\' || c == '/';
+}
 }  // namespace
 
 std::string FileNameFromPath(const std::string& path) {
