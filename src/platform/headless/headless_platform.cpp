@@ -46,7 +46,8 @@ bool HeadlessPlatform::FireNextDue(std::int64_t limit) {
         return false;
     }
     now_ = std::max(now_, next->due);
-    next->due += next->interval;
+    // An overdue timer fires once and counts on from now, as coalesced timer messages do.
+    next->due = std::max(next->due + next->interval, now_ + (next->due < now_ ? next->interval : 0));
     next->order = nextOrder_++;
     // A tick does not re-enter itself: a nested loop inside it skips this timer.
     next->running = true;
