@@ -4,6 +4,7 @@
 #include "client/ui/dialer/core/settings.h"
 #include "client/ui/dialer/engine/frm_login.h"
 #include "client/ui/dialer/engine/res_const.h"
+#include "platform/automation/failure.h"
 
 namespace kw::dialer {
 

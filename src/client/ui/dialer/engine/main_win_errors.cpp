@@ -70,6 +70,7 @@ void MainWin::COMErrHandler(const Failure& failure) {
         case 1021:
             platform.MsgBox(failure.Description(), kStop, "");
             platform.EndProcess(1);
+            return;
         case 2002:
             platform.MsgBox("Error On Connect", kWarning, "");
             return;
@@ -78,10 +79,12 @@ void MainWin::COMErrHandler(const Failure& failure) {
                 "Error starting Kestrelway.  Please call Technical Support for assistance.",
                 kSystemStop, LoadResString(ResConst::kAppName));
             platform.EndProcess(1);
+            return;
         case kDisconnectedFromServer:
         case kServerUnavailable:
             platform.MsgBox(kSeriousError, kSystemStop, LoadResString(ResConst::kAppName));
             platform.EndProcess(1);
+            return;
         default:
             platform.MsgBox(" Error [" + std::to_string(number) + "] " + failure.Description(),
                             kWarning, "");
