@@ -509,6 +509,8 @@ void Simulator::BeginTeardown(int delayMs) {
         });
         delay = 300;
     }
+    // A Disconnect from a click, outside any step of the call, must start the teardown itself.
+    ScheduleNextStep();
 }
 
 void Simulator::EndCall() {
