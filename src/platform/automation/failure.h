@@ -38,6 +38,7 @@ inline constexpr int kPermissionDenied = 70;
 inline constexpr int kPathFileAccess = 75;
 inline constexpr int kPathNotFound = 76;
 inline constexpr int kObjectNotSet = 91;
+inline constexpr int kInvalidUseOfNull = 94;
 inline constexpr int kInvalidPropertyValue = 380;
 inline constexpr int kCantCreateObject = 429;
 inline constexpr int kObjectDoesNotSupport = 438;

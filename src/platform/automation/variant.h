@@ -47,6 +47,8 @@ public:
     Variant(SafeArray value);
 
     static Variant Null();
+    // Same as Variant(SafeArray), for call sites where the array type is not obvious.
+    static Variant FromArray(SafeArray value);
 
     Variant(const Variant& other);
     Variant(Variant&& other) noexcept;
@@ -59,9 +61,13 @@ public:
     bool IsNull() const { return Type() == VarType::Null; }
     bool IsArray() const { return Type() == VarType::Array; }
     bool IsObject() const { return Type() == VarType::Object; }
-    bool IsNumeric() const;  // Integer, Long, Single, Double, Boolean, or text that is a number
+    bool IsNothing() const;  // an object reference that points at nothing
+    // Empty, Integer, Long, Single, Double, Boolean, or text that is a number.
+    bool IsNumeric() const;
 
-    // Conversions with the classic rules; they fail with 13 (type mismatch) or 6 (overflow).
+    // Conversions with the classic rules; they fail with 13 (type mismatch), 6 (overflow) or,
+    // from Null, 94. Integer and Long round halves to even (2.5 -> 2, 3.5 -> 4); text is read as
+    // a number with blanks around it allowed, &H hex and &O octal too.
     std::string ToString() const;
     std::int16_t ToInteger() const;
     std::int32_t ToLong() const;
@@ -79,11 +85,14 @@ private:
     struct NullTag {
         bool operator==(const NullTag&) const = default;
     };
-    using ArrayPtr = std::unique_ptr<SafeArray>;
-    std::variant<std::monostate, NullTag, std::int16_t, std::int32_t, float, double, std::string,
-                 ObjectRef, bool, ArrayPtr>
-        value_;
+    using ArrayPtr = std::unique_ptr<SafeArray>;  // never null; copied deeply
+    using Value = std::variant<std::monostate, NullTag, std::int16_t, std::int32_t, float, double,
+                               std::string, ObjectRef, bool, ArrayPtr>;
+    Value value_;
 };
+
+// The classic TypeName: "Integer", "String", "Nothing", "Variant()", ...
+std::string TypeName(const Variant& v);
 
 // Free conversions named as the program calls them.
 std::string CStr(const Variant& v);

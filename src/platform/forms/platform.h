@@ -151,6 +151,13 @@ public:
 
     // Runs an event reaction as the message loop does: an unguarded failure ends the process.
     void Dispatch(const std::function<void()>& reaction);
+
+    // The title of the running program: the caption of the run-time error box.
+    const std::string& ApplicationTitle() const { return applicationTitle_; }
+    void SetApplicationTitle(std::string title) { applicationTitle_ = std::move(title); }
+
+private:
+    std::string applicationTitle_ = "Kestrelway";
 };
 
 }  // namespace kw::forms

@@ -1,0 +1,738 @@
+#include "platform/forms/controls.h"
+
+#include <algorithm>
+
+#include "platform/automation/failure.h"
+#include "platform/forms/form.h"
+
+namespace kw::forms {
+
+using automation::Failure;
+
+namespace {
+
+// Clips a selection to a text, as the toolkit does when SelStart or SelLength is set.
+void ClipSelection(const std::string& text, int& start, int& length) {
+    const int size = static_cast<int>(text.size());
+    start = std::clamp(start, 0, size);
+    length = std::clamp(length, 0, size - start);
+}
+
+}  // namespace
+
+// ---- Label, Image -------------------------------------------------------------------------
+
+Label::Label(Form& form, std::string name, int index)
+    : Control(form, std::move(name), ControlKind::Label, index) {}
+
+void Label::SetCaption(std::string caption) {
+    if (caption_ == caption) {
+        return;
+    }
+    caption_ = std::move(caption);
+    Notify(Property::Caption);
+}
+
+void Label::SetAlignment(int alignment) {
+    alignment_ = alignment;
+    Notify(Property::Attributes);
+}
+
+void Label::SetTransparent(bool transparent) {
+    transparent_ = transparent;
+    Notify(Property::Attributes);
+}
+
+Image::Image(Form& form, std::string name, int index)
+    : Control(form, std::move(name), ControlKind::Image, index) {}
+
+void Image::SetStretch(bool stretch) {
+    stretch_ = stretch;
+    Notify(Property::Attributes);
+}
+
+// ---- TextBox ------------------------------------------------------------------------------
+
+TextBox::TextBox(Form& form, std::string name, int index)
+    : Control(form, std::move(name), ControlKind::TextBox, index) {
+    SetBackColor(0xFFFFFF);
+}
+
+void TextBox::SetText(std::string text) {
+    if (maxLength_ > 0 && static_cast<int>(text.size()) > maxLength_) {
+        text.resize(static_cast<std::size_t>(maxLength_));
+    }
+    if (text_ == text) {
+        return;
+    }
+    text_ = std::move(text);
+    ClipSelection(text_, selStart_, selLength_);
+    Notify(Property::Text);
+    Fire(Change);
+}
+
+void TextBox::SetMaxLength(int maxLength) {
+    if (maxLength < 0) {
+        throw Failure(automation::err::kInvalidPropertyValue);
+    }
+    maxLength_ = maxLength;
+    Notify(Property::Attributes);
+}
+
+void TextBox::SetPasswordChar(char c) {
+    passwordChar_ = c;
+    Notify(Property::Attributes);
+}
+
+void TextBox::SetLocked(bool locked) {
+    locked_ = locked;
+    Notify(Property::Attributes);
+}
+
+void TextBox::SetMultiLine(bool multiLine) {
+    multiLine_ = multiLine;
+    Notify(Property::Attributes);
+}
+
+void TextBox::SetAlignment(int alignment) {
+    alignment_ = alignment;
+    Notify(Property::Attributes);
+}
+
+void TextBox::SetSelStart(int start) {
+    if (start < 0) {
+        throw Failure(automation::err::kInvalidPropertyValue);
+    }
+    selStart_ = start;
+    selLength_ = 0;
+    ClipSelection(text_, selStart_, selLength_);
+    Notify(Property::Selection);
+}
+
+void TextBox::SetSelLength(int length) {
+    if (length < 0) {
+        throw Failure(automation::err::kInvalidPropertyValue);
+    }
+    selLength_ = length;
+    ClipSelection(text_, selStart_, selLength_);
+    Notify(Property::Selection);
+}
+
+std::string TextBox::SelText() const {
+    return text_.substr(static_cast<std::size_t>(selStart_), static_cast<std::size_t>(selLength_));
+}
+
+void TextBox::SetSelText(const std::string& text) {
+    std::string next = text_;
+    next.replace(static_cast<std::size_t>(selStart_), static_cast<std::size_t>(selLength_), text);
+    const int caret = selStart_ + static_cast<int>(text.size());
+    SetText(std::move(next));
+    selStart_ = caret;
+    selLength_ = 0;
+    ClipSelection(text_, selStart_, selLength_);
+    Notify(Property::Selection);
+}
+
+void TextBox::UserSetText(const std::string& text) {
+    DispatchUser([this, text] {
+        if (!locked_) {
+            SetText(text);
+            selStart_ = static_cast<int>(text_.size());
+            selLength_ = 0;
+        }
+    });
+}
+
+void TextBox::ApplyKey(int keyAscii) {
+    if (locked_) {
+        return;
+    }
+    if (keyAscii == key::kBack) {
+        if (selLength_ == 0 && selStart_ > 0) {
+            selStart_ -= 1;
+            selLength_ = 1;
+        }
+        SetSelText("");
+        return;
+    }
+    if (keyAscii < 32 || keyAscii > 255) {
+        return;
+    }
+    if (maxLength_ > 0 && static_cast<int>(text_.size()) - selLength_ >= maxLength_) {
+        return;
+    }
+    SetSelText(std::string(1, static_cast<char>(keyAscii)));
+}
+
+// ---- ListControl, ComboBox, ListBox -------------------------------------------------------
+
+ListControl::ListControl(Form& form, std::string name, ControlKind kind, int index)
+    : Control(form, std::move(name), kind, index) {}
+
+void ListControl::AddItem(const std::string& item) {
+    int position = ListCount();
+    if (sorted_) {
+        auto at = std::upper_bound(items_.begin(), items_.end(), item,
+                                   [](const std::string& a, const std::string& b) {
+                                       return std::lexicographical_compare(
+                                           a.begin(), a.end(), b.begin(), b.end(),
+                                           [](unsigned char x, unsigned char y) {
+                                               return std::tolower(x) < std::tolower(y);
+                                           });
+                                   });
+        position = static_cast<int>(at - items_.begin());
+    }
+    AddItem(item, position);
+}
+
+void ListControl::AddItem(const std::string& item, int position) {
+    if (position < 0 || position > ListCount()) {
+        throw Failure(automation::err::kInvalidCall);
+    }
+    items_.insert(items_.begin() + position, item);
+    itemData_.insert(itemData_.begin() + position, 0);
+    newIndex_ = position;
+    if (listIndex_ >= position) {
+        listIndex_ += 1;  // the selection stays on its item
+    }
+    Notify(Property::List);
+}
+
+void ListControl::RemoveItem(int position) {
+    if (position < 0 || position >= ListCount()) {
+        throw Failure(automation::err::kInvalidCall);
+    }
+    items_.erase(items_.begin() + position);
+    itemData_.erase(itemData_.begin() + position);
+    if (listIndex_ == position) {
+        listIndex_ = -1;
+        AfterListIndexChange();
+    } else if (listIndex_ > position) {
+        listIndex_ -= 1;
+    }
+    Notify(Property::List);
+    Notify(Property::ListIndex);
+}
+
+void ListControl::Clear() {
+    items_.clear();
+    itemData_.clear();
+    listIndex_ = -1;
+    newIndex_ = -1;
+    AfterListIndexChange();
+    Notify(Property::List);
+    Notify(Property::ListIndex);
+}
+
+const std::string& ListControl::List(int position) const {
+    if (position < 0 || position >= ListCount()) {
+        throw Failure(381, "Invalid property array index");
+    }
+    return items_[static_cast<std::size_t>(position)];
+}
+
+void ListControl::SetList(int position, std::string item) {
+    if (position < 0 || position >= ListCount()) {
+        throw Failure(381, "Invalid property array index");
+    }
+    items_[static_cast<std::size_t>(position)] = std::move(item);
+    Notify(Property::List);
+}
+
+long ListControl::ItemData(int position) const {
+    if (position < 0 || position >= ListCount()) {
+        throw Failure(381, "Invalid property array index");
+    }
+    return itemData_[static_cast<std::size_t>(position)];
+}
+
+void ListControl::SetItemData(int position, long data) {
+    if (position < 0 || position >= ListCount()) {
+        throw Failure(381, "Invalid property array index");
+    }
+    itemData_[static_cast<std::size_t>(position)] = data;
+}
+
+void ListControl::SetListIndex(int index) {
+    if (index < -1 || index >= ListCount()) {
+        throw Failure(automation::err::kInvalidPropertyValue);
+    }
+    if (index == listIndex_) {
+        return;
+    }
+    listIndex_ = index;
+    AfterListIndexChange();
+    Notify(Property::ListIndex);
+    Fire(Click);
+}
+
+void ListControl::UserSelect(int index) {
+    DispatchUser([this, index] { SetListIndex(index); });
+}
+
+ComboBox::ComboBox(Form& form, std::string name, int index)
+    : ListControl(form, std::move(name), ControlKind::ComboBox, index) {}
+
+void ComboBox::SetStyle(int style) {
+    style_ = style;
+    Notify(Property::Attributes);
+}
+
+void ComboBox::SetText(std::string text) {
+    if (text_ == text) {
+        return;
+    }
+    text_ = std::move(text);
+    selStart_ = static_cast<int>(text_.size());
+    selLength_ = 0;
+    Notify(Property::Text);
+    if (style_ != combo::kDropdownList) {
+        Fire(Change);
+    }
+}
+
+void ComboBox::UserSetText(const std::string& text) {
+    DispatchUser([this, text] {
+        if (style_ != combo::kDropdownList && !locked_) {
+            SetText(text);
+        }
+    });
+}
+
+void ComboBox::SetSelStart(int start) {
+    if (start < 0) {
+        throw Failure(automation::err::kInvalidPropertyValue);
+    }
+    selStart_ = start;
+    selLength_ = 0;
+    ClipSelection(text_, selStart_, selLength_);
+    Notify(Property::Selection);
+}
+
+void ComboBox::SetSelLength(int length) {
+    if (length < 0) {
+        throw Failure(automation::err::kInvalidPropertyValue);
+    }
+    selLength_ = length;
+    ClipSelection(text_, selStart_, selLength_);
+    Notify(Property::Selection);
+}
+
+void ComboBox::SetLocked(bool locked) {
+    locked_ = locked;
+    Notify(Property::Attributes);
+}
+
+void ComboBox::AfterListIndexChange() {
+    // The edit part shows the selected item; the toolkit does not fire Change for it.
+    text_ = ListIndex() >= 0 ? List(ListIndex()) : (style_ == combo::kDropdownList ? "" : text_);
+    Notify(Property::Text);
+}
+
+void ComboBox::ApplyKey(int keyAscii) {
+    if (style_ == combo::kDropdownList || locked_ || keyAscii < 32 || keyAscii > 255) {
+        return;
+    }
+    std::string next = text_;
+    next.replace(static_cast<std::size_t>(selStart_), static_cast<std::size_t>(selLength_), 1,
+                 static_cast<char>(keyAscii));
+    const int caret = selStart_ + 1;
+    SetText(std::move(next));
+    selStart_ = caret;
+    selLength_ = 0;
+}
+
+ListBox::ListBox(Form& form, std::string name, int index)
+    : ListControl(form, std::move(name), ControlKind::ListBox, index) {}
+
+const std::string& ListBox::Text() const {
+    static const std::string kNone;
+    return ListIndex() >= 0 ? List(ListIndex()) : kNone;
+}
+
+// ---- Buttons ------------------------------------------------------------------------------
+
+CommandButton::CommandButton(Form& form, std::string name, int index)
+    : Control(form, std::move(name), ControlKind::CommandButton, index) {}
+
+void CommandButton::SetCaption(std::string caption) {
+    if (caption_ == caption) {
+        return;
+    }
+    caption_ = std::move(caption);
+    Notify(Property::Caption);
+}
+
+void CommandButton::SetDefault(bool isDefault) {
+    default_ = isDefault;
+    Notify(Property::Attributes);
+}
+
+void CommandButton::SetCancel(bool isCancel) {
+    cancel_ = isCancel;
+    Notify(Property::Attributes);
+}
+
+void CommandButton::SetValue(bool pressed) {
+    if (pressed) {
+        Fire(Click);
+    }
+}
+
+CheckBox::CheckBox(Form& form, std::string name, int index)
+    : Control(form, std::move(name), ControlKind::CheckBox, index) {}
+
+void CheckBox::SetCaption(std::string caption) {
+    caption_ = std::move(caption);
+    Notify(Property::Caption);
+}
+
+void CheckBox::SetValue(int value) {
+    if (value < check::kUnchecked || value > check::kGrayed) {
+        throw Failure(automation::err::kInvalidPropertyValue);
+    }
+    if (value_ == value) {
+        return;
+    }
+    value_ = value;
+    Notify(Property::Value);
+    Fire(Click);
+}
+
+void CheckBox::UserClick() {
+    DispatchUser([this] {
+        SetValue(value_ == check::kChecked ? check::kUnchecked : check::kChecked);
+    });
+}
+
+OptionButton::OptionButton(Form& form, std::string name, int index)
+    : Control(form, std::move(name), ControlKind::OptionButton, index) {}
+
+void OptionButton::SetCaption(std::string caption) {
+    caption_ = std::move(caption);
+    Notify(Property::Caption);
+}
+
+void OptionButton::SetValue(bool value) {
+    if (value_ == value) {
+        return;
+    }
+    value_ = value;
+    Notify(Property::Value);
+    if (!value) {
+        return;
+    }
+    for (Control* other : Parent().Controls()) {
+        if (other != this && other->Kind() == ControlKind::OptionButton &&
+            other->Container() == Container()) {
+            auto* option = static_cast<OptionButton*>(other);
+            if (option->value_) {
+                option->value_ = false;
+                option->Notify(Property::Value);
+            }
+        }
+    }
+    Fire(Click);
+}
+
+void OptionButton::UserClick() {
+    DispatchUser([this] {
+        if (value_) {
+            Fire(Click);  // a click on the chosen option still reports itself
+        } else {
+            SetValue(true);
+        }
+    });
+}
+
+// ---- Containers ---------------------------------------------------------------------------
+
+Frame::Frame(Form& form, std::string name, int index, ControlKind kind)
+    : Control(form, std::move(name), kind, index) {}
+
+void Frame::SetCaption(std::string caption) {
+    caption_ = std::move(caption);
+    Notify(Property::Caption);
+}
+
+Panel::Panel(Form& form, std::string name, int index)
+    : Frame(form, std::move(name), index, ControlKind::Panel) {}
+
+// ---- Timer --------------------------------------------------------------------------------
+
+Timer::Timer(Form& form, std::string name, int index)
+    : Control(form, std::move(name), ControlKind::Timer, index) {
+    SetVisible(false);
+}
+
+Timer::~Timer() { Stop(); }
+
+void Timer::SetInterval(int ms) {
+    if (ms < 0) {
+        throw Failure(automation::err::kInvalidPropertyValue);
+    }
+    interval_ = ms;
+    Sync();
+}
+
+void Timer::SetTimerEnabled(bool enabled) {
+    SetEnabled(enabled);
+    Sync();
+}
+
+void Timer::Sync() {
+    const bool shouldRun = Enabled() && interval_ > 0 && Parent().IsLoaded();
+    if (!shouldRun) {
+        Stop();
+        return;
+    }
+    if (id_ != 0 && armedInterval_ == interval_) {
+        return;
+    }
+    Stop();  // a new interval restarts the count, as the toolkit does
+    armedInterval_ = interval_;
+    id_ = GetPlatform().SetTimer(interval_, [this] {
+        if (Tick) {
+            Tick();
+        }
+    });
+}
+
+void Timer::Stop() {
+    if (id_ != 0) {
+        GetPlatform().KillTimer(id_);
+        id_ = 0;
+    }
+}
+
+// ---- ListView -----------------------------------------------------------------------------
+
+ListView::ListView(Form& form, std::string name, int index)
+    : Control(form, std::move(name), ControlKind::ListView, index) {}
+
+void ListView::AddColumn(std::string key, std::string text, int width) {
+    columns_.push_back(ColumnHeader{std::move(key), std::move(text), width});
+    Notify(Property::Columns);
+}
+
+void ListView::ClearColumns() {
+    columns_.clear();
+    Notify(Property::Columns);
+}
+
+int ListView::AddItem(std::string text, std::string key) {
+    ListItem item;
+    item.text = std::move(text);
+    item.key = std::move(key);
+    items_.push_back(std::move(item));
+    Notify(Property::Items);
+    return ItemCount();
+}
+
+void ListView::RemoveItem(int index) {
+    Item(index);
+    items_.erase(items_.begin() + (index - 1));
+    Notify(Property::Items);
+}
+
+void ListView::ClearItems() {
+    items_.clear();
+    Notify(Property::Items);
+}
+
+const ListItem& ListView::Item(int index) const {
+    if (index < 1 || index > ItemCount()) {
+        throw Failure(35600, "Index out of bounds");
+    }
+    return items_[static_cast<std::size_t>(index - 1)];
+}
+
+void ListView::SetItemText(int index, std::string text) {
+    Item(index);
+    items_[static_cast<std::size_t>(index - 1)].text = std::move(text);
+    Notify(Property::Items);
+}
+
+void ListView::SetSubItem(int index, int column, std::string text) {
+    Item(index);
+    if (column < 1) {
+        throw Failure(35600, "Index out of bounds");
+    }
+    auto& subs = items_[static_cast<std::size_t>(index - 1)].subItems;
+    if (static_cast<int>(subs.size()) < column) {
+        subs.resize(static_cast<std::size_t>(column));
+    }
+    subs[static_cast<std::size_t>(column - 1)] = std::move(text);
+    Notify(Property::Items);
+}
+
+void ListView::SetChecked(int index, bool checked) {
+    Item(index);
+    items_[static_cast<std::size_t>(index - 1)].checked = checked;
+    Notify(Property::Items);
+}
+
+int ListView::SelectedItem() const {
+    for (int i = 0; i < ItemCount(); ++i) {
+        if (items_[static_cast<std::size_t>(i)].selected) {
+            return i + 1;
+        }
+    }
+    return 0;
+}
+
+void ListView::SetSelectedItem(int index) {
+    if (index != 0) {
+        Item(index);
+    }
+    for (int i = 0; i < ItemCount(); ++i) {
+        items_[static_cast<std::size_t>(i)].selected = (i + 1 == index);
+    }
+    Notify(Property::Items);
+}
+
+void ListView::SetCheckboxes(bool on) {
+    checkboxes_ = on;
+    Notify(Property::Attributes);
+}
+
+void ListView::UserCheck(int index, bool checked) {
+    DispatchUser([this, index, checked] {
+        SetChecked(index, checked);
+        if (ItemCheck) {
+            ItemCheck(index);
+        }
+    });
+}
+
+void ListView::UserSelectItem(int index) {
+    DispatchUser([this, index] {
+        SetSelectedItem(index);
+        if (ItemClick) {
+            ItemClick(index);
+        }
+    });
+}
+
+// ---- RichTextBox, ProgressBar, Chart ------------------------------------------------------
+
+RichTextBox::RichTextBox(Form& form, std::string name, int index)
+    : Control(form, std::move(name), ControlKind::RichTextBox, index) {}
+
+void RichTextBox::SetText(std::string text) {
+    if (text_ == text) {
+        return;
+    }
+    text_ = std::move(text);
+    ClipSelection(text_, selStart_, selLength_);
+    Notify(Property::Text);
+    Fire(Change);
+}
+
+void RichTextBox::SetSelStart(int start) {
+    if (start < 0) {
+        throw Failure(automation::err::kInvalidPropertyValue);
+    }
+    selStart_ = start;
+    selLength_ = 0;
+    ClipSelection(text_, selStart_, selLength_);
+    Notify(Property::Selection);
+}
+
+void RichTextBox::SetSelLength(int length) {
+    if (length < 0) {
+        throw Failure(automation::err::kInvalidPropertyValue);
+    }
+    selLength_ = length;
+    ClipSelection(text_, selStart_, selLength_);
+    Notify(Property::Selection);
+}
+
+void RichTextBox::SetSelText(const std::string& text) {
+    std::string next = text_;
+    next.replace(static_cast<std::size_t>(selStart_), static_cast<std::size_t>(selLength_), text);
+    const int caret = selStart_ + static_cast<int>(text.size());
+    SetText(std::move(next));
+    selStart_ = caret;
+    selLength_ = 0;
+    ClipSelection(text_, selStart_, selLength_);
+    Notify(Property::Selection);
+}
+
+void RichTextBox::SetLocked(bool locked) {
+    locked_ = locked;
+    Notify(Property::Attributes);
+}
+
+ProgressBar::ProgressBar(Form& form, std::string name, int index)
+    : Control(form, std::move(name), ControlKind::ProgressBar, index) {}
+
+void ProgressBar::SetMin(double min) {
+    min_ = min;
+    value_ = std::max(value_, min_);
+    Notify(Property::Value);
+}
+
+void ProgressBar::SetMax(double max) {
+    max_ = max;
+    value_ = std::min(value_, max_);
+    Notify(Property::Value);
+}
+
+void ProgressBar::SetValue(double value) {
+    if (value < min_ || value > max_) {
+        throw Failure(automation::err::kInvalidPropertyValue);
+    }
+    value_ = value;
+    Notify(Property::Value);
+}
+
+Chart::Chart(Form& form, std::string name, int index)
+    : Control(form, std::move(name), ControlKind::Chart, index) {}
+
+int Chart::AddSeries(std::string title, long colour) {
+    series_.push_back(ChartSeries{std::move(title), colour, {}});
+    Notify(Property::Data);
+    return SeriesCount() - 1;
+}
+
+const ChartSeries& Chart::Series(int index) const {
+    if (index < 0 || index >= SeriesCount()) {
+        throw Failure(automation::err::kSubscriptOutOfRange);
+    }
+    return series_[static_cast<std::size_t>(index)];
+}
+
+void Chart::AddPoint(int series, double value) {
+    Series(series);
+    series_[static_cast<std::size_t>(series)].values.push_back(value);
+    Notify(Property::Data);
+}
+
+void Chart::ClearSeries(int series) {
+    Series(series);
+    series_[static_cast<std::size_t>(series)].values.clear();
+    Notify(Property::Data);
+}
+
+void Chart::RemoveFirstPoint(int series) {
+    Series(series);
+    auto& values = series_[static_cast<std::size_t>(series)].values;
+    if (!values.empty()) {
+        values.erase(values.begin());
+        Notify(Property::Data);
+    }
+}
+
+void Chart::SetAxis(double min, double max) {
+    axisMin_ = min;
+    axisMax_ = max;
+    Notify(Property::Data);
+}
+
+void Chart::SetTitle(std::string title) {
+    title_ = std::move(title);
+    Notify(Property::Data);
+}
+
+}  // namespace kw::forms

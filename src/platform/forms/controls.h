@@ -1,0 +1,374 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/forms/control.h"
+#include "platform/forms/platform.h"
+
+namespace kw::forms {
+
+// Text alignment of labels and text boxes.
+namespace align {
+inline constexpr int kLeft = 0;
+inline constexpr int kRight = 1;
+inline constexpr int kCenter = 2;
+}  // namespace align
+
+class Label : public Control {
+public:
+    Label(Form& form, std::string name, int index = -1);
+    const std::string& Caption() const { return caption_; }
+    void SetCaption(std::string caption);
+    int Alignment() const { return alignment_; }
+    void SetAlignment(int alignment);
+    bool Transparent() const { return transparent_; }
+    void SetTransparent(bool transparent);
+
+private:
+    std::string caption_;
+    int alignment_ = align::kLeft;
+    bool transparent_ = true;
+};
+
+class Image : public Control {
+public:
+    Image(Form& form, std::string name, int index = -1);
+    bool Stretch() const { return stretch_; }
+    void SetStretch(bool stretch);
+
+private:
+    bool stretch_ = false;
+};
+
+class TextBox : public Control {
+public:
+    TextBox(Form& form, std::string name, int index = -1);
+    const std::string& Text() const { return text_; }
+    void SetText(std::string text);  // fires Change when the text changes
+    int MaxLength() const { return maxLength_; }
+    void SetMaxLength(int maxLength);  // 0: no limit
+    char PasswordChar() const { return passwordChar_; }
+    void SetPasswordChar(char c);
+    bool Locked() const { return locked_; }
+    void SetLocked(bool locked);
+    bool MultiLine() const { return multiLine_; }
+    void SetMultiLine(bool multiLine);
+    int Alignment() const { return alignment_; }
+    void SetAlignment(int alignment);
+
+    // Selection, 0-based start in characters, clipped to the text.
+    int SelStart() const { return selStart_; }
+    int SelLength() const { return selLength_; }
+    void SetSelStart(int start);
+    void SetSelLength(int length);
+    std::string SelText() const;
+    void SetSelText(const std::string& text);  // replaces the selection
+
+    // The user replaces the whole text (a paste, or a renderer reporting an edit).
+    void UserSetText(const std::string& text);
+
+protected:
+    void ApplyKey(int keyAscii) override;
+
+private:
+    std::string text_;
+    int maxLength_ = 0;
+    char passwordChar_ = 0;
+    bool locked_ = false;
+    bool multiLine_ = false;
+    int alignment_ = align::kLeft;
+    int selStart_ = 0;
+    int selLength_ = 0;
+};
+
+// The items of a combo or list box, with their ItemData, sorted on insertion when asked.
+class ListControl : public Control {
+public:
+    ListControl(Form& form, std::string name, ControlKind kind, int index);
+
+    // Adds at the end (or in order when Sorted), or at a 0-based position; fails with 5 past the end.
+    void AddItem(const std::string& item);
+    void AddItem(const std::string& item, int position);
+    void RemoveItem(int position);  // fails with 5 outside the list
+    void Clear();
+    int ListCount() const { return static_cast<int>(items_.size()); }
+    const std::string& List(int position) const;  // fails with 381 outside the list
+    void SetList(int position, std::string item);
+    long ItemData(int position) const;
+    void SetItemData(int position, long data);
+    bool Sorted() const { return sorted_; }
+    void SetSorted(bool sorted) { sorted_ = sorted; }
+    int NewIndex() const { return newIndex_; }
+
+    int ListIndex() const { return listIndex_; }
+    // Fires Click inside the setter when the index changes; out of range fails with 380 and
+    // changes nothing.
+    void SetListIndex(int index);
+
+    // The user picks an item.
+    void UserSelect(int index);
+
+protected:
+    virtual void AfterListIndexChange() {}
+    void SetListIndexSilently(int index) { listIndex_ = index; }
+
+private:
+    std::vector<std::string> items_;
+    std::vector<long> itemData_;
+    bool sorted_ = false;
+    int listIndex_ = -1;
+    int newIndex_ = -1;
+};
+
+namespace combo {
+inline constexpr int kDropdownCombo = 0;  // editable
+inline constexpr int kSimpleCombo = 1;
+inline constexpr int kDropdownList = 2;  // choose only
+}  // namespace combo
+
+class ComboBox : public ListControl {
+public:
+    ComboBox(Form& form, std::string name, int index = -1);
+    int Style() const { return style_; }
+    void SetStyle(int style);
+    const std::string& Text() const { return text_; }
+    // Editable: fires Change when the text changes. A dropdown list shows whatever it is given
+    // only while no item is selected.
+    void SetText(std::string text);
+    void UserSetText(const std::string& text);
+    int SelStart() const { return selStart_; }
+    int SelLength() const { return selLength_; }
+    void SetSelStart(int start);
+    void SetSelLength(int length);
+    bool Locked() const { return locked_; }
+    void SetLocked(bool locked);
+
+protected:
+    void AfterListIndexChange() override;
+    void ApplyKey(int keyAscii) override;
+
+private:
+    int style_ = combo::kDropdownCombo;
+    std::string text_;
+    int selStart_ = 0;
+    int selLength_ = 0;
+    bool locked_ = false;
+};
+
+class ListBox : public ListControl {
+public:
+    ListBox(Form& form, std::string name, int index = -1);
+    const std::string& Text() const;  // the selected item, "" when none
+};
+
+class CommandButton : public Control {
+public:
+    CommandButton(Form& form, std::string name, int index = -1);
+    const std::string& Caption() const { return caption_; }
+    void SetCaption(std::string caption);
+    bool Default() const { return default_; }
+    void SetDefault(bool isDefault);
+    bool Cancel() const { return cancel_; }
+    void SetCancel(bool isCancel);
+    // Setting Value to true from code presses the button: Click runs.
+    void SetValue(bool pressed);
+
+private:
+    std::string caption_;
+    bool default_ = false;
+    bool cancel_ = false;
+};
+
+namespace check {
+inline constexpr int kUnchecked = 0;
+inline constexpr int kChecked = 1;
+inline constexpr int kGrayed = 2;
+}  // namespace check
+
+class CheckBox : public Control {
+public:
+    CheckBox(Form& form, std::string name, int index = -1);
+    const std::string& Caption() const { return caption_; }
+    void SetCaption(std::string caption);
+    int Value() const { return value_; }
+    // Fires Click when the value changes; values other than 0, 1, 2 fail with 380.
+    void SetValue(int value);
+    // A click toggles the box.
+    void UserClick() override;
+
+private:
+    std::string caption_;
+    int value_ = check::kUnchecked;
+};
+
+class OptionButton : public Control {
+public:
+    OptionButton(Form& form, std::string name, int index = -1);
+    const std::string& Caption() const { return caption_; }
+    void SetCaption(std::string caption);
+    bool Value() const { return value_; }
+    // Setting true clears the other options of the same container and fires Click.
+    void SetValue(bool value);
+    void UserClick() override;
+
+private:
+    std::string caption_;
+    bool value_ = false;
+};
+
+// A frame or panel: a container with a caption.
+class Frame : public Control {
+public:
+    Frame(Form& form, std::string name, int index = -1, ControlKind kind = ControlKind::Frame);
+    const std::string& Caption() const { return caption_; }
+    void SetCaption(std::string caption);
+
+private:
+    std::string caption_;
+};
+
+class Panel : public Frame {
+public:
+    Panel(Form& form, std::string name, int index = -1);
+};
+
+// A form's timer: ticks on the platform while enabled with an interval above 0 and the form loaded.
+class Timer : public Control {
+public:
+    Timer(Form& form, std::string name, int index = -1);
+    ~Timer() override;
+    int Interval() const { return interval_; }
+    void SetInterval(int ms);
+    bool TimerEnabled() const { return Enabled(); }
+    void SetTimerEnabled(bool enabled);
+    std::function<void()> Tick;  // the Timer event
+
+    // Started and stopped by the form's load and unload, and by the properties.
+    void Sync();
+
+private:
+    void Stop();
+    int interval_ = 0;
+    TimerId id_ = 0;
+    int armedInterval_ = 0;
+};
+
+struct ColumnHeader {
+    std::string key;
+    std::string text;
+    int width = 0;
+};
+
+struct ListItem {
+    std::string key;
+    std::string text;
+    std::vector<std::string> subItems;
+    bool checked = false;
+    bool selected = false;
+};
+
+// A report-view list with check boxes. Items are 1-based, as the toolkit counts them.
+class ListView : public Control {
+public:
+    ListView(Form& form, std::string name, int index = -1);
+
+    void AddColumn(std::string key, std::string text, int width);
+    void ClearColumns();
+    const std::vector<ColumnHeader>& Columns() const { return columns_; }
+
+    int AddItem(std::string text, std::string key = {});  // returns the new item's index
+    void RemoveItem(int index);
+    void ClearItems();
+    int ItemCount() const { return static_cast<int>(items_.size()); }
+    const ListItem& Item(int index) const;  // fails with 35600 outside the list
+    void SetItemText(int index, std::string text);
+    void SetSubItem(int index, int column, std::string text);  // column from 1
+    void SetChecked(int index, bool checked);                  // no event from code
+    // 0 when nothing is selected.
+    int SelectedItem() const;
+    void SetSelectedItem(int index);
+    bool Checkboxes() const { return checkboxes_; }
+    void SetCheckboxes(bool on);
+
+    std::function<void(int index)> ItemCheck;
+    std::function<void(int index)> ItemClick;
+    std::function<void(int column)> ColumnClick;
+
+    void UserCheck(int index, bool checked);
+    void UserSelectItem(int index);
+
+private:
+    std::vector<ColumnHeader> columns_;
+    std::vector<ListItem> items_;
+    bool checkboxes_ = false;
+};
+
+class RichTextBox : public Control {
+public:
+    RichTextBox(Form& form, std::string name, int index = -1);
+    const std::string& Text() const { return text_; }
+    void SetText(std::string text);  // fires Change
+    int SelStart() const { return selStart_; }
+    int SelLength() const { return selLength_; }
+    void SetSelStart(int start);
+    void SetSelLength(int length);
+    // Inserts at the selection, replacing it; the caret ends after the inserted text.
+    void SetSelText(const std::string& text);
+    bool Locked() const { return locked_; }
+    void SetLocked(bool locked);
+
+private:
+    std::string text_;
+    int selStart_ = 0;
+    int selLength_ = 0;
+    bool locked_ = false;
+};
+
+class ProgressBar : public Control {
+public:
+    ProgressBar(Form& form, std::string name, int index = -1);
+    double Min() const { return min_; }
+    double Max() const { return max_; }
+    double Value() const { return value_; }
+    void SetMin(double min);
+    void SetMax(double max);
+    void SetValue(double value);  // outside Min..Max fails with 380
+
+private:
+    double min_ = 0;
+    double max_ = 100;
+    double value_ = 0;
+};
+
+struct ChartSeries {
+    std::string title;
+    long colour = 0;
+    std::vector<double> values;
+};
+
+// The data model of a chart; a renderer draws it.
+class Chart : public Control {
+public:
+    Chart(Form& form, std::string name, int index = -1);
+    int SeriesCount() const { return static_cast<int>(series_.size()); }
+    int AddSeries(std::string title, long colour);
+    const ChartSeries& Series(int index) const;  // 0-based
+    void AddPoint(int series, double value);
+    void ClearSeries(int series);
+    void RemoveFirstPoint(int series);
+    double AxisMin() const { return axisMin_; }
+    double AxisMax() const { return axisMax_; }
+    void SetAxis(double min, double max);
+    const std::string& Title() const { return title_; }
+    void SetTitle(std::string title);
+
+private:
+    std::vector<ChartSeries> series_;
+    double axisMin_ = 0;
+    double axisMax_ = 100;
+    std::string title_;
+};
+
+}  // namespace kw::forms

@@ -1,0 +1,235 @@
+#include "platform/headless/headless_platform.h"
+
+#include <algorithm>
+
+#include "platform/automation/failure.h"
+
+namespace kw::headless {
+
+namespace {
+constexpr forms::WindowHandle kForeignHandle = 0x1000;
+}
+
+HeadlessPlatform::HeadlessPlatform() {
+    metrics_[forms::metric::kCxScreen] = 1280;
+    metrics_[forms::metric::kCyScreen] = 1024;
+    metrics_[forms::metric::kCyCaption] = 18;
+    metrics_[forms::metric::kCxBorder] = 1;
+    metrics_[forms::metric::kCyBorder] = 1;
+    metrics_[forms::metric::kCxDlgFrame] = 3;
+    metrics_[forms::metric::kCyDlgFrame] = 3;
+}
+
+HeadlessPlatform::~HeadlessPlatform() = default;
+
+// ---- clock and timers ---------------------------------------------------------------------
+
+void HeadlessPlatform::Advance(int ms) {
+    const std::int64_t target = now_ + std::max(ms, 0);
+    while (FireNextDue(target)) {
+    }
+    now_ = std::max(now_, target);
+}
+
+bool HeadlessPlatform::FireNextDue(std::int64_t limit) {
+    std::shared_ptr<TimerEntry> next;
+    for (const auto& [id, entry] : timers_) {
+        if (entry->running || entry->due > limit) {
+            continue;
+        }
+        if (!next || entry->due < next->due ||
+            (entry->due == next->due && entry->order < next->order)) {
+            next = entry;
+        }
+    }
+    if (!next) {
+        return false;
+    }
+    now_ = std::max(now_, next->due);
+    // An overdue timer fires once and counts on from now, as coalesced timer messages do.
+    next->due = std::max(next->due + next->interval, now_ + (next->due < now_ ? next->interval : 0));
+    next->order = nextOrder_++;
+    // A tick does not re-enter itself: a nested loop inside it skips this timer.
+    next->running = true;
+    struct Done {
+        TimerEntry& entry;
+        ~Done() { entry.running = false; }
+    } done{*next};
+    Dispatch(next->tick);
+    return true;
+}
+
+forms::TimerId HeadlessPlatform::SetTimer(int intervalMs, std::function<void()> tick) {
+    auto entry = std::make_shared<TimerEntry>();
+    entry->id = nextTimerId_++;
+    entry->interval = std::max(intervalMs, 1);
+    entry->tick = std::move(tick);
+    entry->due = now_ + entry->interval;
+    entry->order = nextOrder_++;
+    timers_[entry->id] = entry;
+    return entry->id;
+}
+
+void HeadlessPlatform::KillTimer(forms::TimerId id) { timers_.erase(id); }
+
+int HeadlessPlatform::LiveTimerCount() const { return static_cast<int>(timers_.size()); }
+
+void HeadlessPlatform::DoEvents() {
+    while (FireNextDue(now_)) {
+    }
+}
+
+void HeadlessPlatform::Sleep(int ms) {
+    now_ += std::max(ms, 0);
+    sleptMs_ += std::max(ms, 0);
+}
+
+// ---- boxes --------------------------------------------------------------------------------
+
+void HeadlessPlatform::AnswerNextBox(int result) {
+    boxAnswers_.push_back([result](const BoxRecord&) { return result; });
+}
+
+void HeadlessPlatform::AnswerNextBox(BoxResponder responder) {
+    boxAnswers_.push_back(std::move(responder));
+}
+
+void HeadlessPlatform::AnswerBoxes(BoxResponder responder) {
+    standingBoxAnswer_ = std::move(responder);
+}
+
+int HeadlessPlatform::MessageBox(const forms::MessageBoxRequest& request) {
+    BoxRecord record;
+    record.text = request.text;
+    record.caption = request.caption;
+    record.flags = request.flags;
+    record.timeoutMs = request.timeoutMs;
+    record.buttonLabels = request.buttonLabels;
+    record.shownAt = now_;
+    const std::size_t index = boxes_.size();
+    boxes_.push_back(record);
+
+    BoxResponder responder;
+    if (!boxAnswers_.empty()) {
+        responder = std::move(boxAnswers_.front());
+        boxAnswers_.pop_front();
+    } else if (standingBoxAnswer_) {
+        responder = standingBoxAnswer_;
+    } else {
+        throw Unanswered("message box nobody answered: \"" + request.text + "\" (caption \"" +
+                         request.caption + "\")");
+    }
+    int result = responder(record);
+    if (result == forms::mb::kResultTimeout && request.timeoutMs > 0) {
+        // The box stayed up until it closed itself; the loop ran meanwhile.
+        const std::int64_t closesAt = record.shownAt + request.timeoutMs;
+        if (closesAt > now_) {
+            Advance(static_cast<int>(closesAt - now_));
+        }
+    }
+    boxes_[index].result = result;
+    return result;
+}
+
+// ---- forms --------------------------------------------------------------------------------
+
+void HeadlessPlatform::AttachForm(forms::Form& form) {
+    if (!IsAttached(form)) {
+        attached_.push_back(&form);
+    }
+}
+
+void HeadlessPlatform::DetachForm(forms::Form& form) {
+    attached_.erase(std::remove(attached_.begin(), attached_.end(), &form), attached_.end());
+}
+
+bool HeadlessPlatform::IsAttached(const forms::Form& form) const {
+    return std::find(attached_.begin(), attached_.end(), &form) != attached_.end();
+}
+
+void HeadlessPlatform::AnswerNextModal(const std::string& formName, FormResponder responder) {
+    modalAnswers_[formName].push_back(std::move(responder));
+}
+
+void HeadlessPlatform::AnswerModals(const std::string& formName, FormResponder responder) {
+    standingModalAnswers_[formName] = std::move(responder);
+}
+
+void HeadlessPlatform::RunModal(forms::Form& form) {
+    modalsShown_.push_back(form.Name());
+    FormResponder responder;
+    auto queued = modalAnswers_.find(form.Name());
+    if (queued != modalAnswers_.end() && !queued->second.empty()) {
+        responder = std::move(queued->second.front());
+        queued->second.pop_front();
+    } else if (auto standing = standingModalAnswers_.find(form.Name());
+               standing != standingModalAnswers_.end()) {
+        responder = standing->second;
+    } else {
+        throw Unanswered("modal form nobody answered: " + form.Name());
+    }
+    responder(form);
+    if (form.IsLoaded() && form.Visible()) {
+        throw Unanswered("modal form left open by its answer: " + form.Name());
+    }
+}
+
+// ---- other services -----------------------------------------------------------------------
+
+void HeadlessPlatform::SetCursor(int shape) {
+    cursor_ = shape;
+    cursorHistory_.push_back(shape);
+}
+
+forms::WindowHandle HeadlessPlatform::FindWindow(const std::string& className,
+                                                 const std::string& title) {
+    (void)className;
+    if (previousInstance_ && previousInstance_->title == title) {
+        return kForeignHandle;
+    }
+    return 0;
+}
+
+int HeadlessPlatform::GetWindowPlacement(forms::WindowHandle window) {
+    if (window == kForeignHandle && previousInstance_) {
+        return previousInstance_->showState;
+    }
+    return forms::show::kHide;
+}
+
+void HeadlessPlatform::SetWindowPlacement(forms::WindowHandle window, int showState) {
+    if (window == kForeignHandle && previousInstance_) {
+        previousInstance_->showState = showState;
+    }
+}
+
+void HeadlessPlatform::SetForegroundWindow(forms::WindowHandle window) {
+    if (window == kForeignHandle && previousInstance_) {
+        previousInstance_->foreground = true;
+    }
+}
+
+int HeadlessPlatform::SystemMetric(int index) const {
+    auto it = metrics_.find(index);
+    return it != metrics_.end() ? it->second : 0;
+}
+
+void HeadlessPlatform::ShowHelp(const std::string& helpFile, int contextId) {
+    helpShown_.push_back(helpFile + "#" + std::to_string(contextId));
+}
+
+std::optional<std::string> HeadlessPlatform::OpenFileDialog(const forms::FileDialogRequest& request) {
+    if (fileAnswers_.empty()) {
+        throw Unanswered("file dialog nobody answered: " + request.title);
+    }
+    auto answer = fileAnswers_.front();
+    fileAnswers_.pop_front();
+    return answer;
+}
+
+void HeadlessPlatform::EndProcess(int exitCode) {
+    endedWith_ = exitCode;
+    throw ProcessEnded(exitCode);
+}
+
+}  // namespace kw::headless

@@ -1,0 +1,120 @@
+#include <gtest/gtest.h>
+
+#include "platform/automation/failure_number.h"
+#include "platform/automation/safe_array.h"
+
+using namespace kw::automation;
+
+namespace {
+
+TEST(SafeArrayShape, DefaultIsOneEmptyDimension) {
+    const SafeArray a;
+    EXPECT_EQ(a.Dims(), 1);
+    EXPECT_EQ(a.LBound(), 0);
+    EXPECT_EQ(a.UBound(), -1);
+    EXPECT_EQ(a.Count(), 0u);
+    EXPECT_EQ(a.Element(), SafeArray::ElementType::Variant);
+    EXPECT_EQ(FailureNumber([&] { a.Get(0); }), err::kSubscriptOutOfRange);
+    EXPECT_EQ(FailureNumber([&] { a.LBound(2); }), err::kSubscriptOutOfRange);
+    EXPECT_EQ(FailureNumber([&] { a.UBound(0); }), err::kSubscriptOutOfRange);
+}
+
+TEST(SafeArrayShape, BoundsOfEachDimension) {
+    const SafeArray a = SafeArray::TwoDim(-1, 1, 5, 8);
+    EXPECT_EQ(a.Dims(), 2);
+    EXPECT_EQ(a.LBound(1), -1);
+    EXPECT_EQ(a.UBound(1), 1);
+    EXPECT_EQ(a.LBound(2), 5);
+    EXPECT_EQ(a.UBound(2), 8);
+    EXPECT_EQ(a.Count(), 12u);
+    EXPECT_EQ(FailureNumber([&] { a.UBound(3); }), err::kSubscriptOutOfRange);
+
+    EXPECT_EQ(SafeArray::OneDim(3, 2).Count(), 0u);  // an empty dimension
+    EXPECT_EQ(SafeArray::TwoDim(0, -1, 1, 4).Count(), 0u);
+    EXPECT_EQ(FailureNumber([] { SafeArray::OneDim(3, 1); }), err::kSubscriptOutOfRange);
+    EXPECT_EQ(FailureNumber([] { SafeArray::TwoDim(0, 1, 2, 0); }), err::kSubscriptOutOfRange);
+}
+
+TEST(SafeArrayElements, FirstSubscriptVariesFastestInStorage) {
+    SafeArray a = SafeArray::TwoDim(1, 3, 10, 11);  // three rows of two fields
+    for (int row = 1; row <= 3; ++row) {
+        for (int field = 10; field <= 11; ++field) a.Set(row, field, row * 100 + field);
+    }
+    const auto& storage = a.Storage();
+    ASSERT_EQ(storage.size(), 6u);
+    const int rows = 3;
+    for (int row = 1; row <= 3; ++row) {
+        for (int field = 10; field <= 11; ++field) {
+            const std::size_t offset = static_cast<std::size_t>((row - 1) + (field - 10) * rows);
+            EXPECT_EQ(CLng(storage[offset]), row * 100 + field);
+            EXPECT_EQ(CLng(a.Get(row, field)), row * 100 + field);
+        }
+    }
+    EXPECT_EQ(CLng(storage[1]), 210);  // (2,10) right after (1,10)
+    EXPECT_EQ(CLng(storage[3]), 111);  // (1,11) after the whole first field
+}
+
+TEST(SafeArrayElements, SubscriptsOutsideTheBoundsOrOfTheWrongCountFail) {
+    SafeArray one = SafeArray::OneDim(1, 3);
+    SafeArray two = SafeArray::TwoDim(0, 1, 1, 2);
+    EXPECT_EQ(FailureNumber([&] { one.Get(0); }), err::kSubscriptOutOfRange);
+    EXPECT_EQ(FailureNumber([&] { one.Get(4); }), err::kSubscriptOutOfRange);
+    EXPECT_EQ(FailureNumber([&] { one.Set(4, 1); }), err::kSubscriptOutOfRange);
+    EXPECT_EQ(FailureNumber([&] { one.Get(1, 1); }), err::kSubscriptOutOfRange);
+    EXPECT_EQ(FailureNumber([&] { two.Get(0); }), err::kSubscriptOutOfRange);
+    EXPECT_EQ(FailureNumber([&] { two.Set(2, 1, 1); }), err::kSubscriptOutOfRange);
+    EXPECT_EQ(FailureNumber([&] { two.Get(0, 0); }), err::kSubscriptOutOfRange);
+    EXPECT_EQ(FailureNumber([&] { two.Get(0, 3); }), err::kSubscriptOutOfRange);
+    EXPECT_EQ(FailureNumber([&] { two.Get(-1, 1); }), err::kSubscriptOutOfRange);
+    EXPECT_EQ(FailureNumber([&] { one.Get(1); }), 0);
+    EXPECT_EQ(FailureNumber([&] { two.Get(1, 2); }), 0);
+}
+
+TEST(SafeArrayElements, VariantElementsStartEmptyAndKeepTheirType) {
+    SafeArray a = SafeArray::OneDim(0, 2);
+    EXPECT_TRUE(a.Get(0).IsEmpty());
+    a.Set(1, 2.5);
+    a.Set(2, Variant::Null());
+    EXPECT_EQ(a.Get(1).Type(), VarType::Double);
+    EXPECT_TRUE(a.Get(2).IsNull());
+}
+
+TEST(SafeArrayElements, StringElementsHoldConvertedText) {
+    SafeArray a = SafeArray::TwoDim(0, 1, 0, 1, SafeArray::ElementType::String);
+    EXPECT_EQ(a.Get(1, 1).Type(), VarType::String);
+    EXPECT_EQ(CStr(a.Get(1, 1)), "");
+    a.Set(0, 0, 7);
+    a.Set(0, 1, true);
+    a.Set(1, 0, 2.5);
+    EXPECT_EQ(a.Get(0, 0), Variant("7"));
+    EXPECT_EQ(a.Get(0, 1), Variant("True"));
+    EXPECT_EQ(a.Get(1, 0), Variant("2.5"));
+    EXPECT_EQ(FailureNumber([&] { a.Set(1, 1, Variant::Null()); }), err::kInvalidUseOfNull);
+    EXPECT_EQ(CStr(a.Get(1, 1)), "");  // a failed store leaves the element alone
+}
+
+TEST(SafeArrayCopies, CopiesAreIndependentAndCompareByValue) {
+    SafeArray a = SafeArray::OneDim(1, 2);
+    a.Set(1, "x");
+    SafeArray nested = SafeArray::OneDim(0, 0);
+    nested.Set(0, 1);
+    a.Set(2, Variant(nested));
+
+    SafeArray b = a;
+    EXPECT_EQ(a, b);
+    b.Set(1, "y");
+    EXPECT_EQ(CStr(a.Get(1)), "x");
+    EXPECT_FALSE(a == b);
+
+    SafeArray c = a;
+    SafeArray inner = c.Get(2).ToArray();
+    inner.Set(0, 2);
+    c.Set(2, Variant(inner));
+    EXPECT_EQ(CLng(a.Get(2).ToArray().Get(0)), 1);  // the nested array was copied too
+
+    EXPECT_FALSE(SafeArray::OneDim(0, 1) ==
+                 SafeArray::OneDim(0, 1, SafeArray::ElementType::String));
+    EXPECT_FALSE(SafeArray::OneDim(0, 3) == SafeArray::TwoDim(0, 1, 0, 1));
+}
+
+}  // namespace

@@ -1,0 +1,217 @@
+// The deterministic platform: the virtual clock, timers in due order, modal nesting, boxes.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/automation/failure.h"
+#include "platform/forms/controls.h"
+#include "platform/forms/form.h"
+#include "platform/headless/headless_platform.h"
+
+namespace kw::headless {
+namespace {
+
+using forms::mb::kResultNo;
+using forms::mb::kResultOk;
+using forms::mb::kResultYes;
+
+TEST(HeadlessClock, TimersFireInDueOrderEachAtItsIntervalWithTheClockAtTheirDueTime) {
+    HeadlessPlatform p;
+    std::vector<std::string> fired;
+    p.SetTimer(300, [&] { fired.push_back("slow@" + std::to_string(p.Now())); });
+    p.SetTimer(100, [&] { fired.push_back("fast@" + std::to_string(p.Now())); });
+    p.Advance(650);
+    EXPECT_EQ(fired, (std::vector<std::string>{"fast@100", "fast@200", "slow@300", "fast@300",
+                                               "fast@400", "fast@500", "slow@600", "fast@600"}));
+    EXPECT_EQ(p.Now(), 650);
+}
+
+TEST(HeadlessClock, SleepBlocksWithoutRunningAndDoEventsRunsWhatIsDue) {
+    HeadlessPlatform p;
+    int ticks = 0;
+    p.SetTimer(1000, [&] { ++ticks; });
+    p.Sleep(2500);
+    EXPECT_EQ(ticks, 0);
+    EXPECT_EQ(p.Now(), 2500);
+    p.DoEvents();
+    EXPECT_EQ(ticks, 1) << "a timer overdue twice fires once";
+    p.DoEvents();
+    EXPECT_EQ(ticks, 1);
+    p.Advance(999);
+    EXPECT_EQ(ticks, 1);
+    p.Advance(1);
+    EXPECT_EQ(ticks, 2) << "and counts its interval on from when it fired";
+}
+
+TEST(HeadlessClock, ATimerThatKillsItselfOrStartsAnotherStaysConsistent) {
+    HeadlessPlatform p;
+    std::vector<std::string> fired;
+    forms::TimerId once = 0;
+    once = p.SetTimer(50, [&] {
+        fired.push_back("once");
+        p.KillTimer(once);
+        p.SetTimer(10, [&] { fired.push_back("child@" + std::to_string(p.Now())); });
+    });
+    p.Advance(75);
+    EXPECT_EQ(fired, (std::vector<std::string>{"once", "child@60", "child@70"}));
+    p.KillTimer(12345);  // unknown ids are ignored
+}
+
+TEST(HeadlessClock, ATickDoesNotReEnterItselfFromANestedLoop) {
+    HeadlessPlatform p;
+    int depth = 0;
+    int maxDepth = 0;
+    int ticks = 0;
+    p.SetTimer(10, [&] {
+        ++ticks;
+        ++depth;
+        maxDepth = std::max(maxDepth, depth);
+        p.Advance(100);  // a modal loop inside the tick
+        --depth;
+    });
+    p.Advance(10);
+    EXPECT_EQ(maxDepth, 1);
+    EXPECT_EQ(ticks, 1);
+}
+
+class Dialog : public forms::Form {
+public:
+    explicit Dialog(forms::Platform& p) : Form(p, "Dialog") {}
+    forms::TextBox txtAnswer{*this, "txtAnswer"};
+    forms::CommandButton btnOK{*this, "btnOK"};
+    bool accepted = false;
+
+protected:
+    void Form_Load() override {
+        btnOK.Click = [this] {
+            accepted = true;
+            Hide();
+        };
+    }
+};
+
+TEST(HeadlessModal, ATimerFiresWhileAModalFormIsUp) {
+    HeadlessPlatform p;
+    Dialog d(p);
+    int ticks = 0;
+    p.SetTimer(1000, [&] { ++ticks; });
+    p.AnswerNextModal("Dialog", [&](forms::Form&) {
+        p.Advance(3000);  // the user takes three seconds to answer
+        d.txtAnswer.UserKeyPress('y');
+        d.btnOK.UserClick();
+    });
+    d.Show(forms::kModal);
+    EXPECT_EQ(ticks, 3);
+    EXPECT_TRUE(d.accepted);
+    EXPECT_EQ(d.txtAnswer.Text(), "y");
+    EXPECT_FALSE(d.Visible());
+    EXPECT_FALSE(d.IsModal());
+}
+
+TEST(HeadlessModal, ABoxShownFromInsideAModalFormIsRecordedAndAnswered) {
+    HeadlessPlatform p;
+    Dialog d(p);
+    d.Load();
+    int answer = 0;
+    d.btnOK.Click = [&] {
+        answer = p.MsgBox("Save the changes?", forms::mb::kYesNo | forms::mb::kExclamation, "Title");
+        d.Hide();
+    };
+    p.AnswerNextBox(kResultNo);
+    p.AnswerNextModal("Dialog", [&](forms::Form&) { d.btnOK.UserClick(); });
+    d.Show(forms::kModal);
+    EXPECT_EQ(answer, kResultNo);
+    ASSERT_EQ(p.Boxes().size(), 1u);
+    EXPECT_EQ(p.Boxes()[0].text, "Save the changes?");
+    EXPECT_EQ(p.Boxes()[0].caption, "Title");
+    EXPECT_EQ(p.Boxes()[0].flags, forms::mb::kYesNo | forms::mb::kExclamation);
+    EXPECT_EQ(p.Boxes()[0].result, kResultNo);
+    EXPECT_EQ(p.ModalsShown(), (std::vector<std::string>{"Dialog"}));
+}
+
+TEST(HeadlessModal, NestedModalsUnwindInOrder) {
+    HeadlessPlatform p;
+    Dialog outer(p);
+    forms::Form inner(p, "Inner");
+    std::vector<std::string> order;
+    p.AnswerNextModal("Dialog", [&](forms::Form&) {
+        order.push_back("outer up");
+        inner.Show(forms::kModal);
+        order.push_back("inner returned");
+        outer.Hide();
+    });
+    p.AnswerNextModal("Inner", [&](forms::Form& f) {
+        order.push_back("inner up, outer modal=" + std::to_string(outer.IsModal()));
+        f.Hide();
+    });
+    outer.Show(forms::kModal);
+    EXPECT_EQ(order, (std::vector<std::string>{"outer up", "inner up, outer modal=1",
+                                               "inner returned"}));
+}
+
+TEST(HeadlessModal, UnansweredBoxesAndFormsFailLoudlyNamingThem) {
+    HeadlessPlatform p;
+    try {
+        p.MsgBox("Are you there?");
+        FAIL();
+    } catch (const Unanswered& e) {
+        EXPECT_NE(std::string(e.what()).find("Are you there?"), std::string::npos);
+    }
+    Dialog d(p);
+    EXPECT_THROW(d.Show(forms::kModal), Unanswered);
+    p.AnswerNextModal("Dialog", [](forms::Form&) {});
+    EXPECT_THROW(d.Show(forms::kModal), Unanswered) << "a responder that leaves it open";
+}
+
+TEST(HeadlessBoxes, QueuedAnswersComeBeforeTheStandingOne) {
+    HeadlessPlatform p;
+    p.AnswerBoxes([](const BoxRecord&) { return kResultOk; });
+    p.AnswerNextBox(kResultYes);
+    EXPECT_EQ(p.MsgBox("a"), kResultYes);
+    EXPECT_EQ(p.MsgBox("b"), kResultOk);
+}
+
+TEST(HeadlessBoxes, ATimedBoxThatClosesItselfLetsTheClockRunToItsTimeout) {
+    HeadlessPlatform p;
+    int ticks = 0;
+    p.SetTimer(1000, [&] { ++ticks; });
+    p.AnswerNextBox(forms::mb::kResultTimeout);
+    forms::MessageBoxRequest r;
+    r.text = "note";
+    r.timeoutMs = 30000;
+    EXPECT_EQ(p.MessageBox(r), forms::mb::kResultTimeout);
+    EXPECT_EQ(p.Now(), 30000);
+    EXPECT_EQ(ticks, 30);
+}
+
+TEST(HeadlessServices, EndProcessThrowsAndRemembersTheCode) {
+    HeadlessPlatform p;
+    EXPECT_THROW(p.EndProcess(3), ProcessEnded);
+    EXPECT_EQ(p.EndedWith(), 3);
+}
+
+TEST(HeadlessServices, UnhandledFailureInATimerTickEndsTheProcessAfterTheBox) {
+    HeadlessPlatform p;
+    p.SetTimer(10, [] { throw automation::Failure(6); });
+    p.AnswerNextBox(kResultOk);
+    EXPECT_THROW(p.Advance(10), ProcessEnded);
+    ASSERT_EQ(p.Boxes().size(), 1u);
+    EXPECT_EQ(p.Boxes()[0].text, "Run-time error '6':\n\nOverflow");
+}
+
+TEST(HeadlessServices, APreviousInstanceIsFoundByTitleAndRestored) {
+    HeadlessPlatform p;
+    EXPECT_EQ(p.FindWindow("ThunderRT5Form", "Kestrelway"), 0);
+    p.PreviousInstance() = ForeignWindow{"ThunderRT5Form", "Kestrelway", forms::show::kMinimized};
+    const auto w = p.FindWindow("ThunderRT5Form", "Kestrelway");
+    ASSERT_GT(w, 0);
+    EXPECT_EQ(p.GetWindowPlacement(w), forms::show::kMinimized);
+    p.SetWindowPlacement(w, forms::show::kNormal);
+    p.SetForegroundWindow(w);
+    EXPECT_EQ(p.PreviousInstance()->showState, forms::show::kNormal);
+    EXPECT_TRUE(p.PreviousInstance()->foreground);
+}
+
+}  // namespace
+}  // namespace kw::headless
