@@ -4,4 +4,4 @@ set -e
 cd "$(dirname "$0")/.."
 cmake --preset dev >/dev/null
 cmake --build --preset dev --target artgen
-QT_QPA_PLATFORM=offscreen build/dev/tools/artgen/artgen assets/art build/art-preview.png
+QT_QPA_PLATFORM=offscreen build/dev/tools/artgen/artgen assets build/art-preview.png

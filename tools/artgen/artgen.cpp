@@ -1,9 +1,10 @@
 // Draws the program's artwork: every shaped form and every separate picture, as 8-bit palette
 // BMPs with pure green outside, from the numbers in artwork_layout.h.
 //
-//   artgen <assets/art directory> [preview.png]
+//   artgen <assets directory> [preview.png]
 
 #include <QDir>
+#include <QFileInfo>
 #include <QFont>
 #include <QGuiApplication>
 #include <QImage>
@@ -62,7 +63,9 @@ QFont Font(int px, bool bold = false) {
 
 void Save(const QString& name, const QImage& argb) {
     const QImage indexed = artgen::Quantise(argb);
-    if (!artgen::WriteBmp(indexed, outDir.filePath(name))) {
+    const QString path = outDir.filePath(name);
+    QDir().mkpath(QFileInfo(path).path());
+    if (!artgen::WriteBmp(indexed, path)) {
         std::fprintf(stderr, "artgen: cannot write %s\n", qPrintable(outDir.filePath(name)));
         std::exit(1);
     }
@@ -262,7 +265,7 @@ void DrawMainWin() {
     QPainterPath body = RoundedRect(QRectF(0.5, 0.5, 115, M::kHeight - 1), 14);
     for (const auto& tab : {M::btnFromPullout, M::btnToPullout, M::btnRxPullout,
                             M::btnMorePullout}) {
-        body = body.united(RoundedRect(QRectF(100, tab.y - 2.5, M::kWidth - 100.5, tab.h + 5), 7));
+        body = body.united(RoundedRect(QRectF(100, tab.y - 6, M::kWidth - 100, tab.h + 12), 6));
     }
     const qreal notchTop = M::kHeight - M::kNotchDepth;
     body = body.subtracted(RoundedRect(
@@ -845,7 +848,7 @@ void WritePreview(const QString& path) {
 int main(int argc, char** argv) {
     QGuiApplication app(argc, argv);
     if (argc < 2) {
-        std::fprintf(stderr, "usage: artgen <output directory> [preview.png]\n");
+        std::fprintf(stderr, "usage: artgen <assets directory> [preview.png]\n");
         return 2;
     }
     outDir = QDir(QString::fromLocal8Bit(argv[1]));

@@ -2,7 +2,7 @@
 
 // Where the artwork leaves room for each control, in pixels relative to the form's client area
 // (for PerfPulldown and FromPullout: relative to the form, with the shaping image at 0, 0), and
-// the file names of the pictures under assets/art/. The artwork generator draws from these same
+// the pictures' names as forms refer to them (relative to the assets directory). The artwork generator draws from these same
 // numbers, so the forms and the pictures cannot drift apart. Standard library only.
 
 namespace kw::dialer::layout {
@@ -38,7 +38,7 @@ inline constexpr int kTabHeight = 24;
 namespace mainwin {
 inline constexpr int kWidth = 128;
 inline constexpr int kHeight = 320;
-inline constexpr const char* kPicture = "MainWin.bmp";
+inline constexpr const char* kPicture = "art/MainWin.bmp";
 
 // Title row: the three round buttons, each with its transparent label on top; below them
 // the logo (lit when connected) beside the name.
@@ -103,8 +103,8 @@ inline constexpr int kNotchDepth = 15;
 namespace login {
 inline constexpr int kWidth = 200;
 inline constexpr int kHeight = 150;
-inline constexpr const char* kLoginPicture = "frmLogin.bmp";
-inline constexpr const char* kIspLoginPicture = "frmISPLogin.bmp";
+inline constexpr const char* kLoginPicture = "art/frmLogin.bmp";
+inline constexpr const char* kIspLoginPicture = "art/frmISPLogin.bmp";
 
 inline constexpr LayoutRect Label1{40, 12, 150, 16};
 inline constexpr LayoutRect txtTitle = Label1;
@@ -120,7 +120,7 @@ namespace perfpulldown {
 inline constexpr int kWidth = 115;
 inline constexpr int kHeight = 181;
 inline constexpr LayoutRect Image1{0, 0, kWidth, kHeight};
-inline constexpr const char* kPicture = "PerfPulldown_Image1.bmp";
+inline constexpr const char* kPicture = "art/PerfPulldown_Image1.bmp";
 
 // The panels all take this place when on show.
 inline constexpr LayoutRect CMPanel{11, 42, 93, 95};
@@ -151,13 +151,13 @@ inline constexpr LayoutRect kErrorCount{56, 0, 34, 13};
 // Panels 1, 2 and 4: the chart fills the panel.
 inline constexpr LayoutRect kChart{2, 2, 89, 91};
 
-inline constexpr const char* kImgLocation = "imgLocation.bmp";
-inline constexpr const char* kVpnBytes = "VpnBytes.bmp";
-inline constexpr const char* kISPBytes = "ISPBytes.bmp";
-inline constexpr const char* kLeftBtn = "LeftBtn.bmp";
-inline constexpr const char* kRightBtn = "RightBtn.bmp";
-inline constexpr const char* kDownBtn = "downBtn.bmp";
-inline constexpr const char* kDetachBtn = "detachBtn.bmp";
+inline constexpr const char* kImgLocation = "art/imgLocation.bmp";
+inline constexpr const char* kVpnBytes = "art/VpnBytes.bmp";
+inline constexpr const char* kISPBytes = "art/ISPBytes.bmp";
+inline constexpr const char* kLeftBtn = "art/LeftBtn.bmp";
+inline constexpr const char* kRightBtn = "art/RightBtn.bmp";
+inline constexpr const char* kDownBtn = "art/downBtn.bmp";
+inline constexpr const char* kDetachBtn = "art/detachBtn.bmp";
 }  // namespace perfpulldown
 
 // The three wide drawers open at main window client (87, 58): their left 29 pixels lie under
@@ -172,9 +172,9 @@ inline constexpr LayoutRect Label1{70, 9, 240, 16};
 
 namespace frompullout {
 inline constexpr LayoutRect Image2{0, 0, drawer::kWidth, drawer::kHeight};
-inline constexpr const char* kPicture = "FromPullout_Image2.bmp";
+inline constexpr const char* kPicture = "art/FromPullout_Image2.bmp";
 inline constexpr LayoutRect Image1 = drawer::Image1;
-inline constexpr const char* kIcon = "FromPullout_Image1.bmp";
+inline constexpr const char* kIcon = "art/FromPullout_Image1.bmp";
 
 inline constexpr LayoutRect Label3{70, 12, 60, 14};  // "Location:"
 inline constexpr LayoutRect cmboLocations{132, 8, 200, 21};
@@ -207,7 +207,7 @@ inline constexpr LayoutRect btnCancel{296, 194, 76, 24};
 }  // namespace frompullout
 
 namespace topullout {
-inline constexpr const char* kPicture = "ToPullout.bmp";
+inline constexpr const char* kPicture = "art/ToPullout.bmp";
 inline constexpr LayoutRect Label1{48, 10, 120, 14};  // "Destination:"
 inline constexpr LayoutRect lbDestinations{48, 27, 120, 162};
 inline constexpr LayoutRect rbPOP{180, 8, 60, 18};
@@ -217,14 +217,14 @@ inline constexpr LayoutRect btnUp{364, 70, 22, 22};
 inline constexpr LayoutRect btnDown{364, 98, 22, 22};
 inline constexpr LayoutRect btnRefresh{218, 198, 76, 24};
 inline constexpr LayoutRect btnSaveList{302, 198, 76, 24};
-inline constexpr const char* kBtnUp = "ToPullout_btnUp.bmp";
-inline constexpr const char* kBtnDown = "ToPullout_btnDown.bmp";
+inline constexpr const char* kBtnUp = "art/ToPullout_btnUp.bmp";
+inline constexpr const char* kBtnDown = "art/ToPullout_btnDown.bmp";
 }  // namespace topullout
 
 namespace rxpullout {
-inline constexpr const char* kPicture = "RxPullout.bmp";
+inline constexpr const char* kPicture = "art/RxPullout.bmp";
 inline constexpr LayoutRect Image1 = drawer::Image1;
-inline constexpr const char* kIcon = "RxPullout_Image1.bmp";
+inline constexpr const char* kIcon = "art/RxPullout_Image1.bmp";
 inline constexpr LayoutRect Label1 = drawer::Label1;  // "Prescriber Output"
 inline constexpr LayoutRect txtStatus{48, 31, 338, 161};
 inline constexpr LayoutRect Command2{310, 198, 76, 24};
@@ -235,7 +235,7 @@ inline constexpr LayoutRect Command2{310, 198, 76, 24};
 namespace morepullout {
 inline constexpr int kWidth = 68;
 inline constexpr int kHeight = 72;
-inline constexpr const char* kPicture = "MorePullout.bmp";
+inline constexpr const char* kPicture = "art/MorePullout.bmp";
 inline constexpr LayoutRect btnDisplay{19, 6, 44, 18};
 inline constexpr LayoutRect btnLog{19, 27, 44, 18};
 inline constexpr LayoutRect btnPref{19, 48, 44, 18};
@@ -252,8 +252,8 @@ inline constexpr LayoutRect kUnderMore{0, 100, 68, 72};
 }  // namespace panel
 
 namespace logpullout {
-inline constexpr const char* kPicture = "LogPullout.bmp";
-inline constexpr const char* kIcon = "LogPullout_Image1.bmp";
+inline constexpr const char* kPicture = "art/LogPullout.bmp";
+inline constexpr const char* kIcon = "art/LogPullout_Image1.bmp";
 inline constexpr LayoutRect Image1 = panel::Image1;
 inline constexpr LayoutRect Label1 = panel::Label1;  // "Log Options"
 inline constexpr LayoutRect ConnectLogCheck{24, 32, 220, 18};
@@ -265,8 +265,8 @@ inline constexpr LayoutRect btnPrescriberLog{278, 101, 28, 20};
 }  // namespace logpullout
 
 namespace prefpullout {
-inline constexpr const char* kPicture = "PrefPullout.bmp";
-inline constexpr const char* kIcon = "PrefPullout_Image1.bmp";
+inline constexpr const char* kPicture = "art/PrefPullout.bmp";
+inline constexpr const char* kIcon = "art/PrefPullout_Image1.bmp";
 inline constexpr LayoutRect Image1 = panel::Image1;
 inline constexpr LayoutRect Label1 = panel::Label1;  // "User Preferences"
 inline constexpr LayoutRect frCallingCard{24, 30, 284, 68};
@@ -282,11 +282,11 @@ inline constexpr LayoutRect Label4{224, 136, 30, 14};
 }  // namespace prefpullout
 
 namespace displaypullout {
-inline constexpr const char* kPicture = "DisplayPullout.bmp";
+inline constexpr const char* kPicture = "art/DisplayPullout.bmp";
 inline constexpr LayoutRect Label1 = panel::Label1;  // "Display Options"
 inline constexpr LayoutRect SSFrame1{24, 30, 284, 66};
 inline constexpr LayoutRect Image1{32, 29, 16, 16};  // in the frame's caption
-inline constexpr const char* kIcon = "DisplayPullout_Image1.bmp";
+inline constexpr const char* kIcon = "art/DisplayPullout_Image1.bmp";
 inline constexpr LayoutRect Label2{32, 50, 62, 14};
 inline constexpr LayoutRect txtUserName{96, 47, 200, 20};
 inline constexpr LayoutRect Label3{32, 73, 62, 14};
@@ -306,34 +306,34 @@ inline constexpr LayoutRect btnCancel{236, 168, 72, 24};
 
 // Pictures of MainWin's image controls.
 namespace pictures {
-inline constexpr const char* kLightOff = "progress_light_off.bmp";
-inline constexpr const char* kModemDetected = "imgModemDetected.bmp";
-inline constexpr const char* kPhoneDialing = "imgPhoneDialing.bmp";
-inline constexpr const char* kConnectingISP = "imgConnectingISP.bmp";
-inline constexpr const char* kAuthorizingISP = "imgAuthorizingISP.bmp";
-inline constexpr const char* kCreatingTunnel = "imgCreatingTunnel.bmp";
-inline constexpr const char* kAuthorizingTunnel = "imgAuthorizingTunnel.bmp";
-inline constexpr const char* kLogoOn = "imgLogoOn.bmp";
-inline constexpr const char* kConnectLightOn = "imgConnectLightOn.bmp";
-inline constexpr const char* kConnectLightOff = "imgConnectLightOff.bmp";
-inline constexpr const char* kYellowLightOn = "imgYellowLightOn.bmp";
-inline constexpr const char* kYellowLightOff = "imgYellowLightOff.bmp";
+inline constexpr const char* kLightOff = "art/progress_light_off.bmp";
+inline constexpr const char* kModemDetected = "art/imgModemDetected.bmp";
+inline constexpr const char* kPhoneDialing = "art/imgPhoneDialing.bmp";
+inline constexpr const char* kConnectingISP = "art/imgConnectingISP.bmp";
+inline constexpr const char* kAuthorizingISP = "art/imgAuthorizingISP.bmp";
+inline constexpr const char* kCreatingTunnel = "art/imgCreatingTunnel.bmp";
+inline constexpr const char* kAuthorizingTunnel = "art/imgAuthorizingTunnel.bmp";
+inline constexpr const char* kLogoOn = "art/imgLogoOn.bmp";
+inline constexpr const char* kConnectLightOn = "art/imgConnectLightOn.bmp";
+inline constexpr const char* kConnectLightOff = "art/imgConnectLightOff.bmp";
+inline constexpr const char* kYellowLightOn = "art/imgYellowLightOn.bmp";
+inline constexpr const char* kYellowLightOff = "art/imgYellowLightOff.bmp";
 // The plain round face (at rest and pressed) that the round buttons and btnConnect share.
-inline constexpr const char* kImage5 = "Image5.bmp";
-inline constexpr const char* kImage6 = "Image6.bmp";
-inline constexpr const char* kPushedButton = "imgPushedButton.bmp";
-inline constexpr const char* kBtnHelp = "btnHelp.bmp";
-inline constexpr const char* kBtnMinimize = "btnMinimize.bmp";
-inline constexpr const char* kBtnCloseWin = "btnCloseWin.bmp";
-inline constexpr const char* kBtnConnect = "btnConnect.bmp";
+inline constexpr const char* kImage5 = "art/Image5.bmp";
+inline constexpr const char* kImage6 = "art/Image6.bmp";
+inline constexpr const char* kPushedButton = "art/imgPushedButton.bmp";
+inline constexpr const char* kBtnHelp = "art/btnHelp.bmp";
+inline constexpr const char* kBtnMinimize = "art/btnMinimize.bmp";
+inline constexpr const char* kBtnCloseWin = "art/btnCloseWin.bmp";
+inline constexpr const char* kBtnConnect = "art/btnConnect.bmp";
 // Pullout tab faces: btnReg closed (points out), btnLeft open (points back).
-inline constexpr const char* kBtnReg = "btnReg.bmp";
-inline constexpr const char* kBtnLeft = "btnLeft.bmp";
-inline constexpr const char* kBtnRight = "btnRight.bmp";
-inline constexpr const char* kMoreBtnPressed = "imgMoreBtnPressed.bmp";
-inline constexpr const char* kMoreLabels = "imgMoreLabels.bmp";
-inline constexpr const char* kImage3 = "Image3.bmp";  // the Prescriber tab's face
-inline constexpr const char* kBtnRxPullout = "btnRxPullout.bmp";
+inline constexpr const char* kBtnReg = "art/btnReg.bmp";
+inline constexpr const char* kBtnLeft = "art/btnLeft.bmp";
+inline constexpr const char* kBtnRight = "art/btnRight.bmp";
+inline constexpr const char* kMoreBtnPressed = "art/imgMoreBtnPressed.bmp";
+inline constexpr const char* kMoreLabels = "art/imgMoreLabels.bmp";
+inline constexpr const char* kImage3 = "art/Image3.bmp";  // the Prescriber tab's face
+inline constexpr const char* kBtnRxPullout = "art/btnRxPullout.bmp";
 }  // namespace pictures
 
 }  // namespace kw::dialer::layout
