@@ -11,6 +11,7 @@
 namespace kw::forms {
 
 class Control;
+class CommandButton;
 
 // A rectangle of a window region, in pixels of the window; right and bottom exclusive.
 struct RegionRect {
@@ -116,6 +117,8 @@ public:
     const std::vector<Control*>& Controls() const { return controls_; }
     Control* FindControl(const std::string& name, int index = -1) const;
     Control* ActiveControl() const { return activeControl_; }
+    // The default button for Enter (13) or the cancel button for Escape (27), if the form has one.
+    CommandButton* ButtonForKey(int keyAscii) const;
 
     // Renderers.
     void AddObserver(FormObserver* observer);

@@ -1,6 +1,7 @@
 #include "client/ui/dialer/engine/engine_factory.h"
 
 #include "platform/automation/failure.h"
+#include "platform/registry/registry.h"
 
 namespace kw::dialer {
 
@@ -40,6 +41,30 @@ std::shared_ptr<Dravlink> EngineFactory::Create(const std::string& name,
         throw automation::Failure(automation::err::kCantCreateObject);
     }
     return engine;
+}
+
+std::string ConfiguredEngineName() {
+    namespace reg = registry;
+    reg::HKEY key = nullptr;
+    if (reg::RegOpenKeyExA(reg::HKEY_LOCAL_MACHINE, kEngineSettingKey, 0, reg::KEY_QUERY_VALUE,
+                           &key) != reg::ERROR_SUCCESS) {
+        return kDefaultEngineName;
+    }
+    std::string name;
+    reg::DWORD type = 0;
+    reg::DWORD size = 0;
+    if (reg::RegQueryValueExA(key, kEngineSettingValue, nullptr, &type, nullptr, &size) ==
+            reg::ERROR_SUCCESS &&
+        type == reg::REG_SZ && size > 1) {
+        std::string buffer(size, '\0');
+        if (reg::RegQueryValueExA(key, kEngineSettingValue, nullptr, &type,
+                                  reinterpret_cast<reg::BYTE*>(buffer.data()),
+                                  &size) == reg::ERROR_SUCCESS) {
+            name.assign(buffer.c_str());
+        }
+    }
+    reg::RegCloseKey(key);
+    return name.empty() ? kDefaultEngineName : name;
 }
 
 std::shared_ptr<Dravlink> CreateEngine(const EngineContext& context) {

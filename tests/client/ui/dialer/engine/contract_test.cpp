@@ -4,6 +4,11 @@
 #include "client/ui/dialer/engine/engine_factory.h"
 #include "platform/automation/failure.h"
 #include "platform/automation/safe_array.h"
+#include "platform/headless/headless_platform.h"
+#include "platform/registry/registry.h"
+
+#include <filesystem>
+#include <unistd.h>
 #include "support/scripted_engine.h"
 
 namespace kw::dialer {
@@ -95,10 +100,8 @@ protected:
 };
 
 TEST_F(NamedEngines, AnEngineThatIsNotRegisteredCannotBeCreated) {
-    struct NoPlatform {
-    };
-    forms::Platform* platform = nullptr;
-    EngineContext context{*platform};
+    headless::HeadlessPlatform platform;
+    EngineContext context{platform};
     try {
         EngineFactory::Create("dravlink.nowhere", context);
         FAIL() << "creating an unregistered engine must fail";
@@ -114,8 +117,8 @@ TEST_F(NamedEngines, ARegisteredEngineIsCreatedByItsNameEachTimeAfresh) {
         ++created;
         return std::make_shared<ScriptedEngine>();
     });
-    forms::Platform* platform = nullptr;
-    EngineContext context{*platform};
+    headless::HeadlessPlatform platform;
+    EngineContext context{platform};
     auto first = EngineFactory::Create("test.scripted", context);
     auto second = EngineFactory::Create("test.scripted", context);
     ASSERT_NE(first, nullptr);
@@ -127,6 +130,47 @@ TEST_F(NamedEngines, ARegisteredEngineIsCreatedByItsNameEachTimeAfresh) {
 
     EngineFactory::Unregister("test.scripted");
     EXPECT_EQ(FailureNumber([&] { EngineFactory::Create("test.scripted", context); }), 429);
+}
+
+TEST_F(NamedEngines, TheMachineSettingChoosesTheEngineAndTheSimulatorIsTheDefault) {
+    namespace reg = registry;
+    const auto dir = std::filesystem::temp_directory_path() /
+                     ("kw-engine-setting-" + std::to_string(::getpid()));
+    std::filesystem::create_directories(dir);
+    const auto saved = reg::DefaultConfig();
+    reg::Configure({(dir / "user.reg").string(), (dir / "system.reg").string()});
+
+    EXPECT_EQ(ConfiguredEngineName(), "dravlink.sim");
+    headless::HeadlessPlatform platform;
+    EngineContext context{platform};
+    if (!EngineFactory::IsRegistered("dravlink.sim")) {
+        // This program links no simulator: the default is then a missing server.
+        EXPECT_EQ(FailureNumber([&] { CreateEngine(context); }), 429);
+    }
+
+    EngineFactory::Register("test.scripted",
+                            [](const EngineContext&) { return std::make_shared<ScriptedEngine>(); });
+    reg::HKEY key = nullptr;
+    ASSERT_EQ(reg::RegCreateKeyExA(reg::HKEY_LOCAL_MACHINE, "Software\\Ostvarra", 0, nullptr, 0,
+                                   reg::KEY_ALL_ACCESS, nullptr, &key, nullptr),
+              reg::ERROR_SUCCESS);
+    const std::string name = "test.scripted";
+    ASSERT_EQ(reg::RegSetValueExA(key, "Engine", 0, reg::REG_SZ,
+                                  reinterpret_cast<const reg::BYTE*>(name.c_str()),
+                                  static_cast<reg::DWORD>(name.size() + 1)),
+              reg::ERROR_SUCCESS);
+    EXPECT_EQ(ConfiguredEngineName(), "test.scripted");
+    EXPECT_NE(std::dynamic_pointer_cast<ScriptedEngine>(CreateEngine(context)), nullptr);
+
+    const std::string gone = "dravlink.retired";
+    reg::RegSetValueExA(key, "Engine", 0, reg::REG_SZ,
+                        reinterpret_cast<const reg::BYTE*>(gone.c_str()),
+                        static_cast<reg::DWORD>(gone.size() + 1));
+    reg::RegCloseKey(key);
+    EXPECT_EQ(FailureNumber([&] { CreateEngine(context); }), 429);
+
+    reg::Configure(saved);
+    std::filesystem::remove_all(dir);
 }
 
 }  // namespace
