@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "client/ui/dialer/core/utilities.h"
 #include "client/ui/dialer/shell/bitmap_shape.h"
 #include "platform/automation/failure.h"
 #include "platform/forms/control.h"
@@ -13,11 +14,13 @@ namespace {
 
 constexpr int kInvalidPicture = 481;
 
-// A colour value with red in the lowest byte.
-RgbColour SplitColour(long colour) {
-    return RgbColour{static_cast<std::uint8_t>(colour % 256),
-                     static_cast<std::uint8_t>((colour / 256) % 256),
-                     static_cast<std::uint8_t>((colour / 65536) % 256)};
+RgbColour KeyColour(long colour) {
+    std::int16_t red = 0;
+    std::int16_t green = 0;
+    std::int16_t blue = 0;
+    SplitColour(static_cast<std::int32_t>(colour), red, green, blue);
+    return RgbColour{static_cast<std::uint8_t>(red), static_cast<std::uint8_t>(green),
+                     static_cast<std::uint8_t>(blue)};
 }
 
 }  // namespace
@@ -36,7 +39,7 @@ const BitmapBits& ArtworkLibrary::Bitmap(const std::string& picture) const {
 
 void ClipToBitmap(forms::Form& form, bool useFrame, const forms::Control* image,
                   const ArtworkLibrary& art, int frameWidth, int frameHeight) {
-    const RgbColour keyColour = SplitColour(form.ForeColor());
+    const RgbColour keyColour = KeyColour(form.ForeColor());
     const std::string& picture = image == nullptr ? form.Picture() : image->Picture();
     if (picture.empty()) {
         throw automation::Failure(kInvalidPicture,
