@@ -1,6 +1,7 @@
 // The hives on disk: durability, damage, and two processes writing one hive.
 
 #include <signal.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -92,13 +93,15 @@ TEST_F(Durability, AWriteIsInTheFileWhenTheCallReturns) {
 }
 
 TEST_F(Durability, AFailedWriteReportsAndChangesNothing) {
-    if (::geteuid() == 0) GTEST_SKIP() << "permissions do not bind root";
     HKEY key = OpenUserKey();
     ASSERT_EQ(SetString(key, "UserName", "ann"), ERROR_SUCCESS);
-    ASSERT_EQ(::chmod(dir_.c_str(), 0500), 0);
-    EXPECT_EQ(SetString(key, "UserName", "bob"), ERROR_ACCESS_DENIED);
+    const std::string before = ReadFile(userHive_);
+    // A folder where the temporary file should go makes the write fail, even for root.
+    ASSERT_EQ(::mkdir((userHive_ + ".tmp").c_str(), 0700), 0);
+    EXPECT_EQ(SetString(key, "UserName", "bob"), ERROR_REGISTRY_IO_FAILED);
     EXPECT_EQ(QueryString(key, "UserName"), "ann");
-    ASSERT_EQ(::chmod(dir_.c_str(), 0700), 0);
+    EXPECT_EQ(ReadFile(userHive_), before);
+    ASSERT_EQ(::rmdir((userHive_ + ".tmp").c_str()), 0);
     EXPECT_EQ(SetString(key, "UserName", "bob"), ERROR_SUCCESS);
     EXPECT_EQ(QueryString(key, "UserName"), "bob");
     RegCloseKey(key);
