@@ -259,7 +259,11 @@ void DropTrailingBlanks(Key& key) {
     }
 }
 
-std::string Stamp(std::int64_t now) { return " " + std::to_string(now); }
+std::string Stamp(std::int64_t now) {
+    std::string out(" ");
+    out += std::to_string(now);
+    return out;
+}
 
 }  // namespace
 
