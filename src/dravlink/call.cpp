@@ -250,6 +250,10 @@ void Simulator::StepAuthenticateIsp(int serial) {
     if (!Current(life, serial)) {
         return;
     }
+    Status("Logging on to " + isp + " with the login stored for it.");
+    if (!Current(life, serial)) {
+        return;
+    }
     if (call_->scenario == scenario::kIspPassword) {
         Status(isp + " refused the user name or password stored for it.");
         if (!Current(life, serial)) {
@@ -290,6 +294,11 @@ void Simulator::StepIspUp(int serial) {
     call_->ispUp = true;
     StartStatistics();
     Progress(101, WithSpeed("Connected to " + isp, call_->linkBps));
+    if (!Current(life, serial)) {
+        return;
+    }
+    Status("The Internet link is up. If pages come slowly, a POP nearer to you or a line "
+           "without call waiting usually gives a faster connection.");
     if (!Current(life, serial)) {
         return;
     }
@@ -341,6 +350,10 @@ void Simulator::StepCreateTunnel(int serial) {
     if (!Current(life, serial)) {
         return;
     }
+    Status("Opening a secure tunnel to " + server + ".");
+    if (!Current(life, serial)) {
+        return;
+    }
     if (call_->scenario == scenario::kTunnelUnreachable) {
         Status("No answer from " + server + " after three attempts. The Internet link works; "
                "the tunnel server itself does not respond.");
@@ -375,6 +388,10 @@ void Simulator::StepAuthenticateTunnel(int serial) {
     std::weak_ptr<Life> life = life_;
     const std::string server = call_->tunnelServer;
     Progress(201, "Authenticating with " + server);
+    if (!Current(life, serial)) {
+        return;
+    }
+    Status("Presenting your credentials to " + server + ".");
     if (!Current(life, serial)) {
         return;
     }
@@ -509,6 +526,7 @@ void Simulator::BeginTeardown(int delayMs) {
         });
         delay = 300;
     }
+    ScheduleNextStep();
 }
 
 void Simulator::EndCall() {
