@@ -137,8 +137,20 @@ TEST_F(SimulatorTest, ARefusedIspLoginAsksForAnotherAndRemembersIt) {
 TEST_F(SimulatorTest, ACancelledIspLoginHangsUp) {
     Start("isp-password");
     sink_->answerLogin = [](const std::string&, const std::string&) { return std::string(); };
-    Call(kLab);
+    const std::int32_t first = Call(kLab);
     EXPECT_EQ(sink_->Codes(), (Codes{102, 103, 104, 105, 132, 31, 32}));
+
+    // A client that cannot show its dialog now answers the name with a placeholder password.
+    sink_->answerLogin = [](const std::string&, const std::string& user) { return user + "^qqq"; };
+    Call(kLab);
+    EXPECT_EQ(sink_->Codes(),
+              (Codes{102, 103, 104, 105, 132, 31, 32, 102, 103, 104, 105, 132, 31, 32}));
+    std::string user = "ana";
+    std::string isp = "Bluewave Online";
+    Variant login;
+    engine_->GetISPLogin(user, isp, login);
+    EXPECT_EQ(CStr(login.ToArray().Get(1)), "") << "the placeholder is not stored as a password";
+    EXPECT_GT(first, 0);
 }
 
 TEST_F(SimulatorTest, AnUnreachableTunnelServerIsError2010AndTheLinkComesDown) {

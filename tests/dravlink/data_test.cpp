@@ -3,9 +3,9 @@
 
 #include <fstream>
 
+#include "client/ui/dialer/engine/engine_factory.h"
 #include "dravlink/credentials.h"
 #include "dravlink/simulator_fixture.h"
-#include "client/ui/dialer/engine/engine_factory.h"
 #include "platform/automation/failure.h"
 
 namespace dravlink::testing {
@@ -16,7 +16,9 @@ using kw::automation::CBool;
 using kw::automation::CLng;
 using kw::automation::Failure;
 
-bool Ok(const Variant& v) { return CBool(v); }
+bool Ok(const Variant& v) {
+    return CBool(v);
+}
 
 // ---- users, policies --------------------------------------------------------------------------
 
@@ -76,11 +78,11 @@ TEST_F(SimulatorTest, SavedCredentialsAreReadableByAnotherProcessAndTheEngineTak
         char stored[256] = {};
         reg::DWORD type = 0;
         reg::DWORD size = sizeof name;
-        reg::RegQueryValueExA(key, "UserName", nullptr, &type,
-                              reinterpret_cast<reg::BYTE*>(name), &size);
+        reg::RegQueryValueExA(key, "UserName", nullptr, &type, reinterpret_cast<reg::BYTE*>(name),
+                              &size);
         size = sizeof stored;
-        reg::RegQueryValueExA(key, "Password", nullptr, &type,
-                              reinterpret_cast<reg::BYTE*>(stored), &size);
+        reg::RegQueryValueExA(key, "Password", nullptr, &type, reinterpret_cast<reg::BYTE*>(stored),
+                              &size);
         const bool good = std::string(name) == "ana" && std::string(stored) != "s3cret pass" &&
                           DecodePassword(stored) == "s3cret pass";
         _exit(good ? 0 : 3);

@@ -94,7 +94,9 @@ void RecordingSink::GetUserNowLaterNever(std::string& question, std::string& ans
     answer = answerNowLaterNever ? answerNowLaterNever(question) : "l";
 }
 
-void RecordingSink::DravDebug(std::string& text) { Add("DEBUG", text); }
+void RecordingSink::DravDebug(std::string& text) {
+    Add("DEBUG", text);
+}
 
 void RecordingSink::ProgressUpdate(std::int16_t code, std::string& text) {
     Add("P" + std::to_string(code), text);
@@ -103,7 +105,9 @@ void RecordingSink::ProgressUpdate(std::int16_t code, std::string& text) {
     }
 }
 
-void RecordingSink::StatusUpdate(std::string& text) { Add("S", text); }
+void RecordingSink::StatusUpdate(std::string& text) {
+    Add("S", text);
+}
 
 void SimulatorTest::SetUp() {
     const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
@@ -127,8 +131,7 @@ void SimulatorTest::TearDown() {
 }
 
 std::shared_ptr<Simulator> SimulatorTest::Start(const std::string& scenario,
-                                                const std::string& user,
-                                                const std::string& pass) {
+                                                const std::string& user, const std::string& pass) {
     if (engine_) {
         engine_->Unadvise();
     }

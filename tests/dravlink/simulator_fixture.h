@@ -30,7 +30,7 @@ struct Seen {
 
 // A sink that records everything and answers prompts through hooks the test sets.
 class RecordingSink : public kw::dialer::DravlinkEvents {
-public:
+  public:
     explicit RecordingSink(kw::headless::HeadlessPlatform& platform) : platform_(platform) {}
 
     std::vector<Seen> seen;
@@ -66,14 +66,14 @@ public:
     void ProgressUpdate(std::int16_t code, std::string& text) override;
     void StatusUpdate(std::string& text) override;
 
-private:
+  private:
     void Add(std::string what, std::string text);
     kw::headless::HeadlessPlatform& platform_;
 };
 
 // A fresh data directory seeded from the shipped sample, and a settings hive of its own.
 class SimulatorTest : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override;
     void TearDown() override;
 
@@ -94,7 +94,7 @@ protected:
     std::unique_ptr<RecordingSink> sink_;
     std::shared_ptr<Simulator> engine_;
 
-private:
+  private:
     kw::registry::RegistryConfig savedRegistry_;
 };
 
