@@ -29,7 +29,7 @@ std::string WithSpeed(const std::string& text, int bps) {
 
 }  // namespace
 
-bool Simulator::Current(const std::weak_ptr<Life>& life, int serial) const {
+bool Simulator::Current(const std::weak_ptr<Life>& life, int serial) {
     auto alive = life.lock();
     return alive && alive->serial == serial;
 }

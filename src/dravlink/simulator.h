@@ -161,7 +161,7 @@ class Simulator : public kw::dialer::Dravlink {
     void Error(std::string code);
 
     // The call.
-    bool Current(const std::weak_ptr<Life>& life, int serial) const;
+    static bool Current(const std::weak_ptr<Life>& life, int serial);
     void Enqueue(int delayMs, std::function<void()> run);
     void EnqueueFront(int delayMs, std::function<void()> run);
     void ScheduleNextStep();
