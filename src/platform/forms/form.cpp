@@ -165,6 +165,23 @@ Control* Form::FindControl(const std::string& name, int index) const {
     return nullptr;
 }
 
+CommandButton* Form::ButtonForKey(int keyAscii) const {
+    if (keyAscii != key::kReturn && keyAscii != key::kEscape) {
+        return nullptr;
+    }
+    for (Control* c : controls_) {
+        if (c->Kind() != ControlKind::CommandButton) {
+            continue;
+        }
+        auto* button = static_cast<CommandButton*>(c);
+        if ((keyAscii == key::kReturn && button->Default()) ||
+            (keyAscii == key::kEscape && button->Cancel())) {
+            return button;
+        }
+    }
+    return nullptr;
+}
+
 void Form::AddObserver(FormObserver* observer) {
     if (std::find(observers_.begin(), observers_.end(), observer) == observers_.end()) {
         observers_.push_back(observer);
