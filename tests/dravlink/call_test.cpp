@@ -87,6 +87,28 @@ TEST_F(SimulatorTest, AWholeCallGoesUpStepByStepReportsOnceASecondAndComesDownOn
     EXPECT_EQ(sink_->CountOf("P32"), 1);
 }
 
+TEST_F(SimulatorTest, AnInternetOnlyCallStopsAtTheIspAndATunnelOnlyCallDialsNothing) {
+    Start();
+    const std::int32_t internet = Call("Internet Only");
+    EXPECT_EQ(sink_->Codes(), (Codes{102, 103, 104, 105, 101, 1}));
+    std::string destination;
+    std::string device;
+    ASSERT_TRUE(kw::automation::CBool(engine_->GetConnectionNames(destination, device)));
+    EXPECT_EQ(destination, "Internet Only");
+    EXPECT_EQ(device, "Standard 33600 bps Modem");
+    const auto& [isp, vpn] = sink_->stats.back();
+    EXPECT_GT(CLng(isp.ToArray().Get(2)), 0);
+    EXPECT_EQ(CLng(vpn.ToArray().Get(0)), 0) << "no tunnel, no tunnel traffic";
+    Hangup(internet);
+    EXPECT_EQ(sink_->Codes(), (Codes{102, 103, 104, 105, 101, 1, 132, 31, 32}));
+
+    sink_->seen.clear();
+    const std::int32_t branch = Call("Branch Office over LAN");
+    EXPECT_EQ(sink_->Codes(), (Codes{202, 201, 1}));
+    Hangup(branch);
+    EXPECT_EQ(sink_->Codes(), (Codes{202, 201, 1, 232, 231, 31, 32}));
+}
+
 TEST_F(SimulatorTest, ASecondConnectWhileACallIsUpOrGoingDownFails) {
     Start();
     const std::int32_t handle = Call(kLab, 3000);
