@@ -14,14 +14,22 @@ QColor ToQColor(long colour) {
         // System colours: the ones forms use, taken from the desktop's palette.
         const QPalette palette;
         switch (value & 0xFFUL) {
-            case 5: return palette.color(QPalette::Base);           // window background
-            case 8: return palette.color(QPalette::Text);           // window text
-            case 13: return palette.color(QPalette::Highlight);     // highlight
-            case 14: return palette.color(QPalette::HighlightedText);
-            case 15: return palette.color(QPalette::Button);        // button face
-            case 18: return palette.color(QPalette::ButtonText);    // button text
-            case 17: return palette.color(QPalette::PlaceholderText);  // grey text
-            default: return palette.color(QPalette::Window);
+            case 5:
+                return palette.color(QPalette::Base);  // window background
+            case 8:
+                return palette.color(QPalette::Text);  // window text
+            case 13:
+                return palette.color(QPalette::Highlight);  // highlight
+            case 14:
+                return palette.color(QPalette::HighlightedText);
+            case 15:
+                return palette.color(QPalette::Button);  // button face
+            case 18:
+                return palette.color(QPalette::ButtonText);  // button text
+            case 17:
+                return palette.color(QPalette::PlaceholderText);  // grey text
+            default:
+                return palette.color(QPalette::Window);
         }
     }
     return QColor(static_cast<int>(value & 0xFFUL), static_cast<int>((value >> 8) & 0xFFUL),
@@ -129,37 +137,60 @@ int KeyCodeOf(const QKeyEvent& event) {
         return forms::key::kF1 + (key - Qt::Key_F1);
     }
     switch (key) {
-        case Qt::Key_Backspace: return forms::key::kBack;
+        case Qt::Key_Backspace:
+            return forms::key::kBack;
         case Qt::Key_Tab:
-        case Qt::Key_Backtab: return forms::key::kTab;
+        case Qt::Key_Backtab:
+            return forms::key::kTab;
         case Qt::Key_Return:
-        case Qt::Key_Enter: return forms::key::kReturn;
-        case Qt::Key_Shift: return 16;
-        case Qt::Key_Control: return 17;
-        case Qt::Key_Alt: return 18;
-        case Qt::Key_Escape: return forms::key::kEscape;
-        case Qt::Key_Space: return forms::key::kSpace;
-        case Qt::Key_PageUp: return 33;
-        case Qt::Key_PageDown: return 34;
-        case Qt::Key_End: return 35;
-        case Qt::Key_Home: return 36;
-        case Qt::Key_Left: return 37;
-        case Qt::Key_Up: return 38;
-        case Qt::Key_Right: return 39;
-        case Qt::Key_Down: return 40;
-        case Qt::Key_Insert: return 45;
-        case Qt::Key_Delete: return forms::key::kDelete;
-        default: return 0;
+        case Qt::Key_Enter:
+            return forms::key::kReturn;
+        case Qt::Key_Shift:
+            return 16;
+        case Qt::Key_Control:
+            return 17;
+        case Qt::Key_Alt:
+            return 18;
+        case Qt::Key_Escape:
+            return forms::key::kEscape;
+        case Qt::Key_Space:
+            return forms::key::kSpace;
+        case Qt::Key_PageUp:
+            return 33;
+        case Qt::Key_PageDown:
+            return 34;
+        case Qt::Key_End:
+            return 35;
+        case Qt::Key_Home:
+            return 36;
+        case Qt::Key_Left:
+            return 37;
+        case Qt::Key_Up:
+            return 38;
+        case Qt::Key_Right:
+            return 39;
+        case Qt::Key_Down:
+            return 40;
+        case Qt::Key_Insert:
+            return 45;
+        case Qt::Key_Delete:
+            return forms::key::kDelete;
+        default:
+            return 0;
     }
 }
 
 std::optional<int> KeyAsciiOf(const QKeyEvent& event) {
     switch (event.key()) {
-        case Qt::Key_Backspace: return forms::key::kBack;
+        case Qt::Key_Backspace:
+            return forms::key::kBack;
         case Qt::Key_Return:
-        case Qt::Key_Enter: return forms::key::kReturn;
-        case Qt::Key_Escape: return forms::key::kEscape;
-        default: break;
+        case Qt::Key_Enter:
+            return forms::key::kReturn;
+        case Qt::Key_Escape:
+            return forms::key::kEscape;
+        default:
+            break;
     }
     const QString text = event.text();
     if (text.size() != 1) {

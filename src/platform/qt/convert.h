@@ -17,8 +17,12 @@ class QMouseEvent;
 namespace kw::qt {
 
 // The models keep text as UTF-8 bytes.
-inline QString ToQString(const std::string& text) { return QString::fromStdString(text); }
-inline std::string FromQString(const QString& text) { return text.toStdString(); }
+inline QString ToQString(const std::string& text) {
+    return QString::fromStdString(text);
+}
+inline std::string FromQString(const QString& text) {
+    return text.toStdString();
+}
 
 // A colour of the models: 0x00BBGGRR, or a system colour (0x800000nn) by index.
 QColor ToQColor(long colour);

@@ -46,7 +46,7 @@ struct Updating {
     Updating(const Updating&) = delete;
     Updating& operator=(const Updating&) = delete;
 
-private:
+  private:
     int& depth_;
 };
 
@@ -60,15 +60,19 @@ QString ObjectNameOf(const forms::Control& control) {
 
 const std::string* CaptionOf(const forms::Control& c) {
     switch (c.Kind()) {
-        case ControlKind::Label: return &static_cast<const forms::Label&>(c).Caption();
+        case ControlKind::Label:
+            return &static_cast<const forms::Label&>(c).Caption();
         case ControlKind::CommandButton:
             return &static_cast<const forms::CommandButton&>(c).Caption();
-        case ControlKind::CheckBox: return &static_cast<const forms::CheckBox&>(c).Caption();
+        case ControlKind::CheckBox:
+            return &static_cast<const forms::CheckBox&>(c).Caption();
         case ControlKind::OptionButton:
             return &static_cast<const forms::OptionButton&>(c).Caption();
         case ControlKind::Frame:
-        case ControlKind::Panel: return &static_cast<const forms::Frame&>(c).Caption();
-        default: return nullptr;
+        case ControlKind::Panel:
+            return &static_cast<const forms::Frame&>(c).Caption();
+        default:
+            return nullptr;
     }
 }
 
@@ -99,9 +103,12 @@ int WindowStateOf(Qt::WindowStates states) {
 
 Qt::Alignment AlignmentOf(int alignment) {
     switch (alignment) {
-        case forms::align::kRight: return Qt::AlignRight;
-        case forms::align::kCenter: return Qt::AlignHCenter;
-        default: return Qt::AlignLeft;
+        case forms::align::kRight:
+            return Qt::AlignRight;
+        case forms::align::kCenter:
+            return Qt::AlignHCenter;
+        default:
+            return Qt::AlignLeft;
     }
 }
 
@@ -223,20 +230,24 @@ QWidget* FormWindow::CreateWidget(forms::Control& control, QWidget* parent) {
             }
             return combo;
         }
-        case ControlKind::ListBox: return new QListWidget(parent);
+        case ControlKind::ListBox:
+            return new QListWidget(parent);
         case ControlKind::CommandButton: {
             auto* button = new QPushButton(parent);
             button->setAutoDefault(false);
             return button;
         }
-        case ControlKind::CheckBox: return new QCheckBox(parent);
+        case ControlKind::CheckBox:
+            return new QCheckBox(parent);
         case ControlKind::OptionButton: {
             auto* option = new QRadioButton(parent);
             option->setAutoExclusive(false);  // the model clears the others of the container
             return option;
         }
-        case ControlKind::Frame: return new QGroupBox(parent);
-        case ControlKind::Panel: return new PanelWidget(parent);
+        case ControlKind::Frame:
+            return new QGroupBox(parent);
+        case ControlKind::Panel:
+            return new PanelWidget(parent);
         case ControlKind::ListView: {
             auto* tree = new QTreeWidget(parent);
             tree->setRootIsDecorated(false);
@@ -257,7 +268,8 @@ QWidget* FormWindow::CreateWidget(forms::Control& control, QWidget* parent) {
         }
         case ControlKind::Chart:
             return new ChartWidget(static_cast<forms::Chart&>(control), parent);
-        case ControlKind::Timer: break;
+        case ControlKind::Timer:
+            break;
     }
     return new QWidget(parent);
 }
@@ -383,7 +395,8 @@ void FormWindow::ConnectInput(forms::Control& control, QWidget* widget) {
             });
             break;
         }
-        default: break;
+        default:
+            break;
     }
 }
 
@@ -448,10 +461,18 @@ void FormWindow::Sync(forms::Control& control, Property what) {
             SyncAccessibleName(control);
             break;
         }
-        case Property::Text: SyncText(control); break;
-        case Property::Selection: SyncSelection(control); break;
-        case Property::Enabled: widget->setEnabled(control.Enabled()); break;
-        case Property::Visible: widget->setVisible(control.Visible()); break;
+        case Property::Text:
+            SyncText(control);
+            break;
+        case Property::Selection:
+            SyncSelection(control);
+            break;
+        case Property::Enabled:
+            widget->setEnabled(control.Enabled());
+            break;
+        case Property::Visible:
+            widget->setVisible(control.Visible());
+            break;
         case Property::Geometry:
             widget->setGeometry(control.Left(), control.Top(), std::max(control.Width(), 0),
                                 std::max(control.Height(), 0));
@@ -473,8 +494,12 @@ void FormWindow::Sync(forms::Control& control, Property what) {
                 static_cast<QLabel*>(widget)->setPixmap(LoadPicture(control.Picture()));
             }
             break;
-        case Property::Colors: SyncColors(control); break;
-        case Property::List: SyncList(control); break;
+        case Property::Colors:
+            SyncColors(control);
+            break;
+        case Property::List:
+            SyncList(control);
+            break;
         case Property::ListIndex: {
             if (!IsListControl(control)) {
                 break;
@@ -509,7 +534,9 @@ void FormWindow::Sync(forms::Control& control, Property what) {
                 bar->setValue(static_cast<int>(model.Value()));
             }
             break;
-        case Property::Attributes: SyncAttributes(control); break;
+        case Property::Attributes:
+            SyncAttributes(control);
+            break;
         case Property::Columns:
             if (control.Kind() == ControlKind::ListView) {
                 auto* tree = static_cast<QTreeWidget*>(widget);
@@ -527,14 +554,20 @@ void FormWindow::Sync(forms::Control& control, Property what) {
                 }
             }
             break;
-        case Property::Items: SyncListItems(control); break;
-        case Property::Data: widget->update(); break;
+        case Property::Items:
+            SyncListItems(control);
+            break;
+        case Property::Data:
+            widget->update();
+            break;
         case Property::Focus:
             if (control.HasFocus() && !widget->hasFocus()) {
                 widget->setFocus(Qt::OtherFocusReason);
             }
             break;
-        case Property::ZOrder: widget->raise(); break;
+        case Property::ZOrder:
+            widget->raise();
+            break;
     }
 }
 
@@ -583,7 +616,8 @@ void FormWindow::SyncText(forms::Control& control) {
             }
             break;
         }
-        default: break;
+        default:
+            break;
     }
 }
 
@@ -761,9 +795,13 @@ void FormWindow::SyncAttributes(forms::Control& control) {
             static_cast<QPushButton*>(widget)->setDefault(
                 static_cast<forms::CommandButton&>(control).Default());
             break;
-        case ControlKind::ListView: SyncListItems(control); break;
-        case ControlKind::RichTextBox: break;  // always read-only here: the program only appends
-        default: break;
+        case ControlKind::ListView:
+            SyncListItems(control);
+            break;
+        case ControlKind::RichTextBox:
+            break;  // always read-only here: the program only appends
+        default:
+            break;
     }
 }
 
@@ -799,8 +837,11 @@ void FormWindow::SyncColors(forms::Control& control) {
             // Drawn over the form's artwork: only the text takes the model's colour.
             palette.setColor(QPalette::WindowText, fore);
             break;
-        case ControlKind::Chart: widget->update(); return;
-        default: return;
+        case ControlKind::Chart:
+            widget->update();
+            return;
+        default:
+            return;
     }
     widget->setPalette(palette);
 }
@@ -865,7 +906,9 @@ void FormWindow::SyncForm(FormProperty what) {
                 }
             }
             break;
-        case FormProperty::Enabled: setEnabled(form.Enabled()); break;
+        case FormProperty::Enabled:
+            setEnabled(form.Enabled());
+            break;
         case FormProperty::Picture:
             background_ = LoadPicture(form.Picture());
             update();
@@ -889,15 +932,22 @@ void FormWindow::SyncForm(FormProperty what) {
                 lower();
             }
             break;
-        case FormProperty::Cursor: break;
-        case FormProperty::Repaint: repaint(); break;
+        case FormProperty::Cursor:
+            break;
+        case FormProperty::Repaint:
+            repaint();
+            break;
     }
 }
 
 void FormWindow::ApplyWindowState() {
     switch (form_->WindowState()) {
-        case forms::window_state::kMinimized: showMinimized(); break;
-        case forms::window_state::kMaximized: showMaximized(); break;
+        case forms::window_state::kMinimized:
+            showMinimized();
+            break;
+        case forms::window_state::kMaximized:
+            showMaximized();
+            break;
         default:
             if (isMinimized() || isMaximized()) {
                 showNormal();
@@ -1023,7 +1073,8 @@ bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
     forms::Control& control = *it->second;
     auto* widget = static_cast<QWidget*>(watched);
     switch (event->type()) {
-        case QEvent::KeyPress: return HandleKey(control, static_cast<QKeyEvent*>(event));
+        case QEvent::KeyPress:
+            return HandleKey(control, static_cast<QKeyEvent*>(event));
         case QEvent::KeyRelease: {
             auto* key = static_cast<QKeyEvent*>(event);
             if (const int code = KeyCodeOf(*key); code != 0 && !key->isAutoRepeat()) {
@@ -1036,8 +1087,11 @@ bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
         case QEvent::MouseButtonDblClick:
         case QEvent::MouseMove:
             return HandleMouse(control, widget, static_cast<QMouseEvent*>(event));
-        case QEvent::FocusIn: control.UserFocus(); return false;
-        default: return false;
+        case QEvent::FocusIn:
+            control.UserFocus();
+            return false;
+        default:
+            return false;
     }
 }
 
@@ -1068,7 +1122,8 @@ bool FormWindow::HandleMouse(forms::Control& control, QWidget* widget, QMouseEve
         case QEvent::MouseMove:
             control.UserMouseMove(ButtonsOf(event->buttons()), shift, x, y);
             return false;
-        default: return false;
+        default:
+            return false;
     }
 }
 

@@ -22,7 +22,7 @@ namespace kw::qt {
 // model's User entry points, which decide whether a reaction runs.
 class FormWindow : public QWidget, public forms::FormObserver {
     Q_OBJECT
-public:
+  public:
     // assetsDir: where the form's and controls' pictures are. onHidden: told when the form hides.
     FormWindow(forms::Form& form, QString assetsDir, std::function<void(forms::Form&)> onHidden);
     ~FormWindow() override;
@@ -40,7 +40,7 @@ public:
     void ControlChanged(forms::Control& control, forms::Property what) override;
     void FormChanged(forms::Form& form, forms::FormProperty what) override;
 
-protected:
+  protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -53,7 +53,7 @@ protected:
     void moveEvent(QMoveEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
-private:
+  private:
     QWidget* EnsureWidget(forms::Control& control);
     QWidget* CreateWidget(forms::Control& control, QWidget* parent);
     void ConnectInput(forms::Control& control, QWidget* widget);

@@ -45,7 +45,9 @@ QString InstanceChannel::NameFor(const std::string& key) {
     return QString::fromStdString(key) + u'-' + QString::number(::getuid());
 }
 
-bool InstanceChannel::IsListening() const { return server_ != nullptr && server_->isListening(); }
+bool InstanceChannel::IsListening() const {
+    return server_ != nullptr && server_->isListening();
+}
 
 bool InstanceChannel::OtherInstanceRunning() {
     if (IsListening()) {

@@ -16,7 +16,7 @@ namespace kw::qt {
 // user; a later one finds it there and asks it to restore and raise its windows.
 class InstanceChannel : public QObject {
     Q_OBJECT
-public:
+  public:
     // What the first instance does when asked.
     struct Handlers {
         std::function<int()> placement;  // show state of its main window (forms::show)
@@ -39,7 +39,7 @@ public:
     // The per-user name: "<key>-<uid>".
     static QString NameFor(const std::string& key);
 
-private:
+  private:
     void Listen();
     void OnConnection();
     std::string Answer(const std::string& request);

@@ -39,17 +39,23 @@ std::vector<ButtonSpec> ButtonsOf(int flags) {
         case mb::kRetryCancel:
             return {{QMessageBox::Retry, mb::kResultRetry},
                     {QMessageBox::Cancel, mb::kResultCancel}};
-        default: return {{QMessageBox::Ok, mb::kResultOk}};
+        default:
+            return {{QMessageBox::Ok, mb::kResultOk}};
     }
 }
 
 QMessageBox::Icon IconOf(int flags) {
     switch (flags & mb::kIconMask) {
-        case mb::kCritical: return QMessageBox::Critical;
-        case mb::kQuestion: return QMessageBox::Question;
-        case mb::kExclamation: return QMessageBox::Warning;
-        case mb::kInformation: return QMessageBox::Information;
-        default: return QMessageBox::NoIcon;
+        case mb::kCritical:
+            return QMessageBox::Critical;
+        case mb::kQuestion:
+            return QMessageBox::Question;
+        case mb::kExclamation:
+            return QMessageBox::Warning;
+        case mb::kInformation:
+            return QMessageBox::Information;
+        default:
+            return QMessageBox::NoIcon;
     }
 }
 
@@ -72,14 +78,14 @@ int RunMessageBox(const forms::MessageBoxRequest& request, const std::string& de
         }
         results.emplace_back(button, specs[i].result);
     }
-    const std::size_t defaultIndex = static_cast<std::size_t>((request.flags & mb::kDefaultMask) >> 8);
+    const std::size_t defaultIndex =
+        static_cast<std::size_t>((request.flags & mb::kDefaultMask) >> 8);
     box.setDefaultButton(
         static_cast<QPushButton*>(results[defaultIndex < results.size() ? defaultIndex : 0].first));
 
     // A system-modal or foreground box must not end up behind the program's own windows; X11
     // lets us ask for the top and for activation, not insist.
-    const bool foreground =
-        (request.flags & (mb::kSystemModal | mb::kSetForeground)) != 0;
+    const bool foreground = (request.flags & (mb::kSystemModal | mb::kSetForeground)) != 0;
     if (foreground) {
         box.setWindowFlag(Qt::WindowStaysOnTopHint, true);
         QTimer::singleShot(0, &box, [&box] {

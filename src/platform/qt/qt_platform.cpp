@@ -113,9 +113,13 @@ void QtPlatform::KillTimer(forms::TimerId id) {
     timers_.erase(it);
 }
 
-void QtPlatform::DoEvents() { QCoreApplication::processEvents(QEventLoop::AllEvents); }
+void QtPlatform::DoEvents() {
+    QCoreApplication::processEvents(QEventLoop::AllEvents);
+}
 
-void QtPlatform::Sleep(int ms) { QThread::msleep(static_cast<unsigned long>(std::max(ms, 0))); }
+void QtPlatform::Sleep(int ms) {
+    QThread::msleep(static_cast<unsigned long>(std::max(ms, 0)));
+}
 
 std::int64_t QtPlatform::TickCount() const {
     using namespace std::chrono;
@@ -163,7 +167,9 @@ void QtPlatform::RunModal(forms::Form& form) {
     }
 }
 
-void QtPlatform::FormHidden(forms::Form& form) { EndModalLoopsOf(form); }
+void QtPlatform::FormHidden(forms::Form& form) {
+    EndModalLoopsOf(form);
+}
 
 void QtPlatform::EndModalLoopsOf(const forms::Form& form) {
     for (const ModalLoop& m : modalLoops_) {
@@ -181,16 +187,27 @@ void QtPlatform::SetCursor(int shape) {
     }
     cursor_ = shape;
     switch (shape) {
-        case forms::cursor::kDefault: break;
-        case forms::cursor::kHourglass: QApplication::setOverrideCursor(Qt::WaitCursor); break;
+        case forms::cursor::kDefault:
+            break;
+        case forms::cursor::kHourglass:
+            QApplication::setOverrideCursor(Qt::WaitCursor);
+            break;
         case forms::cursor::kArrowHourglass:
             QApplication::setOverrideCursor(Qt::BusyCursor);
             break;
-        case 2: QApplication::setOverrideCursor(Qt::CrossCursor); break;
-        case 3: QApplication::setOverrideCursor(Qt::IBeamCursor); break;
+        case 2:
+            QApplication::setOverrideCursor(Qt::CrossCursor);
+            break;
+        case 3:
+            QApplication::setOverrideCursor(Qt::IBeamCursor);
+            break;
         case 99:
-        case 10: QApplication::setOverrideCursor(Qt::PointingHandCursor); break;
-        default: QApplication::setOverrideCursor(Qt::ArrowCursor); break;
+        case 10:
+            QApplication::setOverrideCursor(Qt::PointingHandCursor);
+            break;
+        default:
+            QApplication::setOverrideCursor(Qt::ArrowCursor);
+            break;
     }
 }
 
@@ -199,10 +216,11 @@ forms::Point QtPlatform::CursorPos() const {
     return forms::Point{p.x(), p.y()};
 }
 
-bool QtPlatform::PreviousInstanceRunning() { return channel_->OtherInstanceRunning(); }
+bool QtPlatform::PreviousInstanceRunning() {
+    return channel_->OtherInstanceRunning();
+}
 
-forms::WindowHandle QtPlatform::FindWindow(const std::string& className,
-                                           const std::string& title) {
+forms::WindowHandle QtPlatform::FindWindow(const std::string& className, const std::string& title) {
     (void)className;
     (void)title;  // one program per channel: whoever answers is the window asked for
     if (channel_->IsListening()) {
@@ -287,31 +305,43 @@ std::optional<std::string> QtPlatform::LoggedOnUserName() {
 namespace {
 int TwipsPerPixel(bool horizontal) {
     const QScreen* screen = QGuiApplication::primaryScreen();
-    const double dpi = screen == nullptr          ? 96.0
-                       : horizontal ? screen->logicalDotsPerInchX()
-                                    : screen->logicalDotsPerInchY();
+    const double dpi = screen == nullptr ? 96.0
+                       : horizontal      ? screen->logicalDotsPerInchX()
+                                         : screen->logicalDotsPerInchY();
     return dpi > 0 ? static_cast<int>(1440.0 / dpi + 0.5) : 15;
 }
 }  // namespace
 
-int QtPlatform::TwipsPerPixelX() const { return TwipsPerPixel(true); }
-int QtPlatform::TwipsPerPixelY() const { return TwipsPerPixel(false); }
+int QtPlatform::TwipsPerPixelX() const {
+    return TwipsPerPixel(true);
+}
+int QtPlatform::TwipsPerPixelY() const {
+    return TwipsPerPixel(false);
+}
 
 int QtPlatform::SystemMetric(int index) const {
     const QScreen* screen = QGuiApplication::primaryScreen();
     switch (index) {
-        case forms::metric::kCxScreen: return screen ? screen->geometry().width() : 0;
-        case forms::metric::kCyScreen: return screen ? screen->geometry().height() : 0;
-        case forms::metric::kCyCaption: return kCaptionHeight;
+        case forms::metric::kCxScreen:
+            return screen ? screen->geometry().width() : 0;
+        case forms::metric::kCyScreen:
+            return screen ? screen->geometry().height() : 0;
+        case forms::metric::kCyCaption:
+            return kCaptionHeight;
         case forms::metric::kCxBorder:
-        case forms::metric::kCyBorder: return 1;
+        case forms::metric::kCyBorder:
+            return 1;
         case forms::metric::kCxDlgFrame:
-        case forms::metric::kCyDlgFrame: return kDialogFrame;
-        default: return 0;
+        case forms::metric::kCyDlgFrame:
+            return kDialogFrame;
+        default:
+            return 0;
     }
 }
 
-void QtPlatform::Beep() { QApplication::beep(); }
+void QtPlatform::Beep() {
+    QApplication::beep();
+}
 
 QUrl QtPlatform::HelpUrl(const std::string& helpFile, int contextId) const {
     const QDir help(QDir(assetsDir_).filePath(QStringLiteral("help")));

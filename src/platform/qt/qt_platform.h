@@ -27,7 +27,7 @@ class InstanceChannel;
 // The Platform on Qt 6 Widgets. A QApplication must exist before it is made, and everything runs
 // on that application's thread.
 class QtPlatform : public forms::Platform {
-public:
+  public:
     // assetsDir: the artwork and help pages. instanceKey: names the per-user channel on which a
     // running instance answers a later one.
     explicit QtPlatform(std::string assetsDir, std::string instanceKey = "kestrelway");
@@ -71,7 +71,7 @@ public:
     std::optional<std::string> OpenFileDialog(const forms::FileDialogRequest& request) override;
     [[noreturn]] void EndProcess(int exitCode) override;
 
-private:
+  private:
     struct TimerEntry;
     struct ModalLoop {
         forms::Form* form;

@@ -42,8 +42,8 @@ void ChartWidget::paintEvent(QPaintEvent*) {
     if (!chart_.Title().empty()) {
         const int titleHeight = fontMetrics().height();
         painter.setPen(ToQColor(chart_.ForeColor()));
-        painter.drawText(QRect(plot.left(), plot.top(), plot.width(), titleHeight),
-                         Qt::AlignCenter, ToQString(chart_.Title()));
+        painter.drawText(QRect(plot.left(), plot.top(), plot.width(), titleHeight), Qt::AlignCenter,
+                         ToQString(chart_.Title()));
         plot.setTop(plot.top() + titleHeight + 1);
     }
     painter.setPen(QPen(ToQColor(chart_.ForeColor()), 1));

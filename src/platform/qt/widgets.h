@@ -13,28 +13,28 @@ namespace kw::qt {
 // A raised panel with its caption in the middle; the controls it contains are its children.
 class PanelWidget : public QFrame {
     Q_OBJECT
-public:
+  public:
     explicit PanelWidget(QWidget* parent);
     void SetCaption(const QString& caption);
     const QString& Caption() const { return caption_; }
 
-protected:
+  protected:
     void paintEvent(QPaintEvent* event) override;
 
-private:
+  private:
     QString caption_;
 };
 
 // Draws a chart model: each series as a line over the axis range, newest point on the right.
 class ChartWidget : public QWidget {
     Q_OBJECT
-public:
+  public:
     ChartWidget(const forms::Chart& chart, QWidget* parent);
 
-protected:
+  protected:
     void paintEvent(QPaintEvent* event) override;
 
-private:
+  private:
     const forms::Chart& chart_;
 };
 

@@ -1,7 +1,7 @@
 // The Qt platform's services on a real event loop: boxes, timers, the modal loop, a second
 // instance, and the conversions the program's geometry and dialogs depend on.
-#include <gtest/gtest.h>
 #include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -23,11 +23,11 @@ namespace kw::qt {
 namespace {
 
 namespace mb = forms::mb;
-using ::testing::ElementsAre;
 using testing::App;
+using ::testing::ElementsAre;
 
 class QtPlatformTest : public ::testing::Test {
-protected:
+  protected:
     QtPlatformTest() : platform((App(), std::string("."))) {}
     QtPlatform platform;
 };
@@ -74,16 +74,36 @@ TEST_F(QtPlatformTest, BoxesShowTheFlagsButtonsAndIconAndGiveTheClassicResult) {
     };
     const std::vector<Case> cases = {
         {mb::kOkOnly, "OK", {"OK"}, QMessageBox::NoIcon, "OK", mb::kResultOk},
-        {mb::kOkCancel | mb::kCritical, "Cancel", {"OK", "Cancel"}, QMessageBox::Critical, "OK",
+        {mb::kOkCancel | mb::kCritical,
+         "Cancel",
+         {"OK", "Cancel"},
+         QMessageBox::Critical,
+         "OK",
          mb::kResultCancel},
-        {mb::kAbortRetryIgnore | mb::kDefaultButton3, "Retry", {"Abort", "Retry", "Ignore"},
-         QMessageBox::NoIcon, "Ignore", mb::kResultRetry},
-        {mb::kYesNoCancel | mb::kQuestion | mb::kDefaultButton2, "Yes", {"Yes", "No", "Cancel"},
-         QMessageBox::Question, "No", mb::kResultYes},
-        {mb::kYesNo | mb::kExclamation | mb::kSetForeground, "No", {"Yes", "No"},
-         QMessageBox::Warning, "Yes", mb::kResultNo},
-        {mb::kRetryCancel | mb::kInformation | mb::kSystemModal, "Retry", {"Retry", "Cancel"},
-         QMessageBox::Information, "Retry", mb::kResultRetry},
+        {mb::kAbortRetryIgnore | mb::kDefaultButton3,
+         "Retry",
+         {"Abort", "Retry", "Ignore"},
+         QMessageBox::NoIcon,
+         "Ignore",
+         mb::kResultRetry},
+        {mb::kYesNoCancel | mb::kQuestion | mb::kDefaultButton2,
+         "Yes",
+         {"Yes", "No", "Cancel"},
+         QMessageBox::Question,
+         "No",
+         mb::kResultYes},
+        {mb::kYesNo | mb::kExclamation | mb::kSetForeground,
+         "No",
+         {"Yes", "No"},
+         QMessageBox::Warning,
+         "Yes",
+         mb::kResultNo},
+        {mb::kRetryCancel | mb::kInformation | mb::kSystemModal,
+         "Retry",
+         {"Retry", "Cancel"},
+         QMessageBox::Information,
+         "Retry",
+         mb::kResultRetry},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.flags);

@@ -1,7 +1,7 @@
 // The renderer: model changes reach the widgets, user input on the widgets reaches the model's
 // reactions through its gating, and the window follows the form.
-#include <gtest/gtest.h>
 #include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -24,12 +24,12 @@
 namespace kw::qt {
 namespace {
 
-using ::testing::ElementsAre;
 using testing::App;
 using testing::DialForm;
+using ::testing::ElementsAre;
 
 class RenderTest : public ::testing::Test {
-protected:
+  protected:
     RenderTest() : platform_((App(), std::string("."))), form(platform_) {}
 
     void SetUp() override {
@@ -102,10 +102,9 @@ TEST_F(RenderTest, ModelChangesReachTheirWidgets) {
     EXPECT_EQ(Find<QPlainTextEdit>("rtfRx")->toPlainText(), "Modem found\n");
 
     // Code setting a property fired its reaction once, and nothing came back from the widgets.
-    EXPECT_THAT(form.journal,
-                ElementsAre("txtUser_Change:traveller", "cmboFrom_Click:Office",
-                            "lbChoices_Click:1", "chkSave_Click:1", "rbTone_Click",
-                            "rbPulse_Click"));
+    EXPECT_THAT(form.journal, ElementsAre("txtUser_Change:traveller", "cmboFrom_Click:Office",
+                                          "lbChoices_Click:1", "chkSave_Click:1", "rbTone_Click",
+                                          "rbPulse_Click"));
 }
 
 TEST_F(RenderTest, WidgetsCarryNamesContainersAndAccessibleNames) {
@@ -230,7 +229,8 @@ TEST_F(RenderTest, TheWindowFollowsTheForm) {
     EXPECT_EQ(window->windowTitle(), "Kestrelway");
 
     // The shape: banded rectangles as the region gives them, and anything else the slow way.
-    form.SetRegion(std::vector<forms::RegionRect>{{0, 0, 100, 10}, {0, 10, 40, 30}, {60, 10, 100, 30}});
+    form.SetRegion(
+        std::vector<forms::RegionRect>{{0, 0, 100, 10}, {0, 10, 40, 30}, {60, 10, 100, 30}});
     QRegion expected = QRegion(0, 0, 100, 10) + QRegion(0, 10, 40, 20) + QRegion(60, 10, 40, 20);
     EXPECT_TRUE(window->mask().xored(expected).isEmpty());
     form.SetRegion(std::vector<forms::RegionRect>{{10, 10, 50, 50}, {0, 0, 20, 20}});

@@ -11,7 +11,7 @@ namespace kw::qt::testing {
 // A small form with one control of each kind the renderer draws, and a journal of the reactions
 // that ran.
 class DialForm : public forms::Form {
-public:
+  public:
     explicit DialForm(forms::Platform& platform) : Form(platform, "frmDial") {
         Move(40, 30, 320, 260);
         SetCaption("Dial");
@@ -57,7 +57,9 @@ public:
             }
         };
         cmboFrom.Click = [this] { Note("cmboFrom_Click:" + cmboFrom.Text()); };
-        lbChoices.Click = [this] { Note("lbChoices_Click:" + std::to_string(lbChoices.ListIndex())); };
+        lbChoices.Click = [this] {
+            Note("lbChoices_Click:" + std::to_string(lbChoices.ListIndex()));
+        };
         chkSave.Click = [this] { Note("chkSave_Click:" + std::to_string(chkSave.Value())); };
         rbTone.Click = [this] { Note("rbTone_Click"); };
         rbPulse.Click = [this] { Note("rbPulse_Click"); };
@@ -97,14 +99,14 @@ public:
     std::vector<std::string> formEvents;
     int cancelClose = 0;
 
-protected:
+  protected:
     void Form_MouseDown(int button, int, float x, float y) override {
-        formEvents.push_back("down:" + std::to_string(button) + "@" + std::to_string(int(x)) +
-                             "," + std::to_string(int(y)));
+        formEvents.push_back("down:" + std::to_string(button) + "@" + std::to_string(int(x)) + "," +
+                             std::to_string(int(y)));
     }
     void Form_MouseMove(int button, int, float x, float y) override {
-        formEvents.push_back("move:" + std::to_string(button) + "@" + std::to_string(int(x)) +
-                             "," + std::to_string(int(y)));
+        formEvents.push_back("move:" + std::to_string(button) + "@" + std::to_string(int(x)) + "," +
+                             std::to_string(int(y)));
     }
     void Form_MouseUp(int button, int, float, float) override {
         formEvents.push_back("up:" + std::to_string(button));
