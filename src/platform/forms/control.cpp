@@ -1,5 +1,7 @@
 #include "platform/forms/control.h"
 
+#include "platform/forms/controls.h"
+
 #include "platform/forms/form.h"
 #include "platform/forms/platform.h"
 
@@ -139,6 +141,13 @@ void Control::UserDblClick() {
 
 void Control::UserKeyPress(int keyAscii) {
     DispatchUser([this, keyAscii] {
+        // Enter and Escape belong to the form's default and cancel buttons when it has them.
+        if (CommandButton* button = form_.ButtonForKey(keyAscii)) {
+            if (button->AcceptsInput() && button->Click) {
+                button->Click();
+            }
+            return;
+        }
         int k = keyAscii;
         if (form_.KeyPreview()) {
             form_.UserKeyPress(k);  // the form sees the key first and may swallow it

@@ -34,6 +34,11 @@ void Form::Show(int mode) {
     if (!visible_) {
         visible_ = true;
         Notify(FormProperty::Visible);
+        if (!shownSinceLoad_) {
+            // The first display counts as the form getting its size, as the toolkit had it.
+            shownSinceLoad_ = true;
+            Form_Resize();
+        }
         Form_Activate();
     }
     if (mode == kModal) {
@@ -72,6 +77,7 @@ bool Form::Unload(int reason) {
     }
     Hide();
     loaded_ = false;
+    shownSinceLoad_ = false;
     SyncTimers();
     activeControl_ = nullptr;
     platform_.DetachForm(*this);
@@ -160,6 +166,23 @@ Control* Form::FindControl(const std::string& name, int index) const {
     for (Control* c : controls_) {
         if (c->Name() == name && c->Index() == index) {
             return c;
+        }
+    }
+    return nullptr;
+}
+
+CommandButton* Form::ButtonForKey(int keyAscii) const {
+    if (keyAscii != key::kReturn && keyAscii != key::kEscape) {
+        return nullptr;
+    }
+    for (Control* c : controls_) {
+        if (c->Kind() != ControlKind::CommandButton) {
+            continue;
+        }
+        auto* button = static_cast<CommandButton*>(c);
+        if ((keyAscii == key::kReturn && button->Default()) ||
+            (keyAscii == key::kEscape && button->Cancel())) {
+            return button;
         }
     }
     return nullptr;

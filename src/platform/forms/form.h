@@ -11,6 +11,7 @@
 namespace kw::forms {
 
 class Control;
+class CommandButton;
 
 // A rectangle of a window region, in pixels of the window; right and bottom exclusive.
 struct RegionRect {
@@ -79,6 +80,17 @@ public:
     void Move(int left, int top);
     void Move(int left, int top, int width, int height);
 
+    // Where the client area starts inside the window: the width of the frame and the height of
+    // the caption plus frame of a window that has them. Controls and the picture are placed
+    // relative to the client area; 0, 0 for a borderless form.
+    int FrameInsetX() const { return frameInsetX_; }
+    int FrameInsetY() const { return frameInsetY_; }
+    void SetFrameInset(int x, int y) {
+        frameInsetX_ = x;
+        frameInsetY_ = y;
+        Notify(FormProperty::Geometry);
+    }
+
     long ForeColor() const { return foreColor_; }
     void SetForeColor(long colour) { foreColor_ = colour; }
     long BackColor() const { return backColor_; }
@@ -105,6 +117,8 @@ public:
     const std::vector<Control*>& Controls() const { return controls_; }
     Control* FindControl(const std::string& name, int index = -1) const;
     Control* ActiveControl() const { return activeControl_; }
+    // The default button for Enter (13) or the cancel button for Escape (27), if the form has one.
+    CommandButton* ButtonForKey(int keyAscii) const;
 
     // Renderers.
     void AddObserver(FormObserver* observer);
@@ -151,6 +165,7 @@ private:
     std::string name_;
     bool loaded_ = false;
     bool visible_ = false;
+    bool shownSinceLoad_ = false;
     bool enabled_ = true;
     int modalDepth_ = 0;
     std::string caption_;
@@ -158,6 +173,8 @@ private:
     int top_ = 0;
     int width_ = 0;
     int height_ = 0;
+    int frameInsetX_ = 0;
+    int frameInsetY_ = 0;
     long foreColor_ = 0;
     long backColor_ = 0xFFFFFF;
     std::string picture_;

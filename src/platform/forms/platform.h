@@ -105,6 +105,14 @@ public:
     virtual int MessageBox(const MessageBoxRequest& request) = 0;
     int MsgBox(const std::string& text, int flags = mb::kOkOnly, const std::string& caption = {});
 
+    // Closes the open message box with this caption, as if answered with result; false when no
+    // such box is open. The look-up goes by caption alone.
+    virtual bool CloseMessageBox(const std::string& caption, int result) {
+        (void)caption;
+        (void)result;
+        return false;
+    }
+
     // A repeating timer on the user interface thread; KillTimer of an unknown id does nothing.
     virtual TimerId SetTimer(int intervalMs, std::function<void()> tick) = 0;
     virtual void KillTimer(TimerId id) = 0;

@@ -8,6 +8,8 @@ namespace kw::headless {
 
 namespace {
 constexpr forms::WindowHandle kForeignHandle = 0x1000;
+// How long a box that nobody answers may wait for something to close it: a day of virtual time.
+constexpr std::int64_t kLongestWaitMs = 24LL * 60 * 60 * 1000;
 }
 
 HeadlessPlatform::HeadlessPlatform() {
@@ -119,16 +121,51 @@ int HeadlessPlatform::MessageBox(const forms::MessageBoxRequest& request) {
         throw Unanswered("message box nobody answered: \"" + request.text + "\" (caption \"" +
                          request.caption + "\")");
     }
+    auto open = std::make_shared<OpenBox>(OpenBox{request.caption, std::nullopt});
+    openBoxes_.push_back(open);
+    struct Close {
+        std::vector<std::shared_ptr<OpenBox>>& boxes;
+        std::shared_ptr<OpenBox> box;
+        ~Close() { boxes.erase(std::remove(boxes.begin(), boxes.end(), box), boxes.end()); }
+    } close{openBoxes_, open};
     int result = responder(record);
-    if (result == forms::mb::kResultTimeout && request.timeoutMs > 0) {
-        // The box stayed up until it closed itself; the loop ran meanwhile.
-        const std::int64_t closesAt = record.shownAt + request.timeoutMs;
-        if (closesAt > now_) {
-            Advance(static_cast<int>(closesAt - now_));
+    if (open->closedWith) {
+        result = *open->closedWith;
+    } else if (result == forms::mb::kResultTimeout) {
+        // Nobody answers: the loop runs until the box closes itself or is closed.
+        const std::int64_t closesAt =
+            request.timeoutMs > 0 ? record.shownAt + request.timeoutMs : now_ + kLongestWaitMs;
+        while (!open->closedWith && now_ < closesAt) {
+            if (!FireNextDue(closesAt)) {
+                now_ = closesAt;
+            }
+        }
+        if (open->closedWith) {
+            result = *open->closedWith;
+        } else if (request.timeoutMs <= 0) {
+            throw Unanswered("message box that nothing closed: \"" + request.text + "\"");
         }
     }
     boxes_[index].result = result;
     return result;
+}
+
+bool HeadlessPlatform::CloseMessageBox(const std::string& caption, int result) {
+    for (auto it = openBoxes_.rbegin(); it != openBoxes_.rend(); ++it) {
+        if ((*it)->caption == caption && !(*it)->closedWith) {
+            (*it)->closedWith = result;
+            return true;
+        }
+    }
+    return false;
+}
+
+std::vector<std::string> HeadlessPlatform::OpenBoxCaptions() const {
+    std::vector<std::string> captions;
+    for (const auto& box : openBoxes_) {
+        captions.push_back(box->caption);
+    }
+    return captions;
 }
 
 // ---- forms --------------------------------------------------------------------------------

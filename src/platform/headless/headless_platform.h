@@ -50,7 +50,9 @@ struct ForeignWindow {
 // and modal forms answered by responders the test installs, and a record of what was shown.
 class HeadlessPlatform : public forms::Platform {
 public:
-    // Answers a box: returns one of the mb:: results. It may advance the clock first.
+    // Answers a box: returns one of the mb:: results. It may advance the clock first. A responder
+    // that returns mb::kResultTimeout leaves the box standing: the clock then runs until the box
+    // closes itself (its timeoutMs) or something closes it with CloseMessageBox.
     using BoxResponder = std::function<int(const BoxRecord&)>;
     // Answers a modal form: acts on it as a user would (types, clicks OK) until it hides.
     using FormResponder = std::function<void(forms::Form&)>;
@@ -95,6 +97,9 @@ public:
 
     // ---- forms::Platform ----
     int MessageBox(const forms::MessageBoxRequest& request) override;
+    bool CloseMessageBox(const std::string& caption, int result) override;
+    // Captions of the boxes standing open, innermost last.
+    std::vector<std::string> OpenBoxCaptions() const;
     forms::TimerId SetTimer(int intervalMs, std::function<void()> tick) override;
     void KillTimer(forms::TimerId id) override;
     void DoEvents() override;
@@ -138,6 +143,11 @@ private:
     forms::TimerId nextTimerId_ = 1;
     std::uint64_t nextOrder_ = 0;
 
+    struct OpenBox {
+        std::string caption;
+        std::optional<int> closedWith;
+    };
+    std::vector<std::shared_ptr<OpenBox>> openBoxes_;
     std::deque<BoxResponder> boxAnswers_;
     BoxResponder standingBoxAnswer_;
     std::vector<BoxRecord> boxes_;

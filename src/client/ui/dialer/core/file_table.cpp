@@ -1,0 +1,80 @@
+#include "client/ui/dialer/core/file_table.h"
+
+#include <cerrno>
+#include <ctime>
+#include <filesystem>
+
+#include "platform/automation/failure.h"
+
+namespace kw::dialer {
+
+using automation::Failure;
+
+FileTable::~FileTable() {
+    for (auto& [number, open] : files_) {
+        std::fclose(open.file);
+    }
+}
+
+int FileTable::FreeFile() const {
+    int number = 1;
+    while (files_.count(number) != 0) {
+        ++number;
+    }
+    return number;
+}
+
+void FileTable::OpenForAppend(int number, const std::string& path) {
+    if (files_.count(number) != 0) {
+        throw Failure(automation::err::kFileAlreadyOpen);
+    }
+    const std::filesystem::path p(path);
+    std::error_code ec;
+    if (path.empty() || (p.has_parent_path() && !std::filesystem::is_directory(p.parent_path(), ec))) {
+        throw Failure(automation::err::kPathNotFound, "Path not found: " + path);
+    }
+    std::FILE* file = std::fopen(path.c_str(), "ab");
+    if (file == nullptr) {
+        throw Failure(automation::err::kPathFileAccess, "Path/File access error: " + path);
+    }
+    files_[number] = OpenFile{file, path};
+}
+
+void FileTable::PrintLine(int number, const std::string& text) {
+    auto it = files_.find(number);
+    if (it == files_.end()) {
+        throw Failure(automation::err::kBadFileNameOrNumber);
+    }
+    const std::string line = text + "\r\n";
+    // Every line reaches the file at once: a log is read while the call goes on.
+    if (std::fwrite(line.data(), 1, line.size(), it->second.file) != line.size() ||
+        std::fflush(it->second.file) != 0) {
+        throw Failure(automation::err::kDeviceIo);
+    }
+}
+
+void FileTable::Close(int number) {
+    auto it = files_.find(number);
+    if (it == files_.end()) {
+        return;
+    }
+    std::fclose(it->second.file);
+    files_.erase(it);
+}
+
+const std::string& FileTable::PathOf(int number) const {
+    static const std::string kNone;
+    auto it = files_.find(number);
+    return it != files_.end() ? it->second.path : kNone;
+}
+
+std::string NowText() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    char buffer[32];
+    std::strftime(buffer, sizeof buffer, "%Y-%m-%d %H:%M:%S", &local);
+    return buffer;
+}
+
+}  // namespace kw::dialer

@@ -1,0 +1,429 @@
+#include "client/ui/dialer/core/main_win.h"
+
+#include "client/ui/dialer/core/application.h"
+#include "client/ui/dialer/core/settings.h"
+#include "client/ui/dialer/core/user_info.h"
+#include "client/ui/dialer/diallist/to_pullout.h"
+#include "client/ui/dialer/engine/engine_factory.h"
+#include "client/ui/dialer/engine/frm_get_user_info.h"
+#include "client/ui/dialer/engine/frm_get_user_input.h"
+#include "client/ui/dialer/engine/frm_isp_login.h"
+#include "client/ui/dialer/engine/frm_login.h"
+#include "client/ui/dialer/engine/res_const.h"
+#include "client/ui/dialer/locations/from_pullout.h"
+#include "client/ui/dialer/locations/pref_pullout.h"
+#include "client/ui/dialer/performance/perf_pulldown.h"
+#include "client/ui/dialer/shell/more_pullout.h"
+#include "client/ui/dialer/side/display_pullout.h"
+#include "client/ui/dialer/side/frm_file_xfer.h"
+#include "client/ui/dialer/side/frm_splash.h"
+#include "client/ui/dialer/side/log_pullout.h"
+#include "client/ui/dialer/side/rx_pullout.h"
+#include "platform/automation/safe_array.h"
+
+namespace kw::dialer {
+
+using automation::Failure;
+using automation::SafeArray;
+using automation::Variant;
+
+MainWin::MainWin(Application& app) : Form(app.Platform(), "MainWin"), app_(app) {
+    SetCaption(app.Title);
+    SetForeColor(0x00FF00);  // pure green: the outside of the artwork
+    SetPicture("art/mainwin.bmp");
+    lblConnect.SetCaption("Connect");
+    lblFrom.SetCaption("From");
+    lblTo.SetCaption("To");
+    Label4.SetCaption("More ");
+    btnCloseWin.SetToolTipText("Close the window");
+    lblCloseButton.SetToolTipText("Close the window");
+    btnMinimize.SetToolTipText("Minimize the window");
+    lblMinButton.SetToolTipText("Minimize the window");
+    btnHelp.SetToolTipText("Press for help");
+    lblHelpButton.SetToolTipText("Press for help");
+    cmboFrom.SetStyle(forms::combo::kDropdownCombo);
+    cmboTo.SetStyle(forms::combo::kDropdownCombo);
+    for (forms::Image* light : {&imgModemDetected, &imgPhoneDialing, &imgConnectingISP,
+                                &imgAuthorizingISP, &imgCreatingTunnel, &imgAuthorizingTunnel,
+                                &imgLogoOn}) {
+        light->SetVisible(false);
+    }
+    // Pictures held only to be copied onto other images are never seen themselves.
+    for (forms::Image* spare : {&imgConnectLightOn, &imgConnectLightOff, &imgYellowLightOn,
+                                &imgYellowLightOff, &btnLeft, &btnRight, &btnReg,
+                                &imgMoreBtnPressed, &Image5, &Image6, &imgPushedButton}) {
+        spare->SetVisible(false);
+    }
+    SetKeyPreview(true);
+    PlaceControls();
+}
+
+// ---- load, close, unload ------------------------------------------------------------------
+
+void MainWin::Form_Load() {
+    if (IsLoading || app_.StartedOnce) {
+        return;
+    }
+    app_.StartedOnce = true;
+    // The minimise box of the window style is the platform's own here: nothing to add.
+    app_.EventManagerObject.registerForEvent(event::kGettingDialList, this);
+    app_.EventManagerObject.registerForEvent(event::kDialListDone, this);
+    IsGettingDialList = false;
+    EnableOnReset = true;
+    for (forms::Image* button : {&btnRxPullout, &btnFromPullout, &btnToPullout, &btnMorePullout}) {
+        button->SetEnabled(false);
+    }
+    app_.HelpFile = "Kestrelway.hlp";
+    forms::Platform& platform = GetPlatform();
+    app_.frameWidth = platform.SystemMetric(forms::metric::kCxDlgFrame);
+    app_.frameHeight = platform.SystemMetric(forms::metric::kCyCaption) + app_.frameWidth;
+    SetFrameInset(app_.frameWidth, app_.frameHeight);
+    Move(Left(), Top(), 128 + 2 * app_.frameWidth, 320 + app_.frameHeight + app_.frameWidth);
+    ScaleForm(*this, platform);
+    IsLoading = true;
+    cmboFrom.SetText("<Loading...>");
+    cmboTo.SetText("<Loading...>");
+    WireEvents();
+
+    PerfPulldown& perf = app_.Form<PerfPulldown>();
+    perf.Move(Left() + app_.frameWidth, Top() + 176);
+    perf.ZOrder(1);
+    perf.Show();
+    perfShown = true;
+
+    DisableConnections();
+    Show();
+    platform.SetCursor(forms::cursor::kHourglass);
+    platform.DoEvents();
+    LoadUserInfo(app_);
+    try {
+        CreateEngineAndLogOn();
+        ReadCallingCards();
+        HavePhoneList = app_.EngineObject->GetPhoneList(PhoneList).ToBoolean();
+        HaveLocationList = app_.EngineObject->GetLocationList(LocationList).ToBoolean();
+        app_.CountryListObject = std::make_shared<CountryList>(*app_.EngineObject);
+        app_.CountryListObject->SetupCountries();
+        IsConnecting = false;
+        IsConnected = false;
+        fromShown = toShown = rxShown = moreShown = false;
+        displayShown = logShown = prefShown = false;
+        app_.Form<RxPullout>().txtStatus.SetText("");
+        Image5.SetPicture(btnHelp.Picture());
+        Image6.SetPicture(imgPushedButton.Picture());
+        FillCombosAfterLogon();
+        platform.SetCursor(forms::cursor::kDefault);
+        for (forms::Image* b : {&btnRxPullout, &btnFromPullout, &btnToPullout, &btnMorePullout}) {
+            b->SetEnabled(true);
+        }
+        RestoreLastLocation();
+        TimerProfileChange.SetTimerEnabled(false);
+        TimerProfileChange.SetInterval(2);
+        tmrRxNowNever.SetTimerEnabled(false);
+        tmrRxNowNever.SetInterval(10);
+        IsLoading = false;
+    } catch (const Failure& failure) {
+        // IsLoading stays true on purpose: the close paths then say the program is still loading.
+        COMErrHandler(failure);
+        platform.SetCursor(forms::cursor::kDefault);
+        for (forms::Image* b : {&btnRxPullout, &btnFromPullout, &btnToPullout, &btnMorePullout}) {
+            b->SetEnabled(true);
+        }
+    }
+}
+
+void MainWin::WireEvents() {
+    btnConnect.Click = [this] { btnConnect_Click(); };
+    btnConnect.DblClick = [this] { btnConnect_Click(); };
+    lblConnect.Click = [this] { btnConnect_Click(); };
+    btnCloseWin.Click = [this] { btnCloseWin_Click(); };
+    btnCloseWin.DblClick = [this] { btnCloseWin_Click(); };
+    lblCloseButton.Click = [this] { btnCloseWin_Click(); };
+    btnHelp.Click = [this] { btnHelp_Click(); };
+    btnHelp.DblClick = [this] { btnHelp_Click(); };
+    lblHelpButton.Click = [this] { btnHelp_Click(); };
+    btnHelp.MouseDown = [this](int, int, float, float) { btnHelp.SetPicture(Image6.Picture()); };
+    btnHelp.MouseUp = [this](int, int, float, float) { btnHelp.SetPicture(Image5.Picture()); };
+    btnMinimize.Click = [this] { SetWindowState(forms::window_state::kMinimized); };
+    lblMinButton.Click = [this] { SetWindowState(forms::window_state::kMinimized); };
+    btnFromPullout.Click = [this] { btnFromPullout_Click(); };
+    btnToPullout.Click = [this] { btnToPullout_Click(); };
+    btnRxPullout.Click = [this] { btnRxPullout_Click(); };
+    btnMorePullout.Click = [this] { btnMorePullout_Click(); };
+    cmboFrom.Click = [this] { cmboFrom_Click(); };
+    cmboTo.Click = [this] { cmboTo_Click(); };
+    // The combos cannot be typed in; Enter connects from them as from the window.
+    auto swallow = [this](int& key) {
+        if (key == forms::key::kReturn && !IsConnecting && !IsConnected) {
+            btnConnect_Click();
+        }
+        key = 0;
+    };
+    cmboFrom.KeyPress = swallow;
+    cmboTo.KeyPress = swallow;
+    TimerProfileChange.Tick = [this] { TimerProfileChange_Timer(); };
+    tmrRxNowNever.Tick = [this] { tmrRxNowNever_Timer(); };
+}
+
+void MainWin::Form_KeyPress(int& keyAscii) {
+    if (keyAscii == forms::key::kReturn && !IsConnecting && !IsConnected) {
+        btnConnect_Click();
+    }
+}
+
+void MainWin::CreateEngineAndLogOn() {
+    app_.EngineObject = CreateEngine(EngineContext{GetPlatform()});
+    app_.EngineObject->Advise(&l_DravlinkObj);
+    RunLogonLoop();
+}
+
+void MainWin::RunLogonLoop() {
+    forms::Platform& platform = GetPlatform();
+    bool loggedOn = false;
+    while (!loggedOn) {
+        if (!app_.UserName.empty()) {
+            platform.SetCursor(forms::cursor::kHourglass);
+            platform.DoEvents();
+            loggedOn = app_.EngineObject->Logon(app_.UserName, app_.Password, "").ToBoolean();
+            if (!loggedOn) {
+                // However the dialog ends, the loop asks again until the engine accepts.
+                app_.Form<frmLogin>().Show(forms::kModal);
+            }
+            platform.SetCursor(forms::cursor::kDefault);
+            continue;
+        }
+        platform.SetCursor(forms::cursor::kDefault);
+        frmLogin& login = app_.Form<frmLogin>();
+        login.txtUserName.SetText(platform.LoggedOnUserName().value_or(""));
+        login.txtPassword.SetText(app_.Password);
+        login.Show(forms::kModal);
+        if (!app_.Form<frmLogin>().LoginAccepted) {
+            platform.EndProcess(0);
+        }
+        platform.SetCursor(forms::cursor::kHourglass);
+        platform.DoEvents();
+        SaveUserInfo(app_);
+        LoadUserInfo(app_);
+        loggedOn = app_.EngineObject->Logon(app_.UserName, app_.Password, "").ToBoolean();
+        platform.SetCursor(forms::cursor::kDefault);
+    }
+}
+
+void MainWin::ReadCallingCards() {
+    Variant list;
+    PrefPullout& pref = app_.Form<PrefPullout>();
+    if (!app_.EngineObject->GetCallingCardList(list).ToBoolean()) {
+        pref.cmboCallingCards.SetEnabled(false);
+        pref.txtCardNumber.SetEnabled(false);
+        pref.btnSave.SetEnabled(false);
+        FromPullout& from = app_.Form<FromPullout>();
+        from.chkCallingCard.SetVisible(false);
+        from.lblCallingCard.SetVisible(false);
+        return;
+    }
+    app_.CallingCards = std::make_shared<CallingCardList>();
+    if (!list.IsArray()) {
+        return;
+    }
+    const SafeArray& rows = list.ToArray();
+    for (std::int32_t row = rows.LBound(1); row <= rows.UBound(1); ++row) {
+        pref.cmboCallingCards.AddItem(rows.Get(row, 3).ToString());
+        app_.CurrentCallingCard = app_.CallingCards->Add(
+            rows.Get(row, 3).ToString(), rows.Get(row, 2).ToString(), rows.Get(row, 4).ToString(),
+            rows.Get(row, 5).ToString(), rows.Get(row, 1).ToInteger(), rows.Get(row, 0).ToInteger(),
+            rows.Get(row, 1).ToString());
+    }
+}
+
+void MainWin::FillCombosAfterLogon() {
+    cmboTo.SetText("");
+    if (HavePhoneList) {
+        FillPhoneList(PhoneList);
+        cmboTo.SetListIndex(0);
+    } else {
+        Box("ERROR: Kestrelway was unable to get the phone list from Dravlink", forms::mb::kOkOnly,
+            "");
+    }
+    cmboFrom.SetText("");
+    if (HaveLocationList) {
+        FillLocationList(LocationList);
+        if (cmboFrom.Enabled()) {
+            cmboFrom.SetFocus();
+        }
+    } else {
+        GetPlatform().SetCursor(forms::cursor::kDefault);
+        AppBox("Please enter information about the location from which you are calling.",
+               forms::mb::kOkOnly | forms::mb::kSetForeground);
+        FromPullout& from = app_.Form<FromPullout>();
+        from.cmboLocations.Clear();
+        from.cmboLocations.SetText("");
+        btnFromPullout_Click();
+    }
+}
+
+void MainWin::Form_QueryUnload(int& cancel, int reason) {
+    if (IsGettingDialList) {
+        cancel = 1;
+        return;
+    }
+    if (IsLoading) {
+        cancel = 1;
+        AppBox("The Kestrelway is still in the process of loading. Please wait a few moments and "
+               "try to exit again",
+               forms::mb::kOkOnly | forms::mb::kSetForeground);
+        return;
+    }
+    if (reason != forms::unload::kFormControlMenu) {
+        return;
+    }
+    if (IsConnected) {
+        const int answer =
+            AppBox("There is an open connection, do you wish to terminate it?",
+                   forms::mb::kYesNo | forms::mb::kSetForeground);
+        if (answer == forms::mb::kResultYes) {
+            btnConnect_Click();
+            cancel = 0;
+        } else {
+            cancel = 1;
+        }
+    } else if (IsConnecting) {
+        btnConnect_Click();
+        cancel = (!IsConnecting && !IsConnected) ? 0 : 1;
+    }
+}
+
+void MainWin::btnCloseWin_Click() {
+    if (IsLoading) {
+        AppBox("The Kestrelway is still in the process of loading. Please wait a few moments and "
+               "try to exit again",
+               forms::mb::kOkOnly | forms::mb::kSetForeground);
+        return;
+    }
+    if (IsConnecting) {
+        btnConnect_Click();
+        if (IsConnecting || IsConnected) {
+            return;
+        }
+    }
+    if (IsConnected) {
+        if (AppBox("There is an open connection, do you wish to terminate it?",
+                   forms::mb::kYesNo | forms::mb::kSetForeground) != forms::mb::kResultYes) {
+            return;
+        }
+        btnConnect_Click();
+    }
+    btnCloseWin.SetPicture(Image6.Picture());
+    btnCloseWin.SetPicture(Image5.Picture());
+    forms::Platform& platform = GetPlatform();
+    try {
+        if (app_.EngineObject) {
+            // A Logoff that keeps failing delays the close by ten seconds at most.
+            for (int attempts = 0; attempts < 10; ++attempts) {
+                if (app_.EngineObject->Logoff().ToBoolean()) {
+                    break;
+                }
+                platform.Sleep(1000);
+            }
+        }
+        SaveLastLocation();
+        Unload();
+    } catch (const Failure& failure) {
+        if (failure.Number() != 365 && failure.Number() != 1010) {
+            COMErrHandler(failure);
+        }
+    }
+    platform.EndProcess(0);
+}
+
+void MainWin::Form_Unload(int& cancel) {
+    (void)cancel;
+    app_.EventManagerObject.deregisterForEvent(event::kGettingDialList, this);
+    app_.EventManagerObject.deregisterForEvent(event::kDialListDone, this);
+    app_.OldWindowProc = 0;
+    app_.CountryListObject.reset();
+    if (app_.EngineObject) {
+        app_.EngineObject->Unadvise();
+    }
+    app_.EngineObject.reset();
+    forms::FormSet& set = app_.Forms();
+    auto unloadIfLoaded = [](forms::Form* form) {
+        if (form != nullptr && form->IsLoaded()) {
+            form->Unload();
+        }
+    };
+    unloadIfLoaded(set.Peek<PerfPulldown>());
+    unloadIfLoaded(set.Peek<FromPullout>());
+    unloadIfLoaded(set.Peek<ToPullout>());
+    unloadIfLoaded(set.Peek<RxPullout>());
+    unloadIfLoaded(set.Peek<MorePullout>());
+    unloadIfLoaded(set.Peek<PrefPullout>());
+    unloadIfLoaded(set.Peek<LogPullout>());
+    unloadIfLoaded(set.Peek<DisplayPullout>());
+    unloadIfLoaded(set.Peek<frmISPLogin>());
+    unloadIfLoaded(set.Peek<frmLogin>());
+    unloadIfLoaded(set.Peek<frmGetUserInfo>());
+    unloadIfLoaded(set.Peek<frmSplash>());
+}
+
+// ---- help ---------------------------------------------------------------------------------
+
+void MainWin::btnHelp_Click() {
+    btnHelp.SetPicture(Image6.Picture());
+    btnHelp.SetPicture(Image5.Picture());
+    GetPlatform().ShowHelp(app_.HelpFile, 0);
+}
+
+// ---- helpers ------------------------------------------------------------------------------
+
+int MainWin::Box(const std::string& text, int flags, const std::string& caption) {
+    return GetPlatform().MsgBox(text, flags, caption);
+}
+
+int MainWin::AppBox(const std::string& text, int flags) {
+    return Box(text, flags, LoadResString(ResConst::kAppName));
+}
+
+void MainWin::SetConnectFace(const forms::Image& face) { btnConnect.SetPicture(face.Picture()); }
+
+// ---- engine event member --------------------------------------------------------------------
+
+void MainWin::EngineEvents::CHXferUpdate(Variant& first, Variant& transfer) {
+    win_.l_DravlinkObj_CHXferUpdate(first, transfer);
+}
+void MainWin::EngineEvents::ErrorEvent(std::string& message) {
+    win_.l_DravlinkObj_ErrorEvent(message);
+}
+void MainWin::EngineEvents::GetConnectionStatistics(Variant& ispStats, Variant& vpnStats) {
+    win_.l_DravlinkObj_GetConnectionStatistics(ispStats, vpnStats);
+}
+void MainWin::EngineEvents::GetGenericISPList(std::string& message, Variant& list) {
+    win_.l_DravlinkObj_GetGenericISPList(message, list);
+}
+void MainWin::EngineEvents::GetUserInfo(std::string& prompt, Variant& choices,
+                                        std::string& answer) {
+    win_.l_DravlinkObj_GetUserInfo(prompt, choices, answer);
+}
+void MainWin::EngineEvents::GetUserInput(std::string& prompt, std::string& defaultText,
+                                         std::string& answer) {
+    win_.l_DravlinkObj_GetUserInput(prompt, defaultText, answer);
+}
+void MainWin::EngineEvents::GetUsernamePassword(std::string& prompt, std::string& user) {
+    win_.l_DravlinkObj_GetUsernamePassword(prompt, user);
+}
+void MainWin::EngineEvents::GetUserOk(std::string& message) {
+    win_.l_DravlinkObj_GetUserOk(message);
+}
+void MainWin::EngineEvents::GetUserYesNo(std::string& question, bool& answer) {
+    win_.l_DravlinkObj_GetUserYesNo(question, answer);
+}
+void MainWin::EngineEvents::GetUserNowLaterNever(std::string& question, std::string& answer) {
+    win_.l_DravlinkObj_GetUserNowLaterNever(question, answer);
+}
+void MainWin::EngineEvents::DravDebug(std::string& text) { win_.l_DravlinkObj_DravDebug(text); }
+void MainWin::EngineEvents::ProgressUpdate(std::int16_t code, std::string& text) {
+    win_.l_DravlinkObj_ProgressUpdate(code, text);
+}
+void MainWin::EngineEvents::StatusUpdate(std::string& text) {
+    win_.l_DravlinkObj_StatusUpdate(text);
+}
+
+}  // namespace kw::dialer

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "platform/automation/variant.h"
+#include "platform/forms/controls.h"
+#include "platform/forms/form.h"
+
+namespace kw::dialer {
+
+class Application;
+
+// The dial list pullout: which ISPs and POPs are dialled, and in which order.
+class ToPullout : public forms::Form {
+public:
+    explicit ToPullout(Application& app);
+
+    forms::Label Label1{*this, "Label1"};
+    forms::ListBox lbDestinations{*this, "lbDestinations"};
+    forms::ListView lstvDialList{*this, "lstvDialList"};
+    forms::CommandButton btnSaveList{*this, "btnSaveList"};
+
+    // The dial list the engine computed for the location and destination.
+    void UpdateDialList(const automation::Variant& list);
+    void btnSaveList_Click();
+    void OnHide(bool& ok);
+
+    // The last list handed over by UpdateDialList.
+    const automation::Variant& LastDialList() const { return lastList_; }
+
+protected:
+    void Form_Load() override;
+
+private:
+    void lbDestinations_Click();
+
+    Application& app_;
+    automation::Variant lastList_;
+};
+
+}  // namespace kw::dialer

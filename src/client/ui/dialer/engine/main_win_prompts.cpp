@@ -1,0 +1,174 @@
+// The engine's questions to the user during a call, and its notes, debug text and transfers.
+#include "client/ui/dialer/core/application.h"
+#include "client/ui/dialer/core/main_win.h"
+#include "client/ui/dialer/engine/frm_get_user_info.h"
+#include "client/ui/dialer/engine/frm_get_user_input.h"
+#include "client/ui/dialer/engine/frm_isp_login.h"
+#include "client/ui/dialer/engine/res_const.h"
+#include "client/ui/dialer/performance/perf_pulldown.h"
+#include "client/ui/dialer/side/frm_file_xfer.h"
+#include "platform/automation/safe_array.h"
+#include "platform/automation/strings.h"
+
+namespace kw::dialer {
+
+using automation::Failure;
+using automation::Variant;
+
+namespace {
+constexpr const char* kPrescriberCaption = "Ostvarra Prescriber";
+constexpr const char* kMessageOfTheDay = "Message of the Day";
+}  // namespace
+
+bool MainWin::DialogOfThisWindowIsOpen() const {
+    for (forms::Form* form : app_.Forms().LoadedForms()) {
+        if (form != this && form->IsModal()) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void MainWin::l_DravlinkObj_GetUserInfo(std::string& prompt, Variant& choices,
+                                        std::string& answer) {
+    frmGetUserInfo& dialog = app_.Form<frmGetUserInfo>();
+    dialog.lblPrompt.SetCaption(prompt);
+    const automation::SafeArray& list = choices.ToArray();
+    for (std::int32_t i = 0; i <= list.UBound(); ++i) {
+        dialog.lbChoices.AddItem(list.Get(i).ToString());
+    }
+    dialog.lbChoices.SetListIndex(0);
+    dialog.Show(forms::kModal);
+    // The dialog unloads itself; its fields stay readable on the instance that ran.
+    if (!dialog.Cancelled) {
+        answer = list.Get(dialog.SelectedIndex).ToString();
+    } else {
+        answer = "";
+    }
+}
+
+void MainWin::l_DravlinkObj_GetUserInput(std::string& prompt, std::string& defaultText,
+                                         std::string& answer) {
+    frmGetUserInput& dialog = app_.Form<frmGetUserInput>();
+    dialog.lblPrompt.SetCaption(prompt);
+    dialog.txtInput.SetText(defaultText);
+    dialog.Show(forms::kModal);
+    answer = dialog.Cancelled ? "" : dialog.txtInput.Text();
+}
+
+void MainWin::l_DravlinkObj_GetUsernamePassword(std::string& prompt, std::string& user) {
+    if (DialogOfThisWindowIsOpen()) {
+        // No second dialog is stacked: the engine gets its name back with a placeholder.
+        user += "^qqq";
+        return;
+    }
+    frmISPLogin& dialog = app_.Form<frmISPLogin>();
+    dialog.txtTitle.SetCaption(prompt);
+    dialog.txtUserName.SetText(user);
+    dialog.txtPassword.SetText("");
+    dialog.Show(forms::kModal);
+    if (dialog.LoginAccepted) {
+        user = dialog.txtUserName.Text() + "^" + dialog.txtPassword.Text();
+    } else {
+        user = "";
+    }
+    dialog.txtPassword.SetText("");
+    dialog.txtUserName.SetText("");
+}
+
+void MainWin::l_DravlinkObj_GetUserOk(std::string& message) {
+    int timeout = 60000;
+    std::string text = message;
+    if (automation::Left(message, 3) == "***") {
+        app_.MessageBoxCaption = kMessageOfTheDay;
+        timeout = 30000;
+        text = automation::Mid(message, 4);
+    } else {
+        app_.MessageBoxCaption = kPrescriberCaption;
+    }
+    TimedMessageBox(text, app_.MessageBoxCaption, forms::mb::kSetForeground, timeout);
+}
+
+int MainWin::TimedMessageBox(const std::string& text, const std::string& caption, int flags,
+                             int timeoutMs) {
+    forms::Platform& platform = GetPlatform();
+    const forms::TimerId timer = platform.SetTimer(timeoutMs, [this] { CloseTimedMessageBox(); });
+    struct KillOnExit {
+        forms::Platform& platform;
+        forms::TimerId id;
+        ~KillOnExit() { platform.KillTimer(id); }
+    } kill{platform, timer};
+    return platform.MsgBox(text, flags, caption);
+}
+
+void MainWin::CloseTimedMessageBox() {
+    // By caption alone: a second timed box has overwritten it, the first is no longer found.
+    GetPlatform().CloseMessageBox(app_.MessageBoxCaption, forms::mb::kResultOk);
+}
+
+void MainWin::l_DravlinkObj_GetUserYesNo(std::string& question, bool& answer) {
+    const int result =
+        Box(question, forms::mb::kYesNo | forms::mb::kSetForeground, kPrescriberCaption);
+    answer = result == forms::mb::kResultYes;
+}
+
+void MainWin::l_DravlinkObj_GetUserNowLaterNever(std::string& question, std::string& answer) {
+    const std::string refusal =
+        "The call home feature is currently only available when dialing from"
+        " within the United States. Please select either Later or Never.";
+    tmrRxNowNever.SetTimerEnabled(true);
+    bool firstBox = true;
+    while (true) {
+        forms::MessageBoxRequest request;
+        request.text = question;
+        request.flags = forms::mb::kYesNoCancel | forms::mb::kSetForeground;
+        request.caption = LoadResString(ResConst::kAppName);
+        if (firstBox) {
+            // Only the first box is renamed; one shown again keeps the standard labels.
+            request.buttonLabels = {"N&ow", "&Later", "&Never"};
+            firstBox = false;
+        }
+        const int result = GetPlatform().MessageBox(request);
+        if (result == forms::mb::kResultYes) {
+            if (!app_.CurrentCountry || app_.CurrentCountry->code() != 1) {
+                AppBox(refusal, forms::mb::kOkOnly);
+                continue;
+            }
+            answer = "y";
+        } else if (result == forms::mb::kResultNo) {
+            answer = "l";
+        } else {
+            answer = "n";
+        }
+        return;
+    }
+}
+
+void MainWin::tmrRxNowNever_Timer() {
+    // The box took its labels when it was made; nothing is left to rename.
+    tmrRxNowNever.SetTimerEnabled(false);
+}
+
+void MainWin::l_DravlinkObj_DravDebug(std::string& text) {
+    AppBox(text, forms::mb::kOkOnly | forms::mb::kInformation | forms::mb::kSetForeground);
+}
+
+void MainWin::l_DravlinkObj_CHXferUpdate(Variant& first, Variant& transfer) {
+    (void)first;
+    frmFileXfer& xfer = app_.Form<frmFileXfer>();
+    if (!xfer.Visible()) {
+        xfer.Show();
+    }
+    xfer.UpdateProgress(Variant(transfer));
+}
+
+void MainWin::l_DravlinkObj_GetConnectionStatistics(Variant& ispStats, Variant& vpnStats) {
+    try {
+        // The panel takes the tunnel's figures first.
+        app_.Form<PerfPulldown>().DisplayStat(vpnStats, ispStats);
+    } catch (const Failure&) {
+        // A bad sample is passed over; the next one comes in a second.
+    }
+}
+
+}  // namespace kw::dialer

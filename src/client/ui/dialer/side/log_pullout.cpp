@@ -1,0 +1,108 @@
+#include "client/ui/dialer/side/log_pullout.h"
+
+#include "client/ui/dialer/core/application.h"
+#include "client/ui/dialer/core/settings.h"
+#include "client/ui/dialer/core/utilities.h"
+
+namespace kw::dialer {
+
+using automation::Variant;
+
+LogPullout::LogPullout(Application& app) : Form(app.Platform(), "LogPullout"), app_(app) {
+    SetCaption("LogPullout");
+    Move(0, 0, 320, 204);
+    Label1.SetCaption("Log Options");
+    ConnectLogCheck.SetCaption("Log Connection History");
+    PrescriberLogCheck.SetCaption("Log Prescriber window output");
+    btnConnectHist.SetCaption("...");
+    btnPrescriberLog.SetCaption("...");
+}
+
+void LogPullout::Form_Load() {
+    ScaleForm(*this, app_.Platform());
+    // The check boxes are set from the settings here; their clicks must not write them back.
+    loading_ = true;
+    registry::HKEY key = OpenSettingsKey(app_.Platform());
+    Variant history(std::int32_t{0});
+    QueryValueEx(key, settings::kConnectHistorySetting, history);
+    const bool logHistory = history.ToLong() == 1;
+    ConnectLogCheck.SetValue(logHistory ? forms::check::kChecked : forms::check::kUnchecked);
+    SetLogControlsEnabled(txtHistoryLog, btnConnectHist, logHistory);
+
+    Variant prescriber(std::int32_t{0});
+    QueryValueEx(key, settings::kPrescriberLogSetting, prescriber);
+    const bool logPrescriber = prescriber.ToLong() == 1;
+    PrescriberLogCheck.SetValue(logPrescriber ? forms::check::kChecked
+                                              : forms::check::kUnchecked);
+    SetLogControlsEnabled(txtRxLog, btnPrescriberLog, logPrescriber);
+    registry::RegCloseKey(key);
+
+    ShowLogName(settings::kPrescriberLogFileName, "rx.log", txtRxLog);
+    ShowLogName(settings::kConnectHistoryFileName, "history.log", txtHistoryLog);
+    loading_ = false;
+
+    ConnectLogCheck.Click = [this] {
+        if (!loading_) {
+            ConnectLogCheck_Click();
+        }
+    };
+    PrescriberLogCheck.Click = [this] {
+        if (!loading_) {
+            PrescriberLogCheck_Click();
+        }
+    };
+}
+
+void LogPullout::ShowLogName(const char* valueName, const char* defaultFile, forms::TextBox& box) {
+    registry::HKEY key = OpenSettingsKey(app_.Platform());
+    Variant path(std::string{});
+    QueryValueEx(key, valueName, path);
+    if (!path.ToString().empty()) {
+        box.SetText(FileNameFromPath(path.ToString()));
+    } else {
+        SetValueEx(Variant(app_.InstallDir + "/" + defaultFile), key, valueName);
+        box.SetText(defaultFile);
+    }
+    registry::RegCloseKey(key);
+}
+
+void LogPullout::SetLogControlsEnabled(forms::TextBox& box, forms::CommandButton& button,
+                                       bool enabled) {
+    box.SetEnabled(enabled);
+    button.SetEnabled(enabled);
+}
+
+void LogPullout::ConnectLogCheck_Click() {
+    registry::HKEY key = OpenSettingsKey(app_.Platform());
+    const bool checked = ConnectLogCheck.Value() == forms::check::kChecked;
+    SetLogControlsEnabled(txtHistoryLog, btnConnectHist, checked);
+    Variant current;
+    if (QueryValueEx(key, settings::kConnectHistorySetting, current) != 0 || current.IsEmpty()) {
+        SetValueEx(Variant(static_cast<std::int16_t>(ConnectLogCheck.Value())), key,
+                   settings::kConnectHistorySetting);
+    } else {
+        const std::uint32_t value = static_cast<std::uint32_t>(ConnectLogCheck.Value());
+        registry::RegSetValueExA(key, settings::kConnectHistorySetting, 0, registry::REG_DWORD,
+                                 reinterpret_cast<const registry::BYTE*>(&value), 4);
+    }
+    registry::RegCloseKey(key);
+}
+
+void LogPullout::PrescriberLogCheck_Click() {
+    registry::HKEY key = OpenSettingsKey(app_.Platform());
+    const bool checked = PrescriberLogCheck.Value() == forms::check::kChecked;
+    SetLogControlsEnabled(txtRxLog, btnPrescriberLog, checked);
+    Variant current;
+    if (QueryValueEx(key, settings::kPrescriberLogSetting, current) != 0 || current.IsEmpty()) {
+        // A missing Prescriber setting rewrites the history setting instead, as it always has.
+        SetValueEx(Variant(static_cast<std::int16_t>(ConnectLogCheck.Value())), key,
+                   settings::kConnectHistorySetting);
+    } else {
+        const std::uint32_t value = static_cast<std::uint32_t>(PrescriberLogCheck.Value());
+        registry::RegSetValueExA(key, settings::kPrescriberLogSetting, 0, registry::REG_DWORD,
+                                 reinterpret_cast<const registry::BYTE*>(&value), 4);
+    }
+    registry::RegCloseKey(key);
+}
+
+}  // namespace kw::dialer

@@ -1,0 +1,183 @@
+#include "dravlink/text_files.h"
+
+#include <algorithm>
+#include <cctype>
+#include <fstream>
+#include <sstream>
+#include <unistd.h>
+
+namespace dravlink {
+
+namespace fs = std::filesystem;
+
+DataError::DataError(const fs::path& file, int line, const std::string& message)
+    : std::runtime_error(file.filename().string() + ", line " + std::to_string(line) + ": " +
+                         message + " (" + file.string() + ")") {}
+
+std::string TrimBlanks(const std::string& s) {
+    const auto first = s.find_first_not_of(" \t\r");
+    if (first == std::string::npos) {
+        return "";
+    }
+    const auto last = s.find_last_not_of(" \t\r");
+    return s.substr(first, last - first + 1);
+}
+
+bool SameText(const std::string& a, const std::string& b) {
+    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
+               return std::tolower(static_cast<unsigned char>(x)) ==
+                      std::tolower(static_cast<unsigned char>(y));
+           });
+}
+
+std::vector<std::string> SplitList(const std::string& s, char separator) {
+    std::vector<std::string> parts;
+    std::string part;
+    std::istringstream in(s);
+    while (std::getline(in, part, separator)) {
+        parts.push_back(TrimBlanks(part));
+    }
+    if (!s.empty() && s.back() == separator) {
+        parts.emplace_back();
+    }
+    return parts;
+}
+
+std::string IniSection::Get(const std::string& key, const std::string& fallback) const {
+    for (auto it = entries.rbegin(); it != entries.rend(); ++it) {
+        if (SameText(it->key, key)) {
+            return it->value;
+        }
+    }
+    return fallback;
+}
+
+bool IniSection::Has(const std::string& key) const {
+    return std::any_of(entries.begin(), entries.end(),
+                       [&](const IniEntry& e) { return SameText(e.key, key); });
+}
+
+namespace {
+
+std::vector<std::string> ReadLines(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        throw DataError("cannot read " + path.string());
+    }
+    std::vector<std::string> lines;
+    std::string line;
+    while (std::getline(in, line)) {
+        if (!line.empty() && line.back() == '\r') {
+            line.pop_back();
+        }
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+bool IsComment(const std::string& trimmed) {
+    return trimmed.empty() || trimmed[0] == '#' || trimmed[0] == ';';
+}
+
+void WriteWhole(const fs::path& path, const std::string& text) {
+    fs::create_directories(path.parent_path());
+    const fs::path temp = path.string() + ".tmp" + std::to_string(::getpid());
+    {
+        std::ofstream out(temp, std::ios::binary | std::ios::trunc);
+        out << text;
+        out.flush();
+        if (!out) {
+            throw DataError("cannot write " + temp.string());
+        }
+    }
+    fs::rename(temp, path);
+}
+
+}  // namespace
+
+IniFile ReadIni(const fs::path& path) {
+    IniFile file{path, {}};
+    const auto lines = ReadLines(path);
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const int number = static_cast<int>(i) + 1;
+        const std::string line = TrimBlanks(lines[i]);
+        if (IsComment(line)) {
+            continue;
+        }
+        if (line.front() == '[') {
+            if (line.back() != ']' || line.size() < 3) {
+                throw DataError(path, number, "a section name must stand in [brackets]");
+            }
+            std::string name = TrimBlanks(line.substr(1, line.size() - 2));
+            for (const auto& s : file.sections) {
+                if (SameText(s.name, name)) {
+                    throw DataError(path, number,
+                                    "section [" + name + "] repeats the one on line " +
+                                        std::to_string(s.line));
+                }
+            }
+            file.sections.push_back(IniSection{name, number, {}});
+            continue;
+        }
+        const auto eq = line.find('=');
+        if (eq == std::string::npos || eq == 0) {
+            throw DataError(path, number, "expected \"key = value\" or a [section], found \"" +
+                                              line + "\"");
+        }
+        if (file.sections.empty()) {
+            throw DataError(path, number, "\"" + line + "\" stands before any [section]");
+        }
+        file.sections.back().entries.push_back(
+            IniEntry{TrimBlanks(line.substr(0, eq)), TrimBlanks(line.substr(eq + 1)), number});
+    }
+    return file;
+}
+
+TableFile ReadTable(const fs::path& path, std::size_t fieldCount) {
+    TableFile file{path, {}};
+    const auto lines = ReadLines(path);
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const int number = static_cast<int>(i) + 1;
+        const std::string line = TrimBlanks(lines[i]);
+        if (IsComment(line)) {
+            continue;
+        }
+        auto fields = SplitList(line, '|');
+        if (fields.size() != fieldCount) {
+            throw DataError(path, number,
+                            "expected " + std::to_string(fieldCount) +
+                                " fields separated by \"|\", found " +
+                                std::to_string(fields.size()));
+        }
+        file.rows.push_back(TableRow{std::move(fields), number});
+    }
+    return file;
+}
+
+void WriteIni(const fs::path& path, const std::string& header,
+              const std::vector<IniSection>& sections) {
+    std::ostringstream out;
+    out << header;
+    for (const auto& section : sections) {
+        out << "\n[" << section.name << "]\n";
+        for (const auto& entry : section.entries) {
+            out << entry.key << " = " << entry.value << "\n";
+        }
+    }
+    WriteWhole(path, out.str());
+}
+
+void WriteTable(const fs::path& path, const std::string& header,
+                const std::vector<std::vector<std::string>>& rows) {
+    std::ostringstream out;
+    out << header;
+    for (const auto& row : rows) {
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            out << (i ? " | " : "") << row[i];
+        }
+        out << "\n";
+    }
+    WriteWhole(path, out.str());
+}
+
+}  // namespace dravlink

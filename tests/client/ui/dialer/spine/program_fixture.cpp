@@ -1,0 +1,130 @@
+#include "program_fixture.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "client/ui/dialer/core/settings.h"
+#include "client/ui/dialer/engine/engine_factory.h"
+#include "platform/automation/safe_array.h"
+#include "platform/forms/control.h"
+
+namespace kw::dialer::testing {
+
+using automation::SafeArray;
+using automation::Variant;
+
+Variant NameList(const std::vector<std::string>& names) {
+    SafeArray list = SafeArray::OneDim(0, static_cast<std::int32_t>(names.size()) - 1);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        list.Set(static_cast<std::int32_t>(i), Variant(names[i]));
+    }
+    return Variant(std::move(list));
+}
+
+void DisplayRecorder::ControlChanged(forms::Control& control, forms::Property what) {
+    const std::string& name = control.Name();
+    if (what == forms::Property::Visible && (name.rfind("img", 0) == 0)) {
+        lights.push_back((control.Visible() ? "+" : "-") + name);
+    }
+    if (what == forms::Property::Caption && name == "lblStatus") {
+        statusLines.push_back(static_cast<forms::Label&>(control).Caption());
+    }
+}
+
+void BusListener::KestrelwayEventSub(std::int32_t& eventId, Variant& data) {
+    (void)data;
+    heard.push_back(eventId);
+}
+
+std::int32_t BusListener::KestrelwayVetoableEventFunction(std::int32_t& eventId, Variant& data) {
+    (void)data;
+    heard.push_back(eventId);
+    return vetoAnswer;
+}
+
+void ProgramTest::SetUp() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "kw-spine-XXXXXX").string();
+    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+    dir = pattern;
+    registry::Configure({(dir / "user.reg").string(), (dir / "system.reg").string()});
+    UseEngine([this](const EngineContext&) { return engine; });
+    // As the engine does, SaveUser stores the pair where LoadUserInfo reads it.
+    engine->OnCall("SaveUser", [this] {
+        const auto& args = engine->Calls().back().args;
+        StoreUser(args[0].ToString(), args[1].ToString());
+    });
+    app = std::make_unique<Application>(platform);
+}
+
+void ProgramTest::TearDown() {
+    app.reset();
+    EngineFactory::Unregister(kDefaultEngineName);
+    std::filesystem::remove_all(dir);
+}
+
+void ProgramTest::UseEngine(std::function<std::shared_ptr<Dravlink>(const EngineContext&)> make) {
+    EngineFactory::Register(kDefaultEngineName,
+                            [this, make](const EngineContext& context) {
+                                ++enginesMade;
+                                return make(context);
+                            });
+}
+
+void ProgramTest::StoreUser(const std::string& user, const std::string& password) {
+    SetUserString(settings::kUserName, user);
+    SetUserString(settings::kPassword, password);
+}
+
+void ProgramTest::SetUserString(const char* name, const std::string& value) {
+    registry::HKEY key = nullptr;
+    ASSERT_EQ(registry::RegCreateKeyExA(registry::HKEY_CURRENT_USER, settings::kUserKey, 0, nullptr,
+                                        0, registry::KEY_ALL_ACCESS, nullptr, &key, nullptr),
+              0);
+    registry::RegSetValueExA(key, name, 0, registry::REG_SZ,
+                             reinterpret_cast<const registry::BYTE*>(value.c_str()),
+                             static_cast<registry::DWORD>(value.size() + 1));
+    registry::RegCloseKey(key);
+}
+
+void ProgramTest::SetUserDword(const char* name, std::uint32_t value) {
+    registry::HKEY key = nullptr;
+    ASSERT_EQ(registry::RegCreateKeyExA(registry::HKEY_CURRENT_USER, settings::kUserKey, 0, nullptr,
+                                        0, registry::KEY_ALL_ACCESS, nullptr, &key, nullptr),
+              0);
+    registry::RegSetValueExA(key, name, 0, registry::REG_DWORD,
+                             reinterpret_cast<const registry::BYTE*>(&value), 4);
+    registry::RegCloseKey(key);
+}
+
+void ProgramTest::ScriptLists() {
+    engine->Default("GetPhoneList", Variant(true), {{0, NameList({"Corporate", "Lab"})}});
+    engine->Default("GetLocationList", Variant(true), {{0, NameList({"Home", "Hotel"})}});
+    engine->Default("GetCallingCardList", Variant(false));
+}
+
+bool ProgramTest::Start() {
+    try {
+        Main(*app);
+        return true;
+    } catch (const headless::ProcessEnded&) {
+        return false;
+    }
+}
+
+std::string ProgramTest::ReadFile(const std::filesystem::path& path) const {
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+int ProgramTest::CountBoxesWithText(const std::string& text) const {
+    int count = 0;
+    for (const auto& box : platform.Boxes()) {
+        count += box.text == text ? 1 : 0;
+    }
+    return count;
+}
+
+}  // namespace kw::dialer::testing

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "client/ui/dialer/core/application.h"
+#include "client/ui/dialer/core/main_win.h"
+#include "client/ui/dialer/engine/engine_factory.h"
+#include "platform/headless/headless_platform.h"
+#include "platform/registry/registry.h"
+#include "support/scripted_engine.h"
+
+namespace kw::dialer::testing {
+
+// A list of names as the engine delivers them.
+automation::Variant NameList(const std::vector<std::string>& names);
+
+// Records what a form's renderer would be told: which lights went on and off, in order, and
+// every status line shown.
+class DisplayRecorder : public forms::FormObserver {
+public:
+    void ControlChanged(forms::Control& control, forms::Property what) override;
+    void FormChanged(forms::Form&, forms::FormProperty) override {}
+    std::vector<std::string> lights;  // "+imgModemDetected", "-imgLogoOn", ...
+    std::vector<std::string> statusLines;
+};
+
+// Hears bus events, and vetoes what it is told to.
+class BusListener : public EventSubscriber {
+public:
+    void KestrelwayEventSub(std::int32_t& eventId, automation::Variant& data) override;
+    std::int32_t KestrelwayVetoableEventFunction(std::int32_t& eventId,
+                                                 automation::Variant& data) override;
+    std::vector<std::int32_t> heard;
+    std::int32_t vetoAnswer = 0;
+};
+
+// A fresh program on the headless platform, with its settings in a temporary folder and the
+// engine the test chooses.
+class ProgramTest : public ::testing::Test {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    // The engine the factory makes: the scripted double unless a test installs another.
+    void UseEngine(std::function<std::shared_ptr<Dravlink>(const EngineContext&)> make);
+    // A user whose pair the engine stored earlier.
+    void StoreUser(const std::string& user, const std::string& password);
+    void SetUserDword(const char* name, std::uint32_t value);
+    void SetUserString(const char* name, const std::string& value);
+    // The engine answers the lists as a small phone book does.
+    void ScriptLists();
+    // Runs Main; false when the process ended on the way.
+    bool Start();
+    MainWin& Win() { return app->Form<MainWin>(); }
+    std::string ReadFile(const std::filesystem::path& path) const;
+    int CountBoxesWithText(const std::string& text) const;
+
+    std::filesystem::path dir;
+    headless::HeadlessPlatform platform;
+    std::shared_ptr<test::ScriptedEngine> engine = std::make_shared<test::ScriptedEngine>();
+    int enginesMade = 0;
+    std::unique_ptr<Application> app;
+};
+
+}  // namespace kw::dialer::testing

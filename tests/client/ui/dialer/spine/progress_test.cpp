@@ -1,0 +1,217 @@
+// The six lights, the status line, the bus and the two logs as progress codes arrive.
+#include <gtest/gtest.h>
+
+#include "client/ui/dialer/core/settings.h"
+#include "client/ui/dialer/performance/perf_pulldown.h"
+#include "client/ui/dialer/side/display_pullout.h"
+#include "client/ui/dialer/side/rx_pullout.h"
+#include "program_fixture.h"
+
+namespace kw::dialer::testing {
+namespace {
+
+using automation::Variant;
+
+class ProgressTest : public ProgramTest {
+protected:
+    void SetUp() override {
+        ProgramTest::SetUp();
+        StoreUser("anna", "secret");
+        ScriptLists();
+    }
+    void StartIdle() {
+        ASSERT_TRUE(Start());
+        engine->RaiseGetGenericISPList("", Variant());
+        engine->ClearCalls();
+    }
+    void LogBothTo(const std::string& history, const std::string& rx) {
+        SetUserDword(settings::kConnectHistorySetting, 1);
+        SetUserDword(settings::kPrescriberLogSetting, 1);
+        SetUserString(settings::kConnectHistoryFileName, (dir / history).string());
+        SetUserString(settings::kPrescriberLogFileName, (dir / rx).string());
+    }
+    static std::vector<std::string> Lines(const std::string& text) {
+        std::vector<std::string> lines;
+        std::size_t start = 0;
+        for (std::size_t end; (end = text.find("\r\n", start)) != std::string::npos;
+             start = end + 2) {
+            lines.push_back(text.substr(start, end - start));
+        }
+        return lines;
+    }
+};
+
+TEST_F(ProgressTest, ACallLightsTheRowInTheOrderTheCodesComeAndCode1MeansConnected) {
+    StartIdle();
+    DisplayRecorder recorder;
+    Win().AddObserver(&recorder);
+    BusListener listener;
+    for (int id : {102, 103, 104, 105, 202, 201, 1}) {
+        app->EventManagerObject.registerForEvent(id, &listener);
+    }
+    Win().btnConnect.UserClick();
+    for (auto [code, text] : std::vector<std::pair<std::int16_t, std::string>>{
+             {102, "Modem found"}, {103, "Dialing 555-0100"}, {104, "Connecting to ISP"},
+             {105, "Logging on to ISP"}, {202, "Creating tunnel"}, {201, "Tunnel created"},
+             {1, "Connected"}}) {
+        engine->RaiseProgressUpdate(code, text);
+    }
+    EXPECT_EQ(recorder.lights,
+              (std::vector<std::string>{"+imgModemDetected", "+imgPhoneDialing",
+                                        "+imgConnectingISP", "+imgAuthorizingISP",
+                                        "+imgCreatingTunnel", "+imgAuthorizingTunnel",
+                                        "+imgLogoOn"}));
+    EXPECT_EQ(listener.heard, (std::vector<std::int32_t>{102, 103, 104, 105, 202, 201, 1}));
+    MainWin& win = Win();
+    EXPECT_TRUE(win.IsConnected);
+    EXPECT_FALSE(win.IsConnecting);
+    EXPECT_EQ(win.lblStatus.Caption(), "Connected");
+    EXPECT_EQ(win.imgPhoneDialing.ToolTipText(), "Dialing 555-0100");
+    EXPECT_EQ(win.imgAuthorizingTunnel.ToolTipText(), "Connected");
+    EXPECT_EQ(win.imgConnectLight.Picture(), win.imgConnectLightOn.Picture());
+    Win().RemoveObserver(&recorder);
+    for (int id : {102, 103, 104, 105, 202, 201, 1}) {
+        app->EventManagerObject.deregisterForEvent(id, &listener);
+    }
+}
+
+TEST_F(ProgressTest, Code1AloneLightsOnlyTheTunnelAuthorisationAndTheLogo) {
+    StartIdle();
+    engine->RaiseProgressUpdate(1, "Connected");
+    MainWin& win = Win();
+    EXPECT_TRUE(win.imgAuthorizingTunnel.Visible());
+    EXPECT_TRUE(win.imgLogoOn.Visible());
+    for (forms::Image* dark : {&win.imgModemDetected, &win.imgPhoneDialing,
+                               &win.imgConnectingISP, &win.imgAuthorizingISP,
+                               &win.imgCreatingTunnel}) {
+        EXPECT_FALSE(dark->Visible()) << dark->Name();
+    }
+    EXPECT_TRUE(win.IsConnected);
+}
+
+TEST_F(ProgressTest, InvalidCodesShowTheirNumberAndTheBusHearsNothing) {
+    StartIdle();
+    BusListener listener;
+    app->EventManagerObject.registerForEvent(0, &listener);
+    app->EventManagerObject.registerForEvent(200, &listener);
+    engine->RaiseProgressUpdate(0, "zero");
+    EXPECT_EQ(Win().lblStatus.Caption(), "Invalid Progress Update. [0]");
+    engine->RaiseProgressUpdate(200, "two hundred");
+    EXPECT_EQ(Win().lblStatus.Caption(), "Invalid Progress Update. [200]");
+    EXPECT_TRUE(listener.heard.empty());
+    app->EventManagerObject.deregisterForEvent(0, &listener);
+    app->EventManagerObject.deregisterForEvent(200, &listener);
+}
+
+TEST_F(ProgressTest, Code132DarkensTheModemLightsEndsTheMonitorAndKeepsTheTunnelLights) {
+    StartIdle();
+    Win().btnConnect.UserClick();
+    engine->RaiseProgressUpdate(101, "Monitoring");
+    EXPECT_TRUE(app->Form<PerfPulldown>().Monitoring());
+    EXPECT_EQ(app->Form<PerfPulldown>().Destination(), "Corporate");
+    engine->RaiseProgressUpdate(102, "Modem");
+    engine->RaiseProgressUpdate(202, "Tunnel");
+    engine->RaiseProgressUpdate(132, "ISP link down");
+    EXPECT_FALSE(Win().imgModemDetected.Visible());
+    EXPECT_EQ(Win().imgModemDetected.ToolTipText(), "ISP link down");
+    EXPECT_TRUE(Win().imgCreatingTunnel.Visible());
+    EXPECT_FALSE(app->Form<PerfPulldown>().Monitoring());
+}
+
+TEST_F(ProgressTest, Code32InIdleResetsHarmlesslyAndTheConnectLightStaysOn) {
+    StartIdle();
+    engine->RaiseProgressUpdate(105, "ISP auth");
+    engine->RaiseProgressUpdate(32, "Line down");
+    EXPECT_FALSE(Win().imgAuthorizingISP.Visible());
+    EXPECT_EQ(Win().imgAuthorizingISP.ToolTipText(), "");
+    EXPECT_TRUE(Win().btnConnect.Enabled());
+    EXPECT_EQ(Win().imgConnectLight.Picture(), Win().imgConnectLightOn.Picture());
+}
+
+TEST_F(ProgressTest, NewCredentialsWithTheSameUserUpdateThePairWithoutARelogin) {
+    StartIdle();
+    engine->RaiseProgressUpdate(207, "anna^renewed");
+    EXPECT_EQ(app->Password, "renewed");
+    EXPECT_EQ(app->UserName, "anna");
+    ASSERT_EQ(engine->CountOf("SaveUser"), 1);
+    EXPECT_EQ(engine->CallsTo("SaveUser")[0].args[1].ToString(), "renewed");
+    EXPECT_FALSE(app->Form<DisplayPullout>().LoginChanged);
+    EXPECT_EQ(app->Form<DisplayPullout>().txtPassword.Text(), "renewed");
+}
+
+TEST_F(ProgressTest, ANewUserIsTakenOnAfterTheLineIsDown) {
+    StartIdle();
+    Win().btnConnect.UserClick();
+    engine->RaiseProgressUpdate(1, "Connected");
+    engine->RaiseProgressUpdate(207, "carl^pw");
+    EXPECT_TRUE(app->Form<DisplayPullout>().LoginChanged);
+    platform.Advance(100);
+    EXPECT_EQ(engine->CountOf("Logoff"), 0) << "nothing happens while the call stands";
+    engine->RaiseProgressUpdate(32, "Line down");
+    platform.Advance(10);
+    EXPECT_EQ(engine->CountOf("Logoff"), 1);
+    const auto logons = engine->CallsTo("Logon");
+    ASSERT_EQ(logons.size(), 1u);
+    EXPECT_EQ(logons[0].args[0].ToString(), "carl");
+    EXPECT_FALSE(app->Form<DisplayPullout>().LoginChanged);
+    const int before = engine->CountOf("Logoff");
+    platform.Advance(100);
+    EXPECT_EQ(engine->CountOf("Logoff"), before) << "the timer stops after the relogin";
+}
+
+TEST_F(ProgressTest, TheTwoLogsHoldTheBannerAndTheLinesAndCode207NeverReachesAFile) {
+    LogBothTo("history.log", "rx.log");
+    StartIdle();
+    Win().btnConnect.UserClick();
+    engine->RaiseProgressUpdate(102, "Modem found");
+    engine->RaiseStatusUpdate("Checking the line");
+    engine->RaiseProgressUpdate(207, "anna^topsecret");
+    engine->RaiseProgressUpdate(1, "Connected");
+    engine->RaiseStatusUpdate("Tunnel healthy");
+    Win().btnConnect.UserClick();
+    engine->RaiseProgressUpdate(32, "Line down");
+
+    const auto history = Lines(ReadFile(dir / "history.log"));
+    ASSERT_EQ(history.size(), 4u);
+    EXPECT_EQ(history[0].size(), 19u + 70u) << "the date, then 70 asterisks";
+    EXPECT_EQ(history[0].substr(19), std::string(70, '*'));
+    EXPECT_EQ(history[1].substr(19), ": Modem found");
+    EXPECT_EQ(history[2].substr(19), ": Connected");
+    EXPECT_EQ(history[3].substr(19), ": Line down") << "32 is written before the file closes";
+    EXPECT_EQ(ReadFile(dir / "history.log").find("topsecret"), std::string::npos);
+
+    const auto rx = Lines(ReadFile(dir / "rx.log"));
+    ASSERT_EQ(rx.size(), 3u);
+    EXPECT_EQ(rx[1], "Checking the line");
+    EXPECT_EQ(rx[2], "Tunnel healthy");
+    EXPECT_EQ(Win().ConnectHistoryFile, 0);
+    EXPECT_EQ(Win().PrescriberLogFile, 0);
+    EXPECT_EQ(app->Form<RxPullout>().txtStatus.Text(), "Checking the line\r\nTunnel healthy\r\n");
+}
+
+TEST_F(ProgressTest, TwoCallsAppendASecondBanner) {
+    LogBothTo("history.log", "rx.log");
+    StartIdle();
+    for (int call = 0; call < 2; ++call) {
+        Win().btnConnect.UserClick();
+        engine->RaiseProgressUpdate(1, "Connected");
+        Win().btnConnect.UserClick();
+        engine->RaiseProgressUpdate(32, "Line down");
+    }
+    const auto history = Lines(ReadFile(dir / "history.log"));
+    ASSERT_EQ(history.size(), 6u);
+    EXPECT_EQ(history[3].substr(19), std::string(70, '*'));
+}
+
+TEST_F(ProgressTest, ALogThatCannotBeOpenedFailsUnguarded) {
+    SetUserDword(settings::kConnectHistorySetting, 1);
+    SetUserString(settings::kConnectHistoryFileName, (dir / "missing" / "history.log").string());
+    StartIdle();
+    platform.AnswerNextBox(forms::mb::kResultOk);
+    EXPECT_THROW(Win().btnConnect.UserClick(), headless::ProcessEnded);
+    EXPECT_EQ(platform.Boxes().back().text.rfind("Run-time error '76'", 0), 0u);
+    EXPECT_EQ(engine->CountOf("Connect"), 0);
+}
+
+}  // namespace
+}  // namespace kw::dialer::testing

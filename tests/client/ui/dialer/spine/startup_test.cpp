@@ -1,0 +1,170 @@
+// Start-up and shut-down as the user meets them: the logon loop, a second instance, a load that
+// fails, and a close whose Logoff keeps failing.
+#include <gtest/gtest.h>
+
+#include "client/ui/dialer/engine/frm_login.h"
+#include "program_fixture.h"
+
+namespace kw::dialer::testing {
+namespace {
+
+using automation::Failure;
+using automation::Variant;
+using headless::ProcessEnded;
+
+constexpr const char* kStillLoading =
+    "The Kestrelway is still in the process of loading. Please wait a few moments and try to exit "
+    "again";
+
+class StartupTest : public ProgramTest {};
+
+TEST_F(StartupTest, StoredUserLogsOnAndTheListsFillTheCombosAndTheFirstDialListIsAsked) {
+    StoreUser("anna", "secret");
+    ScriptLists();
+    ASSERT_TRUE(Start());
+    MainWin& win = Win();
+    EXPECT_EQ(engine->CallNames()[0], "Logon");
+    EXPECT_EQ(engine->CallsTo("Logon")[0].args[0].ToString(), "anna");
+    EXPECT_EQ(win.cmboTo.ListCount(), 2);
+    EXPECT_EQ(win.cmboTo.Text(), "Corporate");
+    EXPECT_EQ(win.cmboFrom.Text(), "Home") << "LastSelectedLocation is absent: index 0";
+    ASSERT_EQ(engine->CountOf("BuildDialList"), 1);
+    EXPECT_EQ(engine->CallsTo("BuildDialList")[0].args[0].ToString(), "Home");
+    EXPECT_EQ(engine->CallsTo("BuildDialList")[0].args[1].ToString(), "Corporate");
+    EXPECT_FALSE(win.IsLoading);
+    EXPECT_TRUE(win.IsGettingDialList) << "the list comes with an event";
+    EXPECT_EQ(win.lblStatus.Caption(), "Getting dial list please wait..");
+    EXPECT_FALSE(win.btnConnect.Enabled());
+
+    engine->RaiseGetGenericISPList("", Variant());
+    EXPECT_FALSE(win.IsGettingDialList);
+    EXPECT_TRUE(win.btnConnect.Enabled());
+    EXPECT_EQ(win.lblStatus.Caption(), "");
+    EXPECT_TRUE(win.btnFromPullout.Enabled());
+}
+
+TEST_F(StartupTest, RefusedStoredPasswordShowsTheLoginAgainEvenAfterCancel) {
+    StoreUser("anna", "stale");
+    ScriptLists();
+    engine->Then("Logon", Variant(false)).Then("Logon", Variant(false));
+    platform.AnswerNextModal("frmLogin", [this](forms::Form&) {
+        app->Form<frmLogin>().cmdCancel.UserClick();
+    });
+    platform.AnswerNextModal("frmLogin", [this](forms::Form&) {
+        frmLogin& login = app->Form<frmLogin>();
+        login.txtPassword.UserSetText("fresh");
+        login.cmdOK.UserClick();
+    });
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(platform.ModalsShown(), (std::vector<std::string>{"frmLogin", "frmLogin"}));
+    const auto logons = engine->CallsTo("Logon");
+    ASSERT_EQ(logons.size(), 3u);
+    EXPECT_EQ(logons[1].args[1].ToString(), "stale") << "Cancel leaves the pair as it was";
+    EXPECT_EQ(logons[2].args[1].ToString(), "fresh");
+    EXPECT_EQ(engine->CountOf("GetPhoneList"), 1);
+}
+
+TEST_F(StartupTest, NoStoredUserAndCancelEndsTheProcessBeforeAnyListIsRead) {
+    ScriptLists();
+    platform.SetLoggedOnUser("traveller");
+    std::string offered;
+    platform.AnswerNextModal("frmLogin", [&](forms::Form&) {
+        frmLogin& login = app->Form<frmLogin>();
+        offered = login.txtUserName.Text();
+        login.cmdCancel.UserClick();
+    });
+    EXPECT_FALSE(Start());
+    EXPECT_EQ(offered, "traveller") << "the desktop's user is offered";
+    EXPECT_EQ(engine->CountOf("Logon"), 0);
+    EXPECT_EQ(engine->CountOf("GetPhoneList"), 0);
+    EXPECT_EQ(engine->CountOf("GetLocationList"), 0);
+}
+
+TEST_F(StartupTest, NoStoredUserAndOkSavesThePairThroughTheEngineAndLogsOn) {
+    ScriptLists();
+    platform.AnswerNextModal("frmLogin", [&](forms::Form&) {
+        frmLogin& login = app->Form<frmLogin>();
+        login.txtUserName.UserSetText("bob");
+        login.txtPassword.UserSetText("pw");
+        login.cmdOK.UserClick();
+    });
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(engine->CountOf("SaveUser"), 2) << "by the dialog and by the loop";
+    ASSERT_EQ(engine->CountOf("Logon"), 1);
+    EXPECT_EQ(engine->CallsTo("Logon")[0].args[0].ToString(), "bob");
+}
+
+TEST_F(StartupTest, FailedLoadAnswersEveryCloseWithTheLoadingMessage) {
+    StoreUser("anna", "secret");
+    ScriptLists();
+    engine->ThenFail("GetPhoneList", Failure(1019, "no device"));
+    platform.AnswerBoxes([](const headless::BoxRecord&) { return forms::mb::kResultOk; });
+    ASSERT_TRUE(Start());
+    MainWin& win = Win();
+    EXPECT_TRUE(win.IsLoading);
+    EXPECT_EQ(platform.Boxes()[0].text,
+              "Unable to connect\r\nPlease check to see if you have either a modem or VPN device "
+              "install.\r\nPlease See release notes.");
+    platform.ClearBoxes();
+    win.btnCloseWin.UserClick();
+    EXPECT_FALSE(win.UserClose());
+    ASSERT_EQ(platform.Boxes().size(), 2u);
+    for (const auto& box : platform.Boxes()) {
+        EXPECT_EQ(box.text, kStillLoading);
+        EXPECT_EQ(box.caption, "Kestrelway");
+        EXPECT_EQ(box.flags, forms::mb::kOkOnly | forms::mb::kSetForeground);
+    }
+    EXPECT_TRUE(win.IsLoaded());
+    EXPECT_EQ(engine->CountOf("Logoff"), 0);
+}
+
+TEST_F(StartupTest, SecondInstanceRestoresTheFirstAndMakesNoEngine) {
+    platform.PreviousInstance() =
+        headless::ForeignWindow{"ThunderRT5Form", "Kestrelway", forms::show::kMinimized};
+    EXPECT_FALSE(Start());
+    EXPECT_EQ(platform.PreviousInstance()->showState, forms::show::kNormal);
+    EXPECT_TRUE(platform.PreviousInstance()->foreground);
+    EXPECT_EQ(enginesMade, 0);
+    EXPECT_FALSE(app->Forms().IsLoaded<MainWin>());
+}
+
+TEST_F(StartupTest, LogoffFailingTenTimesDelaysTheCloseByTenSecondsAndNoMore) {
+    StoreUser("anna", "secret");
+    ScriptLists();
+    engine->Default("Logoff", Variant(false));
+    ASSERT_TRUE(Start());
+    engine->RaiseGetGenericISPList("", Variant());
+    EXPECT_THROW(Win().btnCloseWin.UserClick(), ProcessEnded);
+    EXPECT_EQ(engine->CountOf("Logoff"), 10);
+    EXPECT_EQ(platform.SleptMs(), 10000);
+    EXPECT_EQ(platform.EndedWith(), 0);
+}
+
+TEST_F(StartupTest, CloseSavesTheLastLocationForTheNextStart) {
+    StoreUser("anna", "secret");
+    ScriptLists();
+    ASSERT_TRUE(Start());
+    engine->RaiseGetGenericISPList("", Variant());
+    Win().cmboFrom.UserSelect(1);
+    engine->RaiseGetGenericISPList("", Variant());
+    EXPECT_THROW(Win().btnCloseWin.UserClick(), ProcessEnded);
+    EXPECT_EQ(engine->CountOf("Logoff"), 1);
+
+    // The next start comes back to the hotel.
+    app = std::make_unique<Application>(platform);
+    engine->ClearCalls();
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(Win().cmboFrom.Text(), "Hotel");
+}
+
+TEST_F(StartupTest, LastLocationBeyondTheListSelectsNothing) {
+    StoreUser("anna", "secret");
+    ScriptLists();
+    SetUserDword("LastSelectedLocation", 7);
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(Win().cmboFrom.ListIndex(), -1);
+    EXPECT_EQ(engine->CountOf("BuildDialList"), 0);
+}
+
+}  // namespace
+}  // namespace kw::dialer::testing
