@@ -473,10 +473,15 @@ void FormWindow::Sync(forms::Control& control, Property what) {
         case Property::Visible:
             widget->setVisible(control.Visible());
             break;
-        case Property::Geometry:
-            widget->setGeometry(control.Left(), control.Top(), std::max(control.Width(), 0),
-                                std::max(control.Height(), 0));
+        case Property::Geometry: {
+            // Controls on the form itself sit in its client area, inside any emulated frame.
+            const bool onForm = control.Container() == nullptr;
+            const int dx = onForm ? control.Parent().FrameInsetX() : 0;
+            const int dy = onForm ? control.Parent().FrameInsetY() : 0;
+            widget->setGeometry(control.Left() + dx, control.Top() + dy,
+                                std::max(control.Width(), 0), std::max(control.Height(), 0));
             break;
+        }
         case Property::Font: {
             QFont font(ToQString(control.FontName()));
             font.setPointSizeF(control.FontSize() > 0 ? control.FontSize() : 8.25);
@@ -895,6 +900,13 @@ void FormWindow::SyncForm(FormProperty what) {
         case FormProperty::Geometry:
             setGeometry(form.Left(), form.Top(), std::max(form.Width(), 1),
                         std::max(form.Height(), 1));
+            // The frame inset may have changed with it.
+            for (forms::Control* control : form.Controls()) {
+                if (control->Container() == nullptr) {
+                    Sync(*control, Property::Geometry);
+                }
+            }
+            update();
             break;
         case FormProperty::Visible:
             if (form.Visible()) {
@@ -962,13 +974,17 @@ void FormWindow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.fillRect(rect(), form_ != nullptr ? ToQColor(form_->BackColor()) : QColor(Qt::white));
     if (!background_.isNull()) {
-        painter.drawPixmap(0, 0, background_);
+        painter.drawPixmap(form_->FrameInsetX(), form_->FrameInsetY(), background_);
     }
+}
+
+QPointF FormWindow::ClientPoint(const QPointF& p) const {
+    return p - QPointF(form_->FrameInsetX(), form_->FrameInsetY());
 }
 
 void FormWindow::mousePressEvent(QMouseEvent* event) {
     if (Live()) {
-        const QPointF p = event->position();
+        const QPointF p = ClientPoint(event->position());
         form_->UserMouseDown(ButtonsOf(event->button()), ShiftOf(event->modifiers()),
                              static_cast<float>(p.x()), static_cast<float>(p.y()));
     }
@@ -976,7 +992,7 @@ void FormWindow::mousePressEvent(QMouseEvent* event) {
 
 void FormWindow::mouseMoveEvent(QMouseEvent* event) {
     if (Live()) {
-        const QPointF p = event->position();
+        const QPointF p = ClientPoint(event->position());
         form_->UserMouseMove(ButtonsOf(event->buttons()), ShiftOf(event->modifiers()),
                              static_cast<float>(p.x()), static_cast<float>(p.y()));
     }
@@ -986,10 +1002,11 @@ void FormWindow::mouseReleaseEvent(QMouseEvent* event) {
     if (!Live()) {
         return;
     }
-    const QPointF p = event->position();
+    const QPointF p = ClientPoint(event->position());
     form_->UserMouseUp(ButtonsOf(event->button()), ShiftOf(event->modifiers()),
                        static_cast<float>(p.x()), static_cast<float>(p.y()));
-    if (Live() && event->button() == Qt::LeftButton && rect().contains(p.toPoint())) {
+    if (Live() && event->button() == Qt::LeftButton &&
+        rect().contains(event->position().toPoint())) {
         form_->UserClick();
     }
 }
@@ -1140,10 +1157,8 @@ bool FormWindow::HandleKey(forms::Control& control, QKeyEvent* event) {
     if (!ascii) {
         return false;  // the widget moves its caret, deletes, pastes: edits come back as text
     }
-    if (PressDefaultOrCancel(*ascii)) {
-        return true;
-    }
-    if (!Live()) {
+    if (form_->ButtonForKey(*ascii) != nullptr) {
+        control.UserKeyPress(*ascii);  // the model gives it to the default or cancel button
         return true;
     }
     const bool typesIntoModel =
@@ -1190,21 +1205,12 @@ void FormWindow::PullSelection(forms::Control& control) {
 }
 
 bool FormWindow::PressDefaultOrCancel(int keyAscii) {
-    if (keyAscii != forms::key::kReturn && keyAscii != forms::key::kEscape) {
+    forms::CommandButton* button = form_->ButtonForKey(keyAscii);
+    if (button == nullptr) {
         return false;
     }
-    for (forms::Control* c : form_->Controls()) {
-        if (c->Kind() != ControlKind::CommandButton) {
-            continue;
-        }
-        auto* button = static_cast<forms::CommandButton*>(c);
-        const bool match = keyAscii == forms::key::kReturn ? button->Default() : button->Cancel();
-        if (match && button->AcceptsInput()) {
-            button->UserClick();
-            return true;
-        }
-    }
-    return false;
+    button->UserClick();
+    return true;
 }
 
 }  // namespace kw::qt

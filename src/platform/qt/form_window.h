@@ -71,8 +71,10 @@ class FormWindow : public QWidget, public forms::FormObserver {
     void ApplyWindowState();
     // Pushes the widget's caret and selection into the model before a key goes there.
     void PullSelection(forms::Control& control);
-    // Return and Escape press the form's default and cancel buttons; true when one took it.
+    // Return and Escape on the form itself press its default and cancel buttons.
     bool PressDefaultOrCancel(int keyAscii);
+    // A point of the window in the form's client area (inside the emulated frame).
+    QPointF ClientPoint(const QPointF& p) const;
     bool HandleKey(forms::Control& control, QKeyEvent* event);
     bool HandleMouse(forms::Control& control, QWidget* widget, QMouseEvent* event);
     QPixmap LoadPicture(const std::string& picture) const;

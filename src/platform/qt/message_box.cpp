@@ -61,7 +61,7 @@ QMessageBox::Icon IconOf(int flags) {
 
 }  // namespace
 
-int RunMessageBox(const forms::MessageBoxRequest& request, const std::string& defaultCaption) {
+int MessageBoxes::Run(const forms::MessageBoxRequest& request, const std::string& defaultCaption) {
     QMessageBox box;
     box.setObjectName(QStringLiteral("MessageBox"));
     box.setTextFormat(Qt::PlainText);
@@ -102,8 +102,14 @@ int RunMessageBox(const forms::MessageBoxRequest& request, const std::string& de
             box.done(0);
         });
     }
+    Open open{FromQString(box.windowTitle()), &box, std::nullopt};
+    open_.push_back(&open);
     box.exec();
+    std::erase(open_, &open);
 
+    if (open.closedWith) {
+        return *open.closedWith;
+    }
     if (timedOut) {
         return mb::kResultTimeout;
     }
@@ -115,6 +121,18 @@ int RunMessageBox(const forms::MessageBoxRequest& request, const std::string& de
     }
     // Closed without a button (the box had no escape button): the last button of the set.
     return results.back().second;
+}
+
+bool MessageBoxes::Close(const std::string& caption, int result) {
+    for (auto it = open_.rbegin(); it != open_.rend(); ++it) {
+        Open& open = **it;
+        if (open.caption == caption && !open.closedWith) {
+            open.closedWith = result;
+            open.box->done(0);
+            return true;
+        }
+    }
+    return false;
 }
 
 }  // namespace kw::qt

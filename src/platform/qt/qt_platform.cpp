@@ -74,7 +74,11 @@ int QtPlatform::MessageBox(const forms::MessageBoxRequest& request) {
     struct Restore {
         ~Restore() { QApplication::restoreOverrideCursor(); }
     } restore;
-    return RunMessageBox(request, ApplicationTitle());
+    return boxes_.Run(request, ApplicationTitle());
+}
+
+bool QtPlatform::CloseMessageBox(const std::string& caption, int result) {
+    return boxes_.Close(caption, result);
 }
 
 forms::TimerId QtPlatform::SetTimer(int intervalMs, std::function<void()> tick) {

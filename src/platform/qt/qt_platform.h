@@ -14,6 +14,7 @@
 
 #include "platform/forms/form.h"
 #include "platform/forms/platform.h"
+#include "platform/qt/message_box.h"
 
 class QEventLoop;
 class QTimer;
@@ -46,6 +47,7 @@ class QtPlatform : public forms::Platform {
 
     // ---- forms::Platform ----
     int MessageBox(const forms::MessageBoxRequest& request) override;
+    bool CloseMessageBox(const std::string& caption, int result) override;
     forms::TimerId SetTimer(int intervalMs, std::function<void()> tick) override;
     void KillTimer(forms::TimerId id) override;
     void DoEvents() override;
@@ -85,6 +87,7 @@ class QtPlatform : public forms::Platform {
     void RaiseOwnWindows();
 
     QString assetsDir_;
+    MessageBoxes boxes_;
     std::unique_ptr<InstanceChannel> channel_;
     std::map<const forms::Form*, FormWindow*> windows_;
     std::map<forms::TimerId, std::shared_ptr<TimerEntry>> timers_;

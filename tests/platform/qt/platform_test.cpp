@@ -158,6 +158,23 @@ TEST_F(QtPlatformTest, ATimedBoxClosesItselfAndTimersRunMeanwhile) {
     platform.KillTimer(id);
 }
 
+TEST_F(QtPlatformTest, AnOpenBoxIsClosedByItsCaption) {
+    bool otherClosed = true;
+    QTimer::singleShot(0, [this, &otherClosed] {
+        otherClosed = platform.CloseMessageBox("Ostvarra Prescriber", mb::kResultOk);
+        platform.CloseMessageBox("Message of the Day", mb::kResultOk);
+    });
+    forms::MessageBoxRequest request;
+    request.text = "Welcome";
+    request.caption = "Message of the Day";
+    request.flags = mb::kOkCancel;
+    request.timeoutMs = 5000;
+    EXPECT_EQ(platform.MessageBox(request), mb::kResultOk);
+    EXPECT_FALSE(otherClosed);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    EXPECT_FALSE(platform.CloseMessageBox("Message of the Day", mb::kResultOk));  // gone
+}
+
 TEST_F(QtPlatformTest, TimersRepeatStopAndDoNotReenterThemselves) {
     std::vector<int> order;
     forms::TimerId fast = 0;

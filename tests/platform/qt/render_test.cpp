@@ -37,6 +37,7 @@ class RenderTest : public ::testing::Test {
         window = platform_.WindowOf(form);
         ASSERT_NE(window, nullptr);
         ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+        form.formEvents.clear();
     }
 
     template <class W>
@@ -251,6 +252,20 @@ TEST_F(RenderTest, MouseOnTheBackgroundGoesToTheForm) {
     QApplication::sendEvent(window, &move);
     QTest::mouseRelease(window, Qt::LeftButton, {}, QPoint(260, 104));
     EXPECT_THAT(form.formEvents, ElementsAre("down:1@250,100", "move:1@260,104", "up:1"));
+}
+
+TEST_F(RenderTest, AFrameInsetMovesTheClientAreaButNotTheShape) {
+    form.SetFrameInset(3, 21);
+    EXPECT_EQ(Find<QPushButton>("btnConnect")->geometry(), QRect(11, 51, 80, 24));
+    EXPECT_EQ(Find<QRadioButton>("rbTone")->geometry(), QRect(6, 16, 60, 18));  // in its frame
+    form.btnConnect.Move(0, 0);
+    EXPECT_EQ(Find<QPushButton>("btnConnect")->pos(), QPoint(3, 21));
+    form.SetRegion(std::vector<forms::RegionRect>{{0, 0, 50, 50}});
+    EXPECT_TRUE(window->mask().xored(QRegion(0, 0, 50, 50)).isEmpty());
+
+    QTest::mousePress(window, Qt::LeftButton, {}, QPoint(253, 121));
+    QTest::mouseRelease(window, Qt::LeftButton, {}, QPoint(253, 121));
+    EXPECT_THAT(form.formEvents, ElementsAre("down:1@250,100", "up:1"));
 }
 
 TEST_F(RenderTest, ClosingTheWindowAsksTheForm) {
