@@ -15,7 +15,7 @@ constexpr std::int64_t kLongestWaitMs = 24LL * 60 * 60 * 1000;
 HeadlessPlatform::HeadlessPlatform() {
     metrics_[forms::metric::kCxScreen] = 1280;
     metrics_[forms::metric::kCyScreen] = 1024;
-    metrics_[forms::metric::kCyCaption] = 18;
+    metrics_[forms::metric::kCyCaption] = 19;
     metrics_[forms::metric::kCxBorder] = 1;
     metrics_[forms::metric::kCyBorder] = 1;
     metrics_[forms::metric::kCxDlgFrame] = 3;

@@ -496,7 +496,7 @@ void FormWindow::Sync(forms::Control& control, Property what) {
             break;
         case Property::Picture:
             if (control.Kind() == ControlKind::Image) {
-                static_cast<QLabel*>(widget)->setPixmap(LoadPicture(control.Picture()));
+                static_cast<QLabel*>(widget)->setPixmap(LoadImagePicture(control.Picture()));
             }
             break;
         case Property::Colors:
@@ -604,6 +604,9 @@ void FormWindow::SyncText(forms::Control& control) {
             if (combo->isEditable()) {
                 if (combo->currentText() != text) {
                     combo->setEditText(text);
+                    if (!combo->hasFocus()) {
+                        combo->lineEdit()->setCursorPosition(0);  // show the start of a long name
+                    }
                 }
             } else {
                 // A dropdown list shows a text of its own only while nothing is chosen.
@@ -877,6 +880,19 @@ QPixmap FormWindow::LoadPicture(const std::string& picture) const {
         pixmap.load(path);
         QPixmapCache::insert(path, pixmap);
     }
+    return pixmap;
+}
+
+QPixmap FormWindow::LoadImagePicture(const std::string& picture) const {
+    QPixmap pixmap = LoadPicture(picture);
+    if (pixmap.isNull() || form_ == nullptr) {
+        return pixmap;
+    }
+    // An image's picture is cut out like its form's: the form's key colour is see-through.
+    const long key = form_->ForeColor();
+    const QColor keyColour(static_cast<int>(key & 0xFF), static_cast<int>((key >> 8) & 0xFF),
+                           static_cast<int>((key >> 16) & 0xFF));
+    pixmap.setMask(pixmap.createMaskFromColor(keyColour, Qt::MaskInColor));
     return pixmap;
 }
 

@@ -78,6 +78,8 @@ class FormWindow : public QWidget, public forms::FormObserver {
     bool HandleKey(forms::Control& control, QKeyEvent* event);
     bool HandleMouse(forms::Control& control, QWidget* widget, QMouseEvent* event);
     QPixmap LoadPicture(const std::string& picture) const;
+    // The picture of an image control, with the form's key colour see-through.
+    QPixmap LoadImagePicture(const std::string& picture) const;
     bool Live() const { return form_ != nullptr; }
 
     forms::Form* form_;

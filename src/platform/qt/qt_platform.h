@@ -38,7 +38,7 @@ class QtPlatform : public forms::Platform {
 
     // The emulated outer frame of a window (system metrics 7 and 4).
     static constexpr int kDialogFrame = 3;
-    static constexpr int kCaptionHeight = 18;
+    static constexpr int kCaptionHeight = 19;  // with the frame, the 22 the artwork expects
 
     // The window drawing a loaded form; nullptr when the form is not loaded.
     FormWindow* WindowOf(const forms::Form& form) const;

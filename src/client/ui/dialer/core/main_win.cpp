@@ -77,7 +77,11 @@ void MainWin::Form_Load() {
     app_.frameWidth = platform.SystemMetric(forms::metric::kCxDlgFrame);
     app_.frameHeight = platform.SystemMetric(forms::metric::kCyCaption) + app_.frameWidth;
     SetFrameInset(app_.frameWidth, app_.frameHeight);
-    Move(Left(), Top(), Width() + 2 * app_.frameWidth, Height() + app_.frameHeight + app_.frameWidth);
+    // The window opens in the middle of the screen, a little above centre.
+    const int width = Width() + 2 * app_.frameWidth;
+    const int height = Height() + app_.frameHeight + app_.frameWidth;
+    Move((platform.SystemMetric(forms::metric::kCxScreen) - width) / 2,
+         (platform.SystemMetric(forms::metric::kCyScreen) - height) / 3, width, height);
     ScaleForm(*this, platform);
     IsLoading = true;
     cmboFrom.SetText("<Loading...>");

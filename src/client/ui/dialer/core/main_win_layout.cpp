@@ -56,8 +56,12 @@ void MainWin::PlaceControls() {
     for (forms::Label* text : {&lblFrom, &lblTo, &Label4, &lblConnect, &lblStatus}) {
         text->SetForeColor(0xE0E0E0);
     }
+    for (forms::ComboBox* combo : {&cmboFrom, &cmboTo}) {
+        combo->SetBackColor(0x29221D);  // the dark well of the skin, red lowest
+        combo->SetForeColor(0xEBE8E6);
+    }
     lblConnect.SetFontBold(true);
-    lblConnect.SetFontSize(9);
+    lblConnect.SetFontSize(8.25);
     lblStatus.SetForeColor(0x2AA8F0);  // amber, in the red-lowest layout
 
     imgModemDetected.SetPicture(pic::kModemDetected);

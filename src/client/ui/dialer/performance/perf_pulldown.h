@@ -29,7 +29,11 @@ public:
     const std::string& Destination() const { return destination_; }
     int Samples() const { return samples_; }
 
+protected:
+    void Form_Load() override;
+
 private:
+    Application& app_;
     bool monitoring_ = false;
     std::string destination_;
     int samples_ = 0;

@@ -1,0 +1,199 @@
+// A demonstration without a person at the keyboard: the real windows under an X server, one call
+// walked through the engine simulator by pressing the real controls, and a screenshot of the
+// screen at each stage.
+//
+//   kestrelway-demo OUTDIR [DESTINATION]
+#include <QAbstractButton>
+#include <QPushButton>
+#include <QApplication>
+#include <QDir>
+#include <QMessageBox>
+#include <QPixmap>
+#include <QScreen>
+#include <QTest>
+#include <QTimer>
+#include <cstdio>
+#include <functional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "client/ui/dialer/core/application.h"
+#include "client/ui/dialer/core/main_win.h"
+#include "client/ui/dialer/engine/frm_isp_login.h"
+#include "client/ui/dialer/engine/frm_login.h"
+#include "dravlink/simulator.h"
+#include "platform/qt/form_window.h"
+#include "platform/qt/look.h"
+#include "platform/qt/qt_platform.h"
+
+namespace {
+
+using kw::dialer::MainWin;
+
+class Demo {
+public:
+    Demo(kw::qt::QtPlatform& platform, kw::dialer::Application& app, QString outDir,
+         std::string destination)
+        : platform_(platform), app_(app), outDir_(std::move(outDir)),
+          destination_(std::move(destination)) {}
+
+    // Answers the dialogs and boxes that come up, whenever they come.
+    void WatchDialogs() {
+        auto* timer = new QTimer(qApp);
+        QObject::connect(timer, &QTimer::timeout, [this] { AnswerWhatIsUp(); });
+        timer->start(150);
+    }
+
+    void Run() {
+        Wait([this] { return app_.Forms().IsLoaded<MainWin>() && !Win().IsLoading &&
+                             !Win().IsGettingDialList; },
+             [this] { ChooseDestination(); });
+    }
+
+private:
+    MainWin& Win() { return app_.Form<MainWin>(); }
+
+    QWidget* WidgetNamed(kw::forms::Form& form, const char* name) {
+        kw::qt::FormWindow* window = platform_.WindowOf(form);
+        return window != nullptr ? window->findChild<QWidget*>(name) : nullptr;
+    }
+
+    void Click(kw::forms::Form& form, const char* name) {
+        if (QWidget* w = WidgetNamed(form, name)) {
+            QTest::mouseClick(w, Qt::LeftButton, {}, w->rect().center());
+        }
+    }
+
+    void Shot(const QString& name) {
+        QApplication::processEvents();
+        QPixmap screen = QGuiApplication::primaryScreen()->grabWindow(0);
+        const QString path = outDir_ + "/" + QString("%1-").arg(++shots_, 2, 10, QChar('0')) +
+                             name + ".png";
+        screen.save(path);
+        std::printf("  %s\n", qPrintable(path));
+        std::fflush(stdout);
+    }
+
+    // Runs next once ready() holds, checking every 100 ms, for a minute at most.
+    void Wait(std::function<bool()> ready, std::function<void()> next, int triesLeft = 600) {
+        if (ready()) {
+            QTimer::singleShot(400, qApp, next);
+            return;
+        }
+        if (triesLeft == 0) {
+            std::printf("  the demonstration stopped waiting\n");
+            Finish();
+            return;
+        }
+        QTimer::singleShot(100, qApp, [=, this] { Wait(ready, next, triesLeft - 1); });
+    }
+
+    void ChooseDestination() {
+        MainWin& win = Win();
+        for (int i = 0; i < win.cmboTo.ListCount(); ++i) {
+            if (win.cmboTo.List(i) == destination_) {
+                win.cmboTo.UserSelect(i);
+            }
+        }
+        Shot("at-rest");
+        Click(win, "btnConnect");
+        Wait([this] { return Win().imgPhoneDialing.Visible(); }, [this] {
+            Shot("dialing");
+            Wait([this] { return Win().imgAuthorizingISP.Visible(); }, [this] {
+                Shot("isp-login");
+                Wait([this] { return Win().IsConnected; }, [this] { Connected(); });
+            });
+        });
+    }
+
+    void Connected() {
+        Shot("connected");
+        Click(Win(), "btnRxPullout");
+        Wait([] { return true; }, [this] {
+            Shot("prescriber-open");
+            Click(Win(), "btnRxPullout");
+            QTimer::singleShot(1500, qApp, [this] {
+                Click(Win(), "btnConnect");
+                Wait([this] { return !Win().IsConnected && !Win().IsConnecting; }, [this] {
+                    Shot("disconnected");
+                    Finish();
+                });
+            });
+        });
+    }
+
+    void AnswerWhatIsUp() {
+        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+            AnswerBox(*box);
+            return;
+        }
+        kw::forms::FormSet& forms = app_.Forms();
+        if (auto* login = forms.Peek<kw::dialer::frmLogin>(); login && login->IsModal()) {
+            login->txtPassword.UserSetText("demo");
+            Click(*login, "cmdOK");
+            return;
+        }
+        if (auto* isp = forms.Peek<kw::dialer::frmISPLogin>(); isp && isp->IsModal()) {
+            if (answered_.insert("isp").second) {
+                Shot("isp-password-asked");
+            }
+            isp->txtUserName.UserSetText("traveller@bluewave");
+            isp->txtPassword.UserSetText("demo");
+            Click(*isp, "cmdOK");
+        }
+    }
+
+    void AnswerBox(QMessageBox& box) {
+        const std::string key = box.text().toStdString();
+        if (answered_.insert(key).second) {
+            Shot("box");
+        }
+        // Later, not Now, for the call-home offer; otherwise the default button.
+        for (QAbstractButton* button : box.buttons()) {
+            if (button->text() == "&Later" || button->text() == "Later") {
+                button->click();
+                return;
+            }
+        }
+        if (QAbstractButton* button = box.defaultButton()) {
+            button->click();
+        } else if (!box.buttons().isEmpty()) {
+            box.buttons().first()->click();
+        }
+    }
+
+    void Finish() {
+        std::printf("Screenshots of the demonstration are in %s\n", qPrintable(outDir_));
+        std::fflush(stdout);
+        Click(Win(), "btnCloseWin");
+    }
+
+    kw::qt::QtPlatform& platform_;
+    kw::dialer::Application& app_;
+    QString outDir_;
+    std::string destination_;
+    int shots_ = 0;
+    std::set<std::string> answered_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QApplication qtApp(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    const QString outDir = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral("demo");
+    const std::string destination = argc > 2 ? argv[2] : "Engineering Lab";
+    QDir().mkpath(outDir);
+    kw::qt::UseDarkLook();
+    dravlink::RegisterSimulator();
+    const std::string assets = kw::dialer::Application::DefaultAssetsDir();
+    kw::qt::QtPlatform platform(assets, "kestrelway-demo");
+    kw::dialer::Application app(platform, assets);
+    Demo demo(platform, app, outDir, destination);
+    demo.WatchDialogs();
+    std::printf("Kestrelway demonstration: a call to %s\n", destination.c_str());
+    platform.Dispatch([&app] { kw::dialer::Main(app); });
+    demo.Run();
+    return QApplication::exec();
+}
