@@ -1,0 +1,180 @@
+// The real program under an X server: the main window takes the shape of its artwork (what is
+// outside the shape shows the desktop), and the lights come on during a simulated call.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QGuiApplication>
+#include <QImage>
+#include <QPixmap>
+#include <QScreen>
+#include <QThread>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <spawn.h>
+#include <string>
+#include <sys/wait.h>
+#include <vector>
+
+#include "client/ui/dialer/core/settings.h"
+#include "client/ui/dialer/shell/artwork_layout.h"
+#include "client/ui/dialer/shell/bitmap_file.h"
+#include "platform/registry/registry.h"
+
+extern char** environ;
+
+namespace {
+
+namespace fs = std::filesystem;
+namespace at = kw::dialer::layout::mainwin;
+
+// The desktop of the bare X server is black.
+bool IsDesktop(QRgb pixel) { return qRed(pixel) < 8 && qGreen(pixel) < 8 && qBlue(pixel) < 8; }
+int Brightness(QRgb pixel) { return qRed(pixel) + qGreen(pixel) + qBlue(pixel); }
+
+class RealWindowTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        std::string pattern = (fs::temp_directory_path() / "kw-xvfb-XXXXXX").string();
+        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+        home_ = pattern;
+        setenv("XDG_CONFIG_HOME", (home_ / "config").c_str(), 1);
+        setenv("XDG_DATA_HOME", (home_ / "data").c_str(), 1);
+        setenv("KESTRELWAY_ASSETS", KW_SOURCE_DIR "/assets", 1);
+        kw::registry::Configure(kw::registry::DefaultConfig());
+    }
+    void TearDown() override {
+        if (child_ > 0) {
+            kill(child_, SIGKILL);
+            waitpid(child_, nullptr, 0);
+        }
+        fs::remove_all(home_);
+    }
+
+    void Store(kw::registry::HKEY root, const char* key, const char* name, const std::string& v) {
+        kw::registry::HKEY k = nullptr;
+        ASSERT_EQ(kw::registry::RegCreateKeyExA(root, key, 0, nullptr, 0,
+                                                kw::registry::KEY_ALL_ACCESS, nullptr, &k, nullptr),
+                  0);
+        kw::registry::RegSetValueExA(k, name, 0, kw::registry::REG_SZ,
+                                     reinterpret_cast<const kw::registry::BYTE*>(v.c_str()),
+                                     static_cast<kw::registry::DWORD>(v.size() + 1));
+        kw::registry::RegCloseKey(k);
+    }
+
+    pid_t Spawn(const std::vector<std::string>& args) {
+        std::vector<char*> argv;
+        for (const std::string& a : args) {
+            argv.push_back(const_cast<char*>(a.c_str()));
+        }
+        argv.push_back(nullptr);
+        pid_t pid = 0;
+        EXPECT_EQ(posix_spawn(&pid, argv[0], nullptr, nullptr, argv.data(), environ), 0);
+        return pid;
+    }
+
+    static QImage Screen() {
+        return QGuiApplication::primaryScreen()->grabWindow(0).toImage();
+    }
+
+    fs::path home_;
+    pid_t child_ = 0;
+};
+
+TEST_F(RealWindowTest, TheMainWindowHasTheShapeOfItsArtwork) {
+    fs::create_directories(home_ / "data" / "install");
+    Store(kw::registry::HKEY_LOCAL_MACHINE, kw::dialer::settings::kMachineKey,
+          kw::dialer::settings::kInstallDir, (home_ / "data" / "install").string());
+    Store(kw::registry::HKEY_CURRENT_USER, kw::dialer::settings::kUserKey,
+          kw::dialer::settings::kUserName, "tester");
+    child_ = Spawn({KW_KESTRELWAY});
+
+    // Where the window stands: in the middle of the screen, a little above centre, with the
+    // client area inside the cut-away frame.
+    const QSize screen = QGuiApplication::primaryScreen()->size();
+    const int frame = kw::dialer::layout::kFrameWidth;
+    const int caption = kw::dialer::layout::kFrameHeight;
+    const int width = at::kWidth + 2 * frame;
+    const int height = at::kHeight + caption + frame;
+    const int clientX = (screen.width() - width) / 2 + frame;
+    const int clientY = (screen.height() - height) / 3 + caption;
+
+    const kw::dialer::BitmapBits art = kw::dialer::ReadBitmapFile(KW_SOURCE_DIR "/assets/" +
+                                                                  std::string(at::kPicture));
+    const QPoint inside(clientX + at::cmboFrom.x - 2, clientY + at::cmboFrom.y + 4);
+    QImage shot;
+    for (int tries = 0; tries < 100; ++tries) {
+        QThread::msleep(200);
+        shot = Screen();
+        if (!IsDesktop(shot.pixel(inside))) {
+            break;
+        }
+    }
+    ASSERT_FALSE(IsDesktop(shot.pixel(inside))) << "the main window never appeared";
+    QThread::msleep(1000);  // the first dial list, and the window settles
+    shot = Screen();
+    shot.save(QString::fromStdString((home_ / "window.png").string()));
+
+    // The corners of the artwork are the key colour: the desktop shows through them.
+    int keyPixels = 0;
+    int drawnPixels = 0;
+    for (int y = 0; y < 10; ++y) {
+        for (int x = 0; x < 10; ++x) {
+            const QRgb seen = shot.pixel(clientX + x, clientY + y);
+            if (art.At(x, y) == 0) {  // index 0 is the pure green of the palette
+                EXPECT_TRUE(IsDesktop(seen)) << "key pixel " << x << "," << y << " was drawn";
+                ++keyPixels;
+            } else {
+                ++drawnPixels;
+            }
+        }
+    }
+    EXPECT_GT(keyPixels, 5) << "the artwork has a rounded corner";
+    EXPECT_GT(drawnPixels, 5);
+    // The emulated caption and frame above the client area are cut away too.
+    EXPECT_TRUE(IsDesktop(shot.pixel(clientX + at::kWidth / 2, clientY - caption / 2)));
+    // And nothing of pure green reaches the screen anywhere in the window.
+    for (int y = 0; y < at::kHeight; y += 3) {
+        for (int x = 0; x < at::kWidth; x += 3) {
+            const QRgb seen = shot.pixel(clientX + x, clientY + y);
+            ASSERT_FALSE(qRed(seen) == 0 && qGreen(seen) == 255 && qBlue(seen) == 0)
+                << "key colour visible at " << x << "," << y;
+        }
+    }
+}
+
+TEST_F(RealWindowTest, TheLightsComeOnDuringASimulatedCall) {
+    const fs::path shots = home_ / "shots";
+    const pid_t demo = Spawn({KW_DEMO, shots.string(), "Engineering Lab"});
+    int status = 0;
+    ASSERT_EQ(waitpid(demo, &status, 0), demo);
+    QDir dir(QString::fromStdString(shots.string()));
+    const QStringList atRest = dir.entryList({"*-at-rest.png"});
+    const QStringList connected = dir.entryList({"*-connected.png"});
+    ASSERT_EQ(atRest.size(), 1) << "the demonstration took no picture at rest";
+    ASSERT_EQ(connected.size(), 1) << "the call never connected";
+    const QImage before(dir.filePath(atRest[0]));
+    const QImage after(dir.filePath(connected[0]));
+
+    const QSize screen = before.size();
+    const int frame = kw::dialer::layout::kFrameWidth;
+    const int caption = kw::dialer::layout::kFrameHeight;
+    const int clientX = (screen.width() - (at::kWidth + 2 * frame)) / 2 + frame;
+    const int clientY = (screen.height() - (at::kHeight + caption + frame)) / 3 + caption;
+    for (const auto& light : {at::imgModemDetected, at::imgPhoneDialing, at::imgConnectingISP,
+                              at::imgAuthorizingISP, at::imgCreatingTunnel,
+                              at::imgAuthorizingTunnel}) {
+        const QPoint centre(clientX + light.x + light.w / 2, clientY + light.y + light.h / 2);
+        EXPECT_GT(Brightness(after.pixel(centre)), Brightness(before.pixel(centre)) + 120)
+            << "light at " << light.x << "," << light.y << " is not lit";
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QApplication app(argc, argv);
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
