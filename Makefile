@@ -30,10 +30,13 @@ asan: deps
 
 build: deps
 	cmake --preset release
-	cmake --build --preset release -j $(JOBS)
+	cmake --build --preset release -j $(JOBS) --target kestrelway kestrelway-demo kestrelway-install
 
-bench: build
+bench: deps
+	cmake --preset release
+	cmake --build --preset release -j $(JOBS)
 	@for b in build/release/bench/bench_*; do echo "== $$b"; $$b; done
+	scripts/startup-bench.sh build/release
 
 run: build
 	@scripts/run.sh build/release

@@ -1,5 +1,7 @@
 // Kestrelway: the program on the Qt platform, with the engine simulator as its default engine.
 #include <QApplication>
+#include <cstdio>
+#include <cstdlib>
 #include <QTimer>
 
 #include "client/ui/dialer/core/application.h"
@@ -26,5 +28,19 @@ int main(int argc, char** argv) {
         }
     });
     watch.start(200);
+    // For the start-up measurement: say when the window is idle with its dial list, and end.
+    QTimer probe;
+    if (std::getenv("KESTRELWAY_EXIT_WHEN_READY") != nullptr) {
+        QObject::connect(&probe, &QTimer::timeout, [&app] {
+            const auto* win = app.Forms().Peek<kw::dialer::MainWin>();
+            if (win != nullptr && !win->IsLoading && !win->IsGettingDialList &&
+                win->cmboFrom.ListCount() > 0) {
+                std::printf("ready\n");
+                std::fflush(stdout);
+                std::_Exit(0);
+            }
+        });
+        probe.start(5);
+    }
     return QApplication::exec();
 }
