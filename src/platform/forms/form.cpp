@@ -34,6 +34,11 @@ void Form::Show(int mode) {
     if (!visible_) {
         visible_ = true;
         Notify(FormProperty::Visible);
+        if (!shownSinceLoad_) {
+            // The first display counts as the form getting its size, as the toolkit had it.
+            shownSinceLoad_ = true;
+            Form_Resize();
+        }
         Form_Activate();
     }
     if (mode == kModal) {
@@ -72,6 +77,7 @@ bool Form::Unload(int reason) {
     }
     Hide();
     loaded_ = false;
+    shownSinceLoad_ = false;
     SyncTimers();
     activeControl_ = nullptr;
     platform_.DetachForm(*this);

@@ -165,6 +165,7 @@ private:
     std::string name_;
     bool loaded_ = false;
     bool visible_ = false;
+    bool shownSinceLoad_ = false;
     bool enabled_ = true;
     int modalDepth_ = 0;
     std::string caption_;

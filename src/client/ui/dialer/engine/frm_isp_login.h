@@ -1,5 +1,6 @@
 #pragma once
 
+#include "client/ui/dialer/shell/caption_drag.h"
 #include "platform/forms/controls.h"
 #include "platform/forms/form.h"
 
@@ -7,7 +8,7 @@ namespace kw::dialer {
 
 class Application;
 
-// Asks for the login of one ISP.
+// Asks for the login of one ISP, centred on the main window.
 class frmISPLogin : public forms::Form {
 public:
     explicit frmISPLogin(Application& app);
@@ -22,11 +23,19 @@ public:
 
     bool LoginAccepted = false;
 
+    void cmdOK_Click();
+    void cmdCancel_Click();
+
 protected:
     void Form_Load() override;
+    void Form_Activate() override;
+    void Form_Resize() override;
+    void Form_MouseDown(int button, int shift, float x, float y) override;
+    void Form_MouseMove(int button, int shift, float x, float y) override;
 
 private:
     Application& app_;
+    CaptionDrag drag_;
 };
 
 }  // namespace kw::dialer

@@ -2,6 +2,7 @@
 
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/core/user_info.h"
+#include "client/ui/dialer/engine/login_focus.h"
 
 namespace kw::dialer {
 
@@ -27,13 +28,9 @@ void frmLogin::Form_Load() {
     Shape();
     cmdOK.Click = [this] { cmdOK_Click(); };
     cmdCancel.Click = [this] { cmdCancel_Click(); };
-    txtUserName.GotFocus = [this] { SelectAll(txtUserName); };
-    txtPassword.GotFocus = [this] { SelectAll(txtPassword); };
+    SelectTextOnFocus(txtUserName, txtPassword);
     // The labels drag the window as its surface does.
-    for (forms::Label* label : {&Label1, &lblLabels0, &lblLabels1}) {
-        label->MouseDown = [this](int b, int s, float x, float y) { Form_MouseDown(b, s, x, y); };
-        label->MouseMove = [this](int b, int s, float x, float y) { Form_MouseMove(b, s, x, y); };
-    }
+    drag_.Attach(*this, {&Label1, &lblLabels0, &lblLabels1});
 }
 
 void frmLogin::Shape() {
@@ -41,27 +38,16 @@ void frmLogin::Shape() {
 }
 
 void frmLogin::Form_Activate() {
-    if (!Visible()) {
-        return;
+    if (Visible()) {
+        FocusLoginFields(txtUserName, txtPassword);
     }
-    forms::TextBox& target = txtUserName.Text().empty() ? txtUserName : txtPassword;
-    if (target.HasFocus()) {
-        SelectAll(target);  // entered again: all of its text selected as before
-    } else {
-        target.SetFocus();
-    }
-}
-
-void frmLogin::SelectAll(forms::TextBox& box) {
-    box.SetSelStart(0);
-    box.SetSelLength(static_cast<int>(box.Text().size()));
 }
 
 void frmLogin::cmdOK_Click() {
     if (txtUserName.Text().empty()) {
         GetPlatform().MsgBox("Invalid User Name, try again!", forms::mb::kSetForeground, "Login");
         txtUserName.SetFocus();
-        SelectAll(txtUserName);
+        SelectAllText(txtUserName);
         return;
     }
     LoginAccepted = true;
@@ -76,28 +62,8 @@ void frmLogin::cmdCancel_Click() {
     Hide();
 }
 
-void frmLogin::Form_MouseDown(int button, int shift, float x, float y) {
-    (void)shift;
-    (void)x;
-    (void)y;
-    if (button != forms::mouse::kLeft) {
-        return;
-    }
-    // The window follows the mouse as if its caption had been pressed.
-    dragFrom_ = GetPlatform().CursorPos();
-    dragLeft_ = Left();
-    dragTop_ = Top();
-}
+void frmLogin::Form_MouseDown(int button, int, float, float) { drag_.Press(*this, button); }
 
-void frmLogin::Form_MouseMove(int button, int shift, float x, float y) {
-    (void)shift;
-    (void)x;
-    (void)y;
-    if (button != forms::mouse::kLeft) {
-        return;
-    }
-    const forms::Point now = GetPlatform().CursorPos();
-    Move(dragLeft_ + now.x - dragFrom_.x, dragTop_ + now.y - dragFrom_.y);
-}
+void frmLogin::Form_MouseMove(int button, int, float, float) { drag_.Follow(*this, button); }
 
 }  // namespace kw::dialer

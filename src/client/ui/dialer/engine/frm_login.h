@@ -1,5 +1,6 @@
 #pragma once
 
+#include "client/ui/dialer/shell/caption_drag.h"
 #include "platform/forms/controls.h"
 #include "platform/forms/form.h"
 
@@ -34,12 +35,8 @@ protected:
     void Form_MouseMove(int button, int shift, float x, float y) override;
 
 private:
-    void SelectAll(forms::TextBox& box);
-
     Application& app_;
-    forms::Point dragFrom_;
-    int dragLeft_ = 0;
-    int dragTop_ = 0;
+    CaptionDrag drag_;
 };
 
 }  // namespace kw::dialer

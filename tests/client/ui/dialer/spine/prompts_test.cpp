@@ -1,0 +1,294 @@
+// The engine's questions during a call: which box or dialog shows, with which words, and what
+// goes back to the engine in the by-reference argument.
+#include <gtest/gtest.h>
+
+#include "client/ui/dialer/engine/frm_get_user_info.h"
+#include "client/ui/dialer/engine/frm_get_user_input.h"
+#include "client/ui/dialer/engine/frm_isp_login.h"
+#include "client/ui/dialer/engine/frm_login.h"
+#include "client/ui/dialer/side/frm_file_xfer.h"
+#include "platform/automation/safe_array.h"
+#include "program_fixture.h"
+
+namespace kw::dialer::testing {
+namespace {
+
+using automation::Variant;
+using forms::mb::kResultCancel;
+using forms::mb::kResultNo;
+using forms::mb::kResultOk;
+using forms::mb::kResultTimeout;
+using forms::mb::kResultYes;
+
+class PromptsTest : public ProgramTest {
+protected:
+    void SetUp() override {
+        ProgramTest::SetUp();
+        StoreUser("anna", "secret");
+        ScriptLists();
+    }
+    void StartIdle() {
+        ASSERT_TRUE(Start());
+        engine->RaiseGetGenericISPList("", Variant());
+    }
+    void SetCountry(float code) {
+        auto country = std::make_shared<CountryInfo>();
+        country->set_code(code);
+        app->CurrentCountry = country;
+    }
+};
+
+TEST_F(PromptsTest, IspLoginWhileTheVpnLoginIsOpenAnswersAPlaceholderAndShowsNothing) {
+    engine->Then("Logon", Variant(false));
+    std::string answer;
+    platform.AnswerNextModal("frmLogin", [&](forms::Form&) {
+        answer = engine->RaiseGetUsernamePassword("Bluewave refused your login", "joe");
+        app->Form<frmLogin>().cmdOK.UserClick();
+    });
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(answer, "joe^qqq");
+    EXPECT_EQ(platform.ModalsShown(), (std::vector<std::string>{"frmLogin"}));
+}
+
+TEST_F(PromptsTest, IspLoginAnswersNameCaretPasswordOrNothingOnCancel) {
+    StartIdle();
+    platform.AnswerNextModal("frmISPLogin", [&](forms::Form&) {
+        frmISPLogin& dialog = app->Form<frmISPLogin>();
+        EXPECT_EQ(dialog.txtTitle.Caption(), "Bluewave refused your login");
+        EXPECT_EQ(dialog.txtUserName.Text(), "joe");
+        EXPECT_TRUE(dialog.txtPassword.HasFocus()) << "a name is there: the password is asked";
+        dialog.txtPassword.UserSetText("p4ss");
+        dialog.cmdOK.UserClick();
+    });
+    EXPECT_EQ(engine->RaiseGetUsernamePassword("Bluewave refused your login", "joe"), "joe^p4ss");
+    EXPECT_EQ(app->Form<frmISPLogin>().txtPassword.Text(), "") << "nothing lingers";
+
+    platform.AnswerNextModal("frmISPLogin", [&](forms::Form&) {
+        app->Form<frmISPLogin>().cmdCancel.UserClick();
+    });
+    EXPECT_EQ(engine->RaiseGetUsernamePassword("again", "joe"), "");
+}
+
+TEST_F(PromptsTest, MessageOfTheDayLosesItsAsterisksAndClosesItselfAfterThirtySeconds) {
+    StartIdle();
+    platform.AnswerNextBox(kResultTimeout);  // nobody presses OK
+    const std::int64_t shownAt = platform.Now();
+    engine->RaiseGetUserOk("***Welcome back, the network is yours.");
+    const auto& box = platform.Boxes().back();
+    EXPECT_EQ(box.text, "Welcome back, the network is yours.");
+    EXPECT_EQ(box.caption, "Message of the Day");
+    EXPECT_EQ(box.flags, 0x10000);
+    EXPECT_EQ(box.result, kResultOk);
+    EXPECT_EQ(platform.Now() - shownAt, 30000);
+}
+
+TEST_F(PromptsTest, TwoAsterisksAreKeptAndTheNoteStaysSixtySeconds) {
+    StartIdle();
+    platform.AnswerNextBox(kResultTimeout);
+    const std::int64_t shownAt = platform.Now();
+    engine->RaiseGetUserOk("**Line quality is poor");
+    EXPECT_EQ(platform.Boxes().back().text, "**Line quality is poor");
+    EXPECT_EQ(platform.Boxes().back().caption, "Ostvarra Prescriber");
+    EXPECT_EQ(platform.Now() - shownAt, 60000);
+}
+
+TEST_F(PromptsTest, ANoteAnsweredAtOnceLeavesNoTimerBehind) {
+    StartIdle();
+    const int timers = platform.LiveTimerCount();
+    platform.AnswerNextBox(kResultOk);
+    engine->RaiseGetUserOk("***Hello");
+    EXPECT_EQ(platform.LiveTimerCount(), timers);
+    platform.Advance(60000);
+    EXPECT_EQ(platform.Boxes().size(), 1u);
+}
+
+TEST_F(PromptsTest, NowIsRefusedOutsideTheUnitedStatesAndOnlyLaterOrNeverEndTheQuestion) {
+    StartIdle();
+    SetCountry(44);
+    platform.AnswerNextBox(kResultYes);  // Now
+    platform.AnswerNextBox(kResultOk);   // the refusal
+    platform.AnswerNextBox(kResultYes);  // Now again
+    platform.AnswerNextBox(kResultOk);   // refused again
+    platform.AnswerNextBox(kResultNo);   // Later
+    EXPECT_EQ(engine->RaiseGetUserNowLaterNever("Fetch your files from home now?"), "l");
+    const auto& boxes = platform.Boxes();
+    ASSERT_EQ(boxes.size(), 5u);
+    EXPECT_EQ(boxes[0].buttonLabels, (std::vector<std::string>{"N&ow", "&Later", "&Never"}));
+    EXPECT_EQ(boxes[0].flags, 0x10003);
+    EXPECT_EQ(boxes[0].caption, "Kestrelway");
+    EXPECT_EQ(boxes[1].text,
+              "The call home feature is currently only available when dialing from within the "
+              "United States. Please select either Later or Never.");
+    EXPECT_TRUE(boxes[2].buttonLabels.empty()) << "a box shown again keeps the standard labels";
+
+    platform.AnswerNextBox(kResultCancel);
+    EXPECT_EQ(engine->RaiseGetUserNowLaterNever("Fetch your files?"), "n");
+}
+
+TEST_F(PromptsTest, NowIsTakenInTheUnitedStates) {
+    StartIdle();
+    SetCountry(1);
+    platform.AnswerNextBox(kResultYes);
+    EXPECT_EQ(engine->RaiseGetUserNowLaterNever("Fetch your files from home now?"), "y");
+}
+
+TEST_F(PromptsTest, YesNoQuestionAnswersTrueOnlyForYes) {
+    StartIdle();
+    platform.AnswerNextBox(kResultYes);
+    EXPECT_TRUE(engine->RaiseGetUserYesNo("Use the backup tunnel server?"));
+    EXPECT_EQ(platform.Boxes().back().caption, "Ostvarra Prescriber");
+    EXPECT_EQ(platform.Boxes().back().flags, 0x10004);
+    platform.AnswerNextBox(kResultNo);
+    EXPECT_FALSE(engine->RaiseGetUserYesNo("Use the backup tunnel server?", true));
+}
+
+TEST_F(PromptsTest, ChoiceWithOneEntryAndOkAnswersItAndCancelAnswersNothing) {
+    StartIdle();
+    platform.AnswerNextModal("frmGetUserInfo", [&](forms::Form& form) {
+        auto& dialog = static_cast<frmGetUserInfo&>(form);
+        EXPECT_EQ(dialog.lblPrompt.Caption(), "Choose a tunnel server");
+        EXPECT_EQ(dialog.lbChoices.ListIndex(), 0) << "the first row is preselected";
+        dialog.btnOK.UserClick();
+    });
+    EXPECT_EQ(engine->RaiseGetUserInfo("Choose a tunnel server", NameList({"vpn-east"})),
+              "vpn-east");
+    platform.AnswerNextModal("frmGetUserInfo", [&](forms::Form& form) {
+        static_cast<frmGetUserInfo&>(form).btnCancel.UserClick();
+    });
+    EXPECT_EQ(engine->RaiseGetUserInfo("Choose", NameList({"a", "b"}), "stale"), "");
+    EXPECT_FALSE(app->Forms().IsLoaded<frmGetUserInfo>()) << "the choice dialog unloads itself";
+}
+
+TEST_F(PromptsTest, ChoiceDialogWithNothingSelectedGivesMinusOneOnOk) {
+    StartIdle();
+    frmGetUserInfo& dialog = app->Form<frmGetUserInfo>();
+    dialog.lbChoices.AddItem("only");
+    platform.AnswerNextModal("frmGetUserInfo", [&](forms::Form&) { dialog.btnOK.UserClick(); });
+    dialog.Show(forms::kModal);
+    EXPECT_EQ(dialog.SelectedIndex, -1);
+    EXPECT_FALSE(dialog.Cancelled);
+}
+
+TEST_F(PromptsTest, LineOfInputAnswersTheTextOrNothingOnCancel) {
+    StartIdle();
+    platform.AnswerNextModal("frmGetUserInput", [&](forms::Form& form) {
+        auto& dialog = static_cast<frmGetUserInput&>(form);
+        EXPECT_EQ(dialog.txtInput.Text(), "000000");
+        dialog.txtInput.UserSetText("482913");
+        dialog.btnOK.UserClick();
+    });
+    EXPECT_EQ(engine->RaiseGetUserInput("Passcode from your token", "000000"), "482913");
+    platform.AnswerNextModal("frmGetUserInput", [&](forms::Form& form) {
+        auto& dialog = static_cast<frmGetUserInput&>(form);
+        dialog.txtInput.UserSetText("typed");
+        dialog.btnCancel.UserClick();
+    });
+    EXPECT_EQ(engine->RaiseGetUserInput("Passcode", ""), "");
+    EXPECT_EQ(app->Form<frmGetUserInput>().txtInput.Text(), "typed") << "kept, but not used";
+}
+
+TEST_F(PromptsTest, DebugTextAndTransfersReachTheUser) {
+    StartIdle();
+    platform.AnswerNextBox(kResultOk);
+    engine->RaiseDravDebug("trace: LCP up");
+    EXPECT_EQ(platform.Boxes().back().text, "trace: LCP up");
+    EXPECT_EQ(platform.Boxes().back().flags, 65600);
+    automation::SafeArray transfer = automation::SafeArray::OneDim(0, 8);
+    transfer.Set(0, Variant(std::string("report.doc")));
+    engine->RaiseCHXferUpdate(Variant(transfer));
+    EXPECT_TRUE(app->Form<frmFileXfer>().Visible());
+    EXPECT_EQ(app->Form<frmFileXfer>().LastTransfer().ToArray().Get(0).ToString(), "report.doc");
+}
+
+// ---- the two login dialogs, case by case ----
+
+struct LoginCase {
+    std::string user;
+    std::string password;
+    bool accepted;
+};
+
+TEST_F(PromptsTest, VpnLoginAcceptsAnyNameAndRefusesAnEmptyOneCaptionedLogin) {
+    StartIdle();
+    frmLogin& login = app->Form<frmLogin>();
+    for (const LoginCase& c : std::vector<LoginCase>{{"anna", "pw", true},
+                                                     {"anna", "", true},
+                                                     {"", "", false},
+                                                     {"", "pw", false}}) {
+        login.LoginAccepted = false;
+        platform.ClearBoxes();
+        login.Show();
+        login.txtUserName.SetText(c.user);
+        login.txtPassword.SetText(c.password);
+        platform.AnswerBoxes([](const headless::BoxRecord&) { return kResultOk; });
+        login.cmdOK.UserClick();
+        EXPECT_EQ(login.LoginAccepted, c.accepted) << c.user << "/" << c.password;
+        EXPECT_EQ(login.Visible(), !c.accepted);
+        if (!c.accepted) {
+            ASSERT_EQ(platform.Boxes().size(), 1u);
+            EXPECT_EQ(platform.Boxes()[0].text, "Invalid User Name, try again!");
+            EXPECT_EQ(platform.Boxes()[0].caption, "Login");
+            EXPECT_EQ(platform.Boxes()[0].flags, 0x10000);
+            EXPECT_TRUE(login.txtUserName.HasFocus());
+        } else {
+            EXPECT_EQ(app->UserName, c.user);
+            EXPECT_EQ(app->Password, c.password);
+        }
+        login.Hide();
+    }
+}
+
+TEST_F(PromptsTest, IspLoginRefusesOnlyAPasswordWithoutANameCaptionedKestrelway) {
+    StartIdle();
+    frmISPLogin& login = app->Form<frmISPLogin>();
+    for (const LoginCase& c : std::vector<LoginCase>{{"joe", "pw", true},
+                                                     {"joe", "", true},
+                                                     {"", "", true},
+                                                     {"", "pw", false}}) {
+        login.LoginAccepted = false;
+        platform.ClearBoxes();
+        login.Show();
+        login.txtUserName.SetText(c.user);
+        login.txtPassword.SetText(c.password);
+        platform.AnswerBoxes([](const headless::BoxRecord&) { return kResultOk; });
+        login.cmdOK.UserClick();
+        EXPECT_EQ(login.LoginAccepted, c.accepted) << c.user << "/" << c.password;
+        EXPECT_EQ(login.Visible(), !c.accepted);
+        if (!c.accepted) {
+            ASSERT_EQ(platform.Boxes().size(), 1u);
+            EXPECT_EQ(platform.Boxes()[0].caption, "Kestrelway");
+        }
+        login.Hide();
+    }
+}
+
+TEST_F(PromptsTest, IspLoginCentresOnTheMainWindowMirroringAPlaceLeftOfTheScreen) {
+    StartIdle();
+    MainWin& win = Win();
+    frmISPLogin& login = app->Form<frmISPLogin>();
+    login.Move(0, 0, 200, 150);
+    win.Move(300, 100);
+    login.Show();
+    EXPECT_EQ(login.Left(), 300 + win.Width() / 2 - 100);
+    EXPECT_EQ(login.Top(), win.Height() / 2 - 75 + 100);
+    login.Hide();
+    win.Move(-200, 100);
+    login.Move(login.Left(), login.Top(), 210, 150);  // a new size centres it again
+    EXPECT_EQ(login.Left(), std::abs(-200 + win.Width() / 2 - 105));
+}
+
+TEST_F(PromptsTest, LoginDialogsAreEnteredWithTheirTextSelected) {
+    StartIdle();
+    frmLogin& login = app->Form<frmLogin>();
+    login.txtUserName.SetText("anna");
+    login.txtPassword.SetText("secret");
+    login.Show();
+    EXPECT_TRUE(login.txtPassword.HasFocus());
+    EXPECT_EQ(login.txtPassword.SelLength(), 6);
+    login.txtUserName.UserFocus();
+    EXPECT_EQ(login.txtUserName.SelStart(), 0);
+    EXPECT_EQ(login.txtUserName.SelLength(), 4);
+}
+
+}  // namespace
+}  // namespace kw::dialer::testing
