@@ -29,7 +29,7 @@ std::string WithSpeed(const std::string& text, int bps) {
 
 }  // namespace
 
-bool Simulator::Current(const std::weak_ptr<Life>& life, int serial) const {
+bool Simulator::Current(const std::weak_ptr<Life>& life, int serial) {
     auto alive = life.lock();
     return alive && alive->serial == serial;
 }
@@ -156,8 +156,9 @@ void Simulator::StepModem(int serial) {
         return;
     }
     if (call_->numbers.empty() || call_->scenario == scenario::kNoNumbers) {
-        Status("Your dial list has no number that may be dialled from this location. Open the "
-               "dial list and tick at least one POP, or choose another location.");
+        Status(
+            "Your dial list has no number that may be dialled from this location. Open the "
+            "dial list and tick at least one POP, or choose another location.");
         if (!Current(life, serial)) {
             return;
         }
@@ -174,7 +175,8 @@ void Simulator::StepDial(int serial) {
     std::weak_ptr<Life> life = life_;
     const Pop& pop = *call_->numbers[call_->current].pop;
     const std::string number = pop.number;
-    const std::string where = pop.isp + ", " + pop.city + (pop.state.empty() ? "" : " " + pop.state);
+    const std::string where =
+        pop.isp + ", " + pop.city + (pop.state.empty() ? "" : " " + pop.state);
     Progress(103, "Dialing " + number + " (" + where + ")");
     if (!Current(life, serial)) {
         return;
@@ -205,8 +207,9 @@ void Simulator::StepDial(int serial) {
             std::weak_ptr<Life> inner = life_;
             const std::string busy = call_->numbers[call_->current].pop->number;
             if (call_->current + 1 < call_->numbers.size()) {
-                Status(busy + " is busy. Busy lines are common in the evening; trying the next "
-                              "number in your dial list.");
+                Status(busy +
+                       " is busy. Busy lines are common in the evening; trying the next "
+                       "number in your dial list.");
                 if (!Current(inner, serial)) {
                     return;
                 }
@@ -250,6 +253,10 @@ void Simulator::StepAuthenticateIsp(int serial) {
     if (!Current(life, serial)) {
         return;
     }
+    Status("Logging on to " + isp + " with the login stored for it.");
+    if (!Current(life, serial)) {
+        return;
+    }
     if (call_->scenario == scenario::kIspPassword) {
         Status(isp + " refused the user name or password stored for it.");
         if (!Current(life, serial)) {
@@ -257,8 +264,9 @@ void Simulator::StepAuthenticateIsp(int serial) {
         }
         const std::string key = User() + "|" + isp;
         auto stored = store_.ispLogins.find(key);
-        std::string prompt = isp + " refused your login. Enter the user name and password "
-                                   "this provider gave you.";
+        std::string prompt = isp +
+                             " refused your login. Enter the user name and password "
+                             "this provider gave you.";
         std::string user = stored != store_.ispLogins.end() ? stored->second.first : User();
         if (auto* sink = EventSink()) {
             sink->GetUsernamePassword(prompt, user);
@@ -267,7 +275,8 @@ void Simulator::StepAuthenticateIsp(int serial) {
             return;
         }
         const auto caret = user.find('^');
-        if (user.empty() || caret == std::string::npos) {
+        // "^qqq" is the client's placeholder when it cannot ask now: no login was given.
+        if (user.empty() || caret == std::string::npos || user.substr(caret + 1) == "qqq") {
             Status("No login was given for " + isp + "; hanging up.");
             if (Current(life, serial)) {
                 BeginTeardown(300);
@@ -290,6 +299,12 @@ void Simulator::StepIspUp(int serial) {
     call_->ispUp = true;
     StartStatistics();
     Progress(101, WithSpeed("Connected to " + isp, call_->linkBps));
+    if (!Current(life, serial)) {
+        return;
+    }
+    Status(
+        "The Internet link is up. If pages come slowly, a POP nearer to you or a line "
+        "without call waiting usually gives a faster connection.");
     if (!Current(life, serial)) {
         return;
     }
@@ -341,8 +356,13 @@ void Simulator::StepCreateTunnel(int serial) {
     if (!Current(life, serial)) {
         return;
     }
+    Status("Opening a secure tunnel to " + server + ".");
+    if (!Current(life, serial)) {
+        return;
+    }
     if (call_->scenario == scenario::kTunnelUnreachable) {
-        Status("No answer from " + server + " after three attempts. The Internet link works; "
+        Status("No answer from " + server +
+               " after three attempts. The Internet link works; "
                "the tunnel server itself does not respond.");
         if (!Current(life, serial)) {
             return;
@@ -354,8 +374,9 @@ void Simulator::StepCreateTunnel(int serial) {
         return;
     }
     if (call_->scenario == scenario::kQuestion) {
-        std::string question = server + " offers data compression. It speeds up text and mail "
-                                        "but not pictures. Turn compression on for this call?";
+        std::string question = server +
+                               " offers data compression. It speeds up text and mail "
+                               "but not pictures. Turn compression on for this call?";
         bool yes = false;
         if (auto* sink = EventSink()) {
             sink->GetUserYesNo(question, yes);
@@ -375,6 +396,10 @@ void Simulator::StepAuthenticateTunnel(int serial) {
     std::weak_ptr<Life> life = life_;
     const std::string server = call_->tunnelServer;
     Progress(201, "Authenticating with " + server);
+    if (!Current(life, serial)) {
+        return;
+    }
+    Status("Presenting your credentials to " + server + ".");
     if (!Current(life, serial)) {
         return;
     }
@@ -445,8 +470,9 @@ void Simulator::StepConnected(int serial) {
         return;
     }
     if (call_->scenario == scenario::kCallHome && !callHomeRefused_) {
-        std::string question = "There are 2 files waiting for you at home (updated address "
-                               "book and virus definitions, 96 KB). Fetch them now?";
+        std::string question =
+            "There are 2 files waiting for you at home (updated address "
+            "book and virus definitions, 96 KB). Fetch them now?";
         std::string answer;
         if (auto* sink = EventSink()) {
             sink->GetUserNowLaterNever(question, answer);

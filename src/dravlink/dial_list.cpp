@@ -83,9 +83,9 @@ DialList ComputeDialList(const Store& store, const Location& location,
         }
         return nullptr;
     };
-    const bool countryHasPops = std::any_of(store.pops.begin(), store.pops.end(), [&](const Pop& p) {
-        return p.countryCode == country && ispOf(p) != nullptr;
-    });
+    const bool countryHasPops =
+        std::any_of(store.pops.begin(), store.pops.end(),
+                    [&](const Pop& p) { return p.countryCode == country && ispOf(p) != nullptr; });
 
     for (const auto& pop : store.pops) {
         const Isp* isp = ispOf(pop);
@@ -104,9 +104,8 @@ DialList ComputeDialList(const Store& store, const Location& location,
         }
         list.rows.push_back(PopRow{&pop, pop.enabled, distance + pop.cost + isp->weight});
     }
-    std::stable_sort(list.rows.begin(), list.rows.end(), [](const PopRow& a, const PopRow& b) {
-        return a.weight < b.weight;
-    });
+    std::stable_sort(list.rows.begin(), list.rows.end(),
+                     [](const PopRow& a, const PopRow& b) { return a.weight < b.weight; });
 
     auto saved = store.savedPops.find(PopKey(location.name, destination.name));
     if (saved != store.savedPops.end()) {

@@ -28,11 +28,12 @@ constexpr int kBadFromNumber = 1020;
 constexpr std::int32_t kUnknownLocation = 3;
 constexpr std::int32_t kUnknownDestination = 4;
 
-constexpr const char* kAllScenarios[] = {
-    scenario::kNormal,        scenario::kBusy,   scenario::kIspPassword,
-    scenario::kTunnelUnreachable, scenario::kNoNumbers, scenario::kInvalidNumber,
-    scenario::kMotd,          scenario::kQuestion, scenario::kChoice,
-    scenario::kInput,         scenario::kNewCredentials, scenario::kCallHome};
+constexpr const char* kAllScenarios[] = {scenario::kNormal,         scenario::kBusy,
+                                         scenario::kIspPassword,    scenario::kTunnelUnreachable,
+                                         scenario::kNoNumbers,      scenario::kInvalidNumber,
+                                         scenario::kMotd,           scenario::kQuestion,
+                                         scenario::kChoice,         scenario::kInput,
+                                         scenario::kNewCredentials, scenario::kCallHome};
 
 Variant NameList(const std::vector<std::string>& names) {
     if (names.empty()) {
@@ -51,7 +52,8 @@ bool IsKnownLocationKey(const std::string& key) {
 }
 
 bool AllDigits(const std::string& s) {
-    return !s.empty() && std::all_of(s.begin(), s.end(), [](char c) { return c >= '0' && c <= '9'; });
+    return !s.empty() &&
+           std::all_of(s.begin(), s.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
 // Reads the rows of a two-dimensional array the client sends back; empty when it holds none.
@@ -98,7 +100,8 @@ fs::path DefaultSampleDir() {
     std::error_code ec;
     const fs::path exe = fs::read_symlink("/proc/self/exe", ec);
     if (!ec) {
-        const fs::path installed = exe.parent_path().parent_path() / "share" / "kestrelway" / "dravlink";
+        const fs::path installed =
+            exe.parent_path().parent_path() / "share" / "kestrelway" / "dravlink";
         if (fs::exists(installed / "engine.ini")) {
             return installed;
         }
@@ -195,8 +198,7 @@ Variant Simulator::Logon(std::string& user, std::string& password, const std::st
     if (account == nullptr || TrimBlanks(user).empty()) {
         return Variant(false);
     }
-    if (account->password != "*" &&
-        DecodePassword(password) != DecodePassword(account->password)) {
+    if (account->password != "*" && DecodePassword(password) != DecodePassword(account->password)) {
         return Variant(false);
     }
     loggedOnUser_ = TrimBlanks(user);
@@ -227,8 +229,7 @@ Variant Simulator::GetUser(std::string& user, std::string& password, std::string
     return Variant(true);
 }
 
-Variant Simulator::GetPolicySetting(std::string& user, const std::string& key,
-                                    std::string& value) {
+Variant Simulator::GetPolicySetting(std::string& user, const std::string& key, std::string& value) {
     RequireLogon();
     if (std::none_of(std::begin(kPolicyKeys), std::end(kPolicyKeys),
                      [&](const char* k) { return key == k; })) {
@@ -406,7 +407,8 @@ Variant Simulator::DeleteLocation(const std::string& location) {
     const std::string prefix = it->name + "|";
     store_.locations.erase(it);
     for (auto saved = store_.savedPops.begin(); saved != store_.savedPops.end();) {
-        saved = saved->first.rfind(prefix, 0) == 0 ? store_.savedPops.erase(saved) : std::next(saved);
+        saved =
+            saved->first.rfind(prefix, 0) == 0 ? store_.savedPops.erase(saved) : std::next(saved);
     }
     store_.SaveLocations();
     store_.SaveOrderings();
@@ -661,10 +663,10 @@ Variant Simulator::Invoke(std::int32_t id, std::span<Variant> args) {
 }
 
 void RegisterSimulator() {
-    kw::dialer::EngineFactory::Register(
-        kSimulatorName, [](const kw::dialer::EngineContext& context) {
-            return std::make_shared<Simulator>(context.platform);
-        });
+    kw::dialer::EngineFactory::Register(kSimulatorName,
+                                        [](const kw::dialer::EngineContext& context) {
+                                            return std::make_shared<Simulator>(context.platform);
+                                        });
 }
 
 }  // namespace dravlink

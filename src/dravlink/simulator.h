@@ -54,7 +54,7 @@ bool IsScenario(const std::string& name);
 // while the other timers go on: each step of a call checks, after every event it raises, that
 // the call it belongs to is still the current one.
 class Simulator : public kw::dialer::Dravlink {
-public:
+  public:
     static constexpr std::int32_t kGetCountryListId = 60;
 
     // Seeds the data directory from the sample on first start and reads it; a malformed file
@@ -113,7 +113,7 @@ public:
     std::string ScenarioFor(const std::string& destination);
     bool InCall() const { return call_ != nullptr; }
 
-private:
+  private:
     // What outlives a step: a step's code checks it after each event it raises.
     struct Life {
         int serial = 0;
@@ -161,7 +161,7 @@ private:
     void Error(std::string code);
 
     // The call.
-    bool Current(const std::weak_ptr<Life>& life, int serial) const;
+    static bool Current(const std::weak_ptr<Life>& life, int serial);
     void Enqueue(int delayMs, std::function<void()> run);
     void EnqueueFront(int delayMs, std::function<void()> run);
     void ScheduleNextStep();

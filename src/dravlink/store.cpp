@@ -8,8 +8,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* kSampleFiles[] = {"engine.ini",    "accounts.ini",     "phonebook.ini",
-                                        "locations.ini", "countries.txt",    "callingcards.txt",
+constexpr const char* kSampleFiles[] = {"engine.ini",    "accounts.ini",  "phonebook.ini",
+                                        "locations.ini", "countries.txt", "callingcards.txt",
                                         "isps.txt",      "pops.txt"};
 
 int ParseInt(const fs::path& file, int line, const std::string& text, const std::string& what) {
@@ -135,18 +135,18 @@ Store Store::Load(const fs::path& dir) {
         d.name = section.name;
         d.type = section.Get("Type", "Both");
         if (d.type != "ISP" && d.type != "VPN" && d.type != "Both") {
-            throw DataError(phonebook.path, section.line,
-                            "Type of [" + d.name + "] must be ISP, VPN or Both, found \"" +
-                                d.type + "\"");
+            throw DataError(
+                phonebook.path, section.line,
+                "Type of [" + d.name + "] must be ISP, VPN or Both, found \"" + d.type + "\"");
         }
         for (const auto& isp : SplitList(section.Get("ISPs"), ',')) {
             if (isp.empty()) {
                 continue;
             }
             if (!s.FindIsp(isp)) {
-                throw DataError(phonebook.path, section.line,
-                                "[" + d.name + "] names the ISP \"" + isp +
-                                    "\", which is not in isps.txt");
+                throw DataError(
+                    phonebook.path, section.line,
+                    "[" + d.name + "] names the ISP \"" + isp + "\", which is not in isps.txt");
             }
             d.isps.push_back(isp);
         }
@@ -182,8 +182,8 @@ Store Store::Load(const fs::path& dir) {
     const TableFile countries = ReadTable(dir / "countries.txt", 5);
     for (const auto& row : countries.rows) {
         const auto& f = row.fields;
-        s.countries.push_back(Country{f[0], ParseInt(countries.path, row.line, f[1], "the code"),
-                                      f[2], f[3], f[4]});
+        s.countries.push_back(
+            Country{f[0], ParseInt(countries.path, row.line, f[1], "the code"), f[2], f[3], f[4]});
     }
 
     const TableFile cards = ReadTable(dir / "callingcards.txt", 5);
@@ -308,8 +308,8 @@ void Store::SaveAccounts() const {
 void Store::SaveCards() const {
     std::vector<std::vector<std::string>> rows;
     for (const auto& c : cards) {
-        rows.push_back({std::to_string(c.id), c.name, c.number, c.longDistanceRule,
-                        c.sameAreaRule});
+        rows.push_back(
+            {std::to_string(c.id), c.name, c.number, c.longDistanceRule, c.sameAreaRule});
     }
     WriteTable(dir / "callingcards.txt",
                "# id | name | card number | long distance rule | same area rule\n", rows);
@@ -341,7 +341,8 @@ void Store::SaveOrderings() const {
 void Store::SaveIspLogins() const {
     std::vector<IniSection> sections;
     for (const auto& [key, login] : ispLogins) {
-        sections.push_back(IniSection{key, 0, {{"User", login.first, 0}, {"Password", login.second, 0}}});
+        sections.push_back(
+            IniSection{key, 0, {{"User", login.first, 0}, {"Password", login.second, 0}}});
     }
     WriteIni(dir / "isplogins.ini", "# ISP logins per user: [user|ISP].\n", sections);
 }

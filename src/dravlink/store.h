@@ -22,7 +22,7 @@ struct Account {
 
 struct Destination {
     std::string name;
-    std::string type;  // "ISP", "VPN" or "Both"
+    std::string type;               // "ISP", "VPN" or "Both"
     std::vector<std::string> isps;  // empty: every ISP
     std::string tunnelServer;
     std::string deviceName;
@@ -32,9 +32,9 @@ struct Destination {
 
 // The keys a location holds, in the order the client writes them.
 inline const char* const kLocationKeys[] = {
-    "CountryName",        "CountryCode",   "AreaCode",    "Exchange",   "Number",
-    "DisableCallWaiting", "LongDistanceAccess", "OutSideAccess", "CallingCard", "ManualDial",
-    "TunnelOverLAN",      "ConfirmDialString"};
+    "CountryName", "CountryCode",        "AreaCode",           "Exchange",
+    "Number",      "DisableCallWaiting", "LongDistanceAccess", "OutSideAccess",
+    "CallingCard", "ManualDial",         "TunnelOverLAN",      "ConfirmDialString"};
 
 struct Location {
     std::string name;

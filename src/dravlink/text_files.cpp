@@ -1,10 +1,10 @@
 #include "dravlink/text_files.h"
 
+#include <unistd.h>
 #include <algorithm>
 #include <cctype>
 #include <fstream>
 #include <sstream>
-#include <unistd.h>
 
 namespace dravlink {
 
@@ -111,9 +111,9 @@ IniFile ReadIni(const fs::path& path) {
             std::string name = TrimBlanks(line.substr(1, line.size() - 2));
             for (const auto& s : file.sections) {
                 if (SameText(s.name, name)) {
-                    throw DataError(path, number,
-                                    "section [" + name + "] repeats the one on line " +
-                                        std::to_string(s.line));
+                    throw DataError(
+                        path, number,
+                        "section [" + name + "] repeats the one on line " + std::to_string(s.line));
                 }
             }
             file.sections.push_back(IniSection{name, number, {}});
@@ -121,8 +121,8 @@ IniFile ReadIni(const fs::path& path) {
         }
         const auto eq = line.find('=');
         if (eq == std::string::npos || eq == 0) {
-            throw DataError(path, number, "expected \"key = value\" or a [section], found \"" +
-                                              line + "\"");
+            throw DataError(path, number,
+                            "expected \"key = value\" or a [section], found \"" + line + "\"");
         }
         if (file.sections.empty()) {
             throw DataError(path, number, "\"" + line + "\" stands before any [section]");

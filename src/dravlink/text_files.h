@@ -45,7 +45,7 @@ struct TableFile {
 
 // Thrown for a file that cannot be read or does not parse; what() names the file and the line.
 class DataError : public std::runtime_error {
-public:
+  public:
     DataError(const std::filesystem::path& file, int line, const std::string& message);
     explicit DataError(const std::string& message) : std::runtime_error(message) {}
 };

@@ -133,10 +133,18 @@ dialer::DravlinkEvents& ScriptedEngine::Sink() const {
 void ScriptedEngine::RaiseProgressUpdate(std::int16_t code, std::string text) {
     Sink().ProgressUpdate(code, text);
 }
-void ScriptedEngine::RaiseStatusUpdate(std::string text) { Sink().StatusUpdate(text); }
-void ScriptedEngine::RaiseErrorEvent(std::string message) { Sink().ErrorEvent(message); }
-void ScriptedEngine::RaiseDravDebug(std::string text) { Sink().DravDebug(text); }
-void ScriptedEngine::RaiseGetUserOk(std::string message) { Sink().GetUserOk(message); }
+void ScriptedEngine::RaiseStatusUpdate(std::string text) {
+    Sink().StatusUpdate(text);
+}
+void ScriptedEngine::RaiseErrorEvent(std::string message) {
+    Sink().ErrorEvent(message);
+}
+void ScriptedEngine::RaiseDravDebug(std::string text) {
+    Sink().DravDebug(text);
+}
+void ScriptedEngine::RaiseGetUserOk(std::string message) {
+    Sink().GetUserOk(message);
+}
 
 bool ScriptedEngine::RaiseGetUserYesNo(std::string question, bool answer) {
     Sink().GetUserYesNo(question, answer);
@@ -228,8 +236,7 @@ Variant ScriptedEngine::RefreshPOPList(const std::string& destination,
     return Answer("RefreshPOPList", {destination, location}).result;
 }
 
-Variant ScriptedEngine::BuildDialList(const std::string& location,
-                                      const std::string& destination) {
+Variant ScriptedEngine::BuildDialList(const std::string& location, const std::string& destination) {
     return Answer("BuildDialList", {location, destination}).result;
 }
 
@@ -243,8 +250,7 @@ Variant ScriptedEngine::Connect(const std::string& destination, bool option) {
     return Answer("Connect", {destination, option}).result;
 }
 
-Variant ScriptedEngine::Logon(std::string& user, std::string& password,
-                              const std::string& third) {
+Variant ScriptedEngine::Logon(std::string& user, std::string& password, const std::string& third) {
     auto r = Answer("Logon", {user, password, third});
     Out(r, 0, user);
     Out(r, 1, password);
@@ -264,7 +270,9 @@ Variant ScriptedEngine::GetEntryType(const std::string& entryName, std::string& 
     return r.result;
 }
 
-Variant ScriptedEngine::Logoff() { return Answer("Logoff", {}).result; }
+Variant ScriptedEngine::Logoff() {
+    return Answer("Logoff", {}).result;
+}
 
 Variant ScriptedEngine::GetLinkSpeed(const std::string& deviceName) {
     return Answer("GetLinkSpeed", {deviceName}).result;
@@ -361,7 +369,9 @@ Variant ScriptedEngine::GetPolicySetting(std::string& user, const std::string& k
     return r.result;
 }
 
-Variant ScriptedEngine::CancelFileTransfer() { return Answer("CancelFileTransfer", {}).result; }
+Variant ScriptedEngine::CancelFileTransfer() {
+    return Answer("CancelFileTransfer", {}).result;
+}
 
 std::int32_t ScriptedEngine::GetIDsOfNames(const std::string& name) {
     if (countryListAvailable_ && name == dialer::kGetCountryList) {

@@ -33,7 +33,7 @@ struct EngineReply {
 // from a queue of scripted replies and then from that operation's default, and raises any event
 // into the advised sink, handing back what the handler left in the by-reference arguments.
 class ScriptedEngine : public dialer::Dravlink {
-public:
+  public:
     // The dispatch id GetCountryList resolves to while it is available.
     static constexpr std::int32_t kCountryListId = 1000;
 
@@ -122,7 +122,7 @@ public:
     std::int32_t GetIDsOfNames(const std::string& name) override;
     Variant Invoke(std::int32_t id, std::span<Variant> args) override;
 
-private:
+  private:
     // Records the call, runs its hook and picks its reply; throws the reply's failure.
     EngineReply Answer(const std::string& op, std::vector<Variant> args);
     dialer::DravlinkEvents& Sink() const;

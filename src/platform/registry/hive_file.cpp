@@ -97,21 +97,24 @@ void HiveFile::Hold(int fd, const Identity& id) {
     id_ = id;
 }
 
-const text::Document& HiveFile::Current() {
+bool HiveFile::UpToDate() const {
+    if (!loaded_) return false;
     struct stat st {};
-    if (::stat(path_.c_str(), &st) != 0) {
-        if (!loaded_ || id_.exists) {
-            Forget();
-            doc_ = text::NewDocument(relativeTo_);
-            loaded_ = true;
-        }
-        return doc_;
-    }
-    const Identity now{true, st.st_dev, st.st_ino, st.st_size, Nanoseconds(st.st_mtim),
-                       Nanoseconds(st.st_ctim)};
-    if (loaded_ && now == id_) return doc_;
+    if (::stat(path_.c_str(), &st) != 0) return errno == ENOENT && !id_.exists;
+    return Identity{true, st.st_dev, st.st_ino, st.st_size, Nanoseconds(st.st_mtim),
+                    Nanoseconds(st.st_ctim)} == id_;
+}
+
+const text::Document& HiveFile::Current() {
+    if (UpToDate()) return doc_;
 
     const int fd = ::open(path_.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0 && errno == ENOENT) {
+        Forget();
+        doc_ = text::NewDocument(relativeTo_);
+        loaded_ = true;
+        return doc_;
+    }
     struct stat opened {};
     std::string content;
     if (fd < 0 || ::fstat(fd, &opened) != 0 || !ReadAll(fd, content)) {
@@ -228,9 +231,9 @@ std::int32_t HiveFile::Modify(
         ~Unlock() { ::close(fd); }
     } unlock{lock};
 
-    // Always start from the file as it is now: the other process may have written since.
+    // Start from the file as it is now: the other process may have written since.
     int e = 0;
-    if (!LoadLocked(e)) {
+    if (!UpToDate() && !LoadLocked(e)) {
         loaded_ = false;
         return StatusFromErrno(e);
     }

@@ -42,6 +42,8 @@ private:
         bool operator==(const Identity&) const = default;
     };
 
+    // True when the copy in memory is the file as it is now.
+    bool UpToDate() const;
     // Reads the file under the lock; a damaged file is moved aside. False when a damaged file
     // could not be moved aside (then it must not be written over).
     bool LoadLocked(int& errnoOut);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <unordered_map>
 
 namespace kw::registry::text {
@@ -151,6 +152,7 @@ public:
     explicit Lines(std::string_view text) : text_(text) {}
     bool Next(std::string_view& line) {
         if (pos_ >= text_.size()) return false;
+        start_ = pos_;
         std::size_t end = text_.find('\n', pos_);
         if (end == std::string_view::npos) end = text_.size();
         line = text_.substr(pos_, end - pos_);
@@ -160,15 +162,37 @@ public:
         return true;
     }
     int Number() const { return number_; }
+    // The text from `from` to the end of the last line returned, without its LF.
+    std::string_view Since(std::size_t from) const {
+        std::size_t end = std::min(pos_, text_.size() + 1) - 1;
+        if (end > from && text_[end - 1] == '\r') --end;
+        return text_.substr(from, end - from);
+    }
+    std::size_t LineStart() const { return start_; }
+    // Lines left before the next key line, to size a section once.
+    std::size_t LinesBeforeNextKey() const {
+        if (pos_ >= text_.size()) return 0;
+        std::size_t end = text_.find("\n[", pos_);
+        if (end == std::string_view::npos) end = text_.size();
+        std::size_t n = 1;
+        const char* p = text_.data() + pos_;
+        const char* stop = text_.data() + end;
+        while ((p = static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(stop - p))))) {
+            ++n;
+            ++p;
+        }
+        return n;
+    }
 
 private:
     std::string_view text_;
     std::size_t pos_ = 0;
+    std::size_t start_ = 0;
     int number_ = 0;
 };
 
 // Reads the data after "=". `rest` is the rest of the line; hex data may pull further lines.
-DataResult ParseData(std::string_view rest, Lines& lines, Entry& entry) {
+DataResult ParseData(std::string_view rest, Lines& lines, Value& entry) {
     auto stringValue = [&](std::uint32_t type, std::size_t quote) {
         std::size_t pos = quote + 1;
         auto s = UnescapeString(rest, pos, '"');
@@ -178,7 +202,8 @@ DataResult ParseData(std::string_view rest, Lines& lines, Entry& entry) {
         entry.data.push_back(0);
         return DataResult::kValue;
     };
-    if (StartsWith(rest, "\"")) return stringValue(kSz, 0);
+    if (rest.empty()) return DataResult::kUnknownType;
+    if (rest[0] == '"') return stringValue(kSz, 0);
     if (StartsWith(rest, "str:\"")) return stringValue(kSz, 4);
     if (StartsWith(rest, "str(2):\"")) return stringValue(kExpandSz, 7);
     if (StartsWith(rest, "str(7):\"")) return stringValue(kMultiSz, 7);
@@ -234,14 +259,20 @@ void DropTrailingBlanks(Key& key) {
     }
 }
 
-std::string Stamp(std::int64_t now) { return " " + std::to_string(now); }
+std::string Stamp(std::int64_t now) {
+    std::string out(" ");
+    out += std::to_string(now);
+    return out;
+}
 
-std::string FormatValue(const Entry& e) {
+}  // namespace
+
+std::string FormatValue(std::string_view name, const Value& e) {
     std::string line;
-    if (e.name.empty()) {
+    if (name.empty()) {
         line = "@=";
     } else {
-        line = "\"" + EscapeOrLatin1(e.name, "\"") + "\"=";
+        line = "\"" + EscapeOrLatin1(name, "\"") + "\"=";
     }
     const auto& d = e.data;
     if ((e.type == kSz || e.type == kExpandSz || e.type == kMultiSz) && !d.empty() &&
@@ -287,6 +318,8 @@ std::string FormatValue(const Entry& e) {
     }
     return line;
 }
+
+namespace {
 
 template <typename DocT>
 auto FindKeyIn(DocT& doc, std::string_view path) -> decltype(&doc.keys[0]) {
@@ -336,6 +369,12 @@ int ComparePaths(std::string_view a, std::string_view b) {
 }
 
 std::optional<std::string> EscapeString(std::string_view bytes, std::string_view delimiters) {
+    // Most names and values are plain printable ASCII: copy those whole.
+    const bool plain = std::all_of(bytes.begin(), bytes.end(), [&](char c) {
+        return c >= 0x20 && c < 0x7f && c != '\\' &&
+               delimiters.find(c) == std::string_view::npos;
+    });
+    if (plain) return std::string(bytes);
     std::string out;
     out.reserve(bytes.size() + 8);
     std::size_t pos = 0;
@@ -374,6 +413,13 @@ std::optional<std::string> EscapeString(std::string_view bytes, std::string_view
 }
 
 std::optional<std::string> UnescapeString(std::string_view text, std::size_t& pos, char close) {
+    const char stops[] = {close, '\\', '\0'};
+    const std::size_t end = text.find_first_of(stops, pos);
+    if (end != std::string_view::npos && text[end] == close) {
+        std::string out(text.substr(pos, end - pos));
+        pos = end + 1;
+        return out;
+    }
     std::string out;
     std::uint32_t pendingHigh = 0;  // a high surrogate waiting for its partner
     auto flushHigh = [&] {
@@ -455,14 +501,43 @@ std::optional<Document> Parse(std::string_view text, ParseError* error) {
     Document doc;
     doc.header.emplace_back(line);
     Key* current = nullptr;
-    // Folded value name -> entry index of the current key, so a repeated name replaces the
-    // earlier one (the last one wins, as in Wine) without a quadratic search.
+    Value scratch;  // decoded only to check it; reused so that checking allocates nothing
+    // A repeated name replaces the earlier value (the last one wins, as in Wine). While names
+    // come in order, as this code writes them, none can repeat; otherwise an index is built of
+    // folded name -> entry, so that a large section is never searched once per line.
     std::unordered_map<std::string, std::size_t> seen;
+    bool indexed = false;
+    constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+    std::size_t last = kNone;  // index of the last value added in order
     auto startKey = [&](Key* key) {
         current = key;
         seen.clear();
-        for (std::size_t i = 0; i < key->entries.size(); ++i) {
+        indexed = !key->entries.empty();
+        last = kNone;
+        for (std::size_t i = 0; indexed && i < key->entries.size(); ++i) {
             if (!key->entries[i].opaque) seen.emplace(FoldedName(key->entries[i].name), i);
+        }
+    };
+    auto addValue = [&](Entry&& entry) {
+        if (!indexed &&
+            (last == kNone || CompareNames(current->entries[last].name, entry.name) < 0)) {
+            last = current->entries.size();
+            current->entries.push_back(std::move(entry));
+            return;
+        }
+        if (!indexed) {
+            for (std::size_t i = 0; i < current->entries.size(); ++i) {
+                if (!current->entries[i].opaque) {
+                    seen.emplace(FoldedName(current->entries[i].name), i);
+                }
+            }
+            indexed = true;
+        }
+        auto [it, inserted] = seen.emplace(FoldedName(entry.name), current->entries.size());
+        if (inserted) {
+            current->entries.push_back(std::move(entry));
+        } else {
+            current->entries[it->second] = std::move(entry);
         }
     };
     while (lines.Next(line)) {
@@ -476,6 +551,7 @@ std::optional<Document> Parse(std::string_view text, ParseError* error) {
                 startKey(existing);
             } else {
                 doc.keys.push_back(Key{*path, std::string(line.substr(pos)), {}});
+                doc.keys.back().entries.reserve(lines.LinesBeforeNextKey());
                 startKey(&doc.keys.back());
             }
             continue;
@@ -487,6 +563,7 @@ std::optional<Document> Parse(std::string_view text, ParseError* error) {
             continue;
         }
         Entry entry;
+        const std::size_t lineStart = lines.LineStart();
         if (!valueLine) {
             entry.opaque = true;
             entry.raw = std::string(line);
@@ -501,24 +578,19 @@ std::optional<Document> Parse(std::string_view text, ParseError* error) {
         }
         if (pos >= line.size() || line[pos] != '=') return fail("value without '='");
         entry.hasName = true;
-        switch (ParseData(line.substr(pos + 1), lines, entry)) {
+        switch (ParseData(line.substr(pos + 1), lines, scratch)) {
             case DataResult::kDamaged:
                 return fail("damaged value data");
             case DataResult::kUnknownType:
                 entry.opaque = true;
                 entry.raw = std::string(line);
-                entry.data.clear();
                 current->entries.push_back(std::move(entry));
                 continue;
             case DataResult::kValue:
                 break;
         }
-        auto [it, inserted] = seen.emplace(FoldedName(entry.name), current->entries.size());
-        if (inserted) {
-            current->entries.push_back(std::move(entry));
-        } else {
-            current->entries[it->second] = std::move(entry);
-        }
+        entry.raw = std::string(lines.Since(lineStart));
+        addValue(std::move(entry));
     }
     if (current) DropTrailingBlanks(*current);
     while (doc.header.size() > 1 && TrimRight(doc.header.back()).empty()) doc.header.pop_back();
@@ -538,7 +610,7 @@ std::string Serialize(const Document& doc) {
         out += key.suffix;
         out += '\n';
         for (const auto& e : key.entries) {
-            out += e.opaque ? e.raw : FormatValue(e);
+            out += e.raw;
             out += '\n';
         }
     }
@@ -585,16 +657,29 @@ const Entry* FindValue(const Key& key, std::string_view name) {
     return nullptr;
 }
 
-void SetValue(Key& key, std::string_view name, std::uint32_t type, std::vector<std::uint8_t> data,
-              std::int64_t now) {
+std::optional<Value> ReadValue(const Entry& entry) {
+    if (entry.opaque) return std::nullopt;
+    Lines lines(entry.raw);
+    std::string_view line;
+    lines.Next(line);
+    std::size_t pos = 1;
+    if (line.empty()) return std::nullopt;
+    if (line[0] == '"' && !UnescapeString(line, pos, '"')) return std::nullopt;
+    Value value;
+    if (pos >= line.size() || ParseData(line.substr(pos + 1), lines, value) != DataResult::kValue) {
+        return std::nullopt;
+    }
+    return value;
+}
+
+void SetValue(Key& key, std::string_view name, const Value& value, std::int64_t now) {
     key.suffix = Stamp(now);
     // A line of a type we cannot read under the same name is replaced, never duplicated.
     std::erase_if(key.entries,
                   [&](const Entry& e) { return e.opaque && e.hasName && NamesEqual(e.name, name); });
     for (auto& e : key.entries) {
         if (!e.opaque && NamesEqual(e.name, name)) {
-            e.type = type;
-            e.data = std::move(data);
+            e.raw = FormatValue(e.name, value);
             return;
         }
     }
@@ -604,8 +689,7 @@ void SetValue(Key& key, std::string_view name, std::uint32_t type, std::vector<s
     Entry entry;
     entry.name = std::string(name);
     entry.hasName = true;
-    entry.type = type;
-    entry.data = std::move(data);
+    entry.raw = FormatValue(name, value);
     key.entries.insert(at, std::move(entry));
 }
 

@@ -18,15 +18,20 @@ namespace kw::registry::text {
 
 inline constexpr std::string_view kVersionLine = "WINE REGISTRY Version 2";
 
-// One line of a key section: a value we understand, or a line kept as it was.
+struct Value {
+    std::uint32_t type = 0;
+    std::vector<std::uint8_t> data;
+};
+
+// One line of a key section: a value we understand, or a line kept as it was. A value is kept
+// as its text and decoded when asked for: a hive is re-read on every change another process
+// makes, and most of its values are never looked at.
 struct Entry {
     bool opaque = false;
     std::string name;  // value name ("" is the default value); for an opaque line, the
                        // name when one could be read, so that a new value can replace it
     bool hasName = false;
-    std::uint32_t type = 0;
-    std::vector<std::uint8_t> data;
-    std::string raw;  // opaque lines only: the text, continuation lines included, no final LF
+    std::string raw;  // the text, continuation lines included, without the final LF
 };
 
 struct Key {
@@ -53,6 +58,12 @@ std::optional<Document> Parse(std::string_view text, ParseError* error = nullptr
 // Writes a hive. A document read from a file this function wrote gives back the same bytes.
 std::string Serialize(const Document& doc);
 
+// The canonical text of a value line (a file this code wrote has only such lines).
+std::string FormatValue(std::string_view name, const Value& value);
+
+// The type and bytes of a value entry (nullopt for an opaque line).
+std::optional<Value> ReadValue(const Entry& entry);
+
 // An empty hive with the usual header; `relativeTo` names the root in the header comment.
 Document NewDocument(std::string_view relativeTo);
 
@@ -78,8 +89,7 @@ bool KeyExists(const Document& doc, std::string_view path);  // its own section,
 bool HasSubkeys(const Document& doc, std::string_view path);
 Key& EnsureKey(Document& doc, std::string_view path, std::int64_t now, bool* created = nullptr);
 const Entry* FindValue(const Key& key, std::string_view name);
-void SetValue(Key& key, std::string_view name, std::uint32_t type, std::vector<std::uint8_t> data,
-              std::int64_t now);
+void SetValue(Key& key, std::string_view name, const Value& value, std::int64_t now);
 bool DeleteValue(Key& key, std::string_view name, std::int64_t now);
 // Removes the key's section; its parent keeps existing. The caller checks for subkeys.
 void DeleteKey(Document& doc, std::string_view path, std::int64_t now);

@@ -217,7 +217,8 @@ LONG RegQueryValueExA(HKEY key, const char* name, DWORD* reserved, DWORD* type, 
     const text::Document& doc = r.Hive(open->hive).Current();
     if (!text::KeyExists(doc, open->path)) return ERROR_KEY_DELETED;
     const text::Key* section = text::FindKey(doc, open->path);
-    const text::Entry* value = section ? text::FindValue(*section, name ? name : "") : nullptr;
+    const text::Entry* entry = section ? text::FindValue(*section, name ? name : "") : nullptr;
+    const std::optional<text::Value> value = entry ? text::ReadValue(*entry) : std::nullopt;
     if (!value) return ERROR_FILE_NOT_FOUND;
 
     const auto needed = static_cast<DWORD>(value->data.size());
@@ -248,8 +249,8 @@ LONG RegSetValueExA(HKEY key, const char* name, DWORD reserved, DWORD type, cons
     return r.Hive(open->hive).Modify([&](text::Document& doc, bool& changed) -> std::int32_t {
         if (!text::KeyExists(doc, open->path)) return ERROR_KEY_DELETED;
         const std::int64_t now = Now();
-        text::SetValue(text::EnsureKey(doc, open->path, now), valueName, type, Bytes(data, size),
-                       now);
+        text::SetValue(text::EnsureKey(doc, open->path, now), valueName,
+                       text::Value{type, Bytes(data, size)}, now);
         changed = true;
         return ERROR_SUCCESS;
     });

@@ -1,5 +1,7 @@
 #include "client/ui/dialer/core/application.h"
 
+#include <cstdlib>
+
 #include "client/ui/dialer/core/main_win.h"
 #include "client/ui/dialer/core/settings.h"
 #include "client/ui/dialer/diallist/to_pullout.h"
@@ -26,12 +28,24 @@ void RegisterForm(forms::FormSet& set, Application& app) {
 }
 }  // namespace
 
-Application::Application(forms::Platform& platform) : platform_(platform) {
+Application::Application(forms::Platform& platform, std::string assetsDir)
+    : platform_(platform), art_(std::move(assetsDir)) {
     platform_.SetApplicationTitle(Title);
     RegisterForms();
 }
 
 Application::~Application() = default;
+
+std::string Application::DefaultAssetsDir() {
+    if (const char* dir = std::getenv("KESTRELWAY_ASSETS"); dir != nullptr && *dir != '\0') {
+        return dir;
+    }
+    return KW_DEFAULT_ASSETS_DIR;
+}
+
+void Application::Shape(forms::Form& form, bool useFrame, const forms::Control* image) {
+    ClipToBitmap(form, useFrame, image, art_, frameWidth, frameHeight);
+}
 
 void Application::RegisterForms() {
     RegisterForm<MainWin>(forms_, *this);

@@ -9,6 +9,7 @@
 #include "client/ui/dialer/engine/dravlink.h"
 #include "client/ui/dialer/locations/calling_card_list.h"
 #include "client/ui/dialer/locations/country_list.h"
+#include "client/ui/dialer/shell/clip_region.h"
 #include "platform/forms/form_set.h"
 #include "platform/forms/platform.h"
 
@@ -18,7 +19,10 @@ namespace kw::dialer {
 // fresh program by building a fresh Application.
 class Application {
 public:
-    explicit Application(forms::Platform& platform);
+    // The artwork and help pages are read from assetsDir.
+    explicit Application(forms::Platform& platform, std::string assetsDir = DefaultAssetsDir());
+    // $KESTRELWAY_ASSETS, else the assets folder the program was built with.
+    static std::string DefaultAssetsDir();
     ~Application();
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
@@ -31,6 +35,9 @@ public:
         return forms_.Get<F>();
     }
     FileTable& Files() { return files_; }
+    const ArtworkLibrary& Art() const { return art_; }
+    // Shapes a form from its artwork, with the frame metrics of this program.
+    void Shape(forms::Form& form, bool useFrame, const forms::Control* image = nullptr);
 
     // The title the program runs under; a second instance looks for a window of this title.
     std::string Title = "Kestrelway";
@@ -60,6 +67,7 @@ private:
     forms::Platform& platform_;
     forms::FormSet forms_;
     FileTable files_;
+    ArtworkLibrary art_;
 };
 
 // The entry of the program: one instance, the install directory, the main window.

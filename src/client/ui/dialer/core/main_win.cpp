@@ -31,7 +31,6 @@ using automation::Variant;
 MainWin::MainWin(Application& app) : Form(app.Platform(), "MainWin"), app_(app) {
     SetCaption(app.Title);
     SetForeColor(0x00FF00);  // pure green: the outside of the artwork
-    SetPicture("art/mainwin.bmp");
     lblConnect.SetCaption("Connect");
     lblFrom.SetCaption("From");
     lblTo.SetCaption("To");
@@ -57,7 +56,6 @@ MainWin::MainWin(Application& app) : Form(app.Platform(), "MainWin"), app_(app) 
     }
     SetKeyPreview(true);
     PlaceControls();
-    SetWindowFaces();
 }
 
 // ---- load, close, unload ------------------------------------------------------------------
@@ -80,12 +78,13 @@ void MainWin::Form_Load() {
     app_.frameWidth = platform.SystemMetric(forms::metric::kCxDlgFrame);
     app_.frameHeight = platform.SystemMetric(forms::metric::kCyCaption) + app_.frameWidth;
     SetFrameInset(app_.frameWidth, app_.frameHeight);
-    Move(Left(), Top(), 128 + 2 * app_.frameWidth, 320 + app_.frameHeight + app_.frameWidth);
+    Move(Left(), Top(), Width() + 2 * app_.frameWidth, Height() + app_.frameHeight + app_.frameWidth);
     ScaleForm(*this, platform);
     IsLoading = true;
     cmboFrom.SetText("<Loading...>");
     cmboTo.SetText("<Loading...>");
     WireEvents();
+    app_.Shape(*this, true);
 
     PerfPulldown& perf = app_.Form<PerfPulldown>();
     perf.Move(Left() + app_.frameWidth, Top() + 176);

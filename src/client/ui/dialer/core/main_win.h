@@ -223,7 +223,6 @@ private:
     void CloseFromPullout(bool& ok);
     void CloseMorePullout(bool& ok);
     void CloseRxPullout(bool& ok);
-    void SetWindowFaces();
     void WireWindowFamily();
     // The shape of each pullout of this window is cut once, at its first opening.
     bool moreCut_ = false;

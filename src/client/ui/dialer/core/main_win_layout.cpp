@@ -1,33 +1,94 @@
-// Where MainWin's controls stand on its artwork.
+// Where MainWin's controls stand on its artwork, and the pictures they show.
 #include "client/ui/dialer/core/main_win.h"
+#include "client/ui/dialer/shell/artwork_layout.h"
 
 namespace kw::dialer {
 
+namespace {
+void Place(forms::Control& control, const layout::LayoutRect& r) {
+    control.Move(r.x, r.y, r.w, r.h);
+}
+}  // namespace
+
 void MainWin::PlaceControls() {
-    Move(400, 200, 128, 320);
-    lblFrom.Move(10, 40, 30, 14);
-    cmboFrom.Move(10, 54, 108, 21);
-    lblTo.Move(10, 80, 30, 14);
-    cmboTo.Move(10, 94, 108, 21);
-    int y = 124;
-    for (forms::Image* light : {&imgModemDetected, &imgPhoneDialing, &imgConnectingISP,
-                                &imgAuthorizingISP, &imgCreatingTunnel, &imgAuthorizingTunnel}) {
-        light->Move(14, y, 14, 14);
-        y += 18;
+    namespace at = layout::mainwin;
+    namespace pic = layout::pictures;
+    Move(Left(), Top(), at::kWidth, at::kHeight);
+    SetPicture(at::kPicture);
+    Place(imgLogoOn, at::imgLogoOn);
+    Place(btnMinimize, at::btnMinimize);
+    Place(lblMinButton, at::lblMinButton);
+    Place(btnHelp, at::btnHelp);
+    Place(lblHelpButton, at::lblHelpButton);
+    Place(btnCloseWin, at::btnCloseWin);
+    Place(lblCloseButton, at::lblCloseButton);
+    lblMinButton.SetCaption(at::kMinButtonGlyph);
+    lblHelpButton.SetCaption(at::kHelpButtonGlyph);
+    lblCloseButton.SetCaption(at::kCloseButtonGlyph);
+    for (forms::Label* glyph : {&lblMinButton, &lblHelpButton, &lblCloseButton}) {
+        glyph->SetAlignment(forms::align::kCenter);
+        glyph->SetFontBold(true);
+        glyph->SetForeColor(0xE8E8E8);
     }
-    imgLogoOn.Move(44, 124, 70, 40);
-    imgConnectLight.Move(100, 200, 14, 14);
-    btnConnect.Move(34, 236, 60, 24);
-    lblConnect.Move(34, 240, 60, 16);
-    lblStatus.Move(6, 266, 116, 28);
-    btnCloseWin.Move(104, 6, 16, 16);
-    btnMinimize.Move(84, 6, 16, 16);
-    btnHelp.Move(8, 6, 16, 16);
-    btnFromPullout.Move(118, 50, 10, 30);
-    btnToPullout.Move(118, 90, 10, 30);
-    btnRxPullout.Move(118, 130, 10, 30);
-    btnMorePullout.Move(52, 298, 24, 16);
-    Label4.Move(48, 300, 30, 12);
+    Place(lblFrom, at::lblFrom);
+    Place(cmboFrom, at::cmboFrom);
+    Place(btnFromPullout, at::btnFromPullout);
+    Place(lblTo, at::lblTo);
+    Place(cmboTo, at::cmboTo);
+    Place(btnToPullout, at::btnToPullout);
+    Place(imgModemDetected, at::imgModemDetected);
+    Place(imgPhoneDialing, at::imgPhoneDialing);
+    Place(imgConnectingISP, at::imgConnectingISP);
+    Place(imgAuthorizingISP, at::imgAuthorizingISP);
+    Place(imgCreatingTunnel, at::imgCreatingTunnel);
+    Place(imgAuthorizingTunnel, at::imgAuthorizingTunnel);
+    Place(btnRxPullout, at::btnRxPullout);
+    Place(btnConnect, at::btnConnect);
+    Place(lblConnect, at::lblConnect);
+    Place(imgConnectLight, at::imgConnectLight);
+    Place(Label4, at::Label4);
+    Label4.SetAlignment(forms::align::kRight);
+    Place(btnMorePullout, at::btnMorePullout);
+    Place(lblStatus, at::lblStatus);
+    Place(Image5, at::Image5);
+    Place(Image6, at::Image6);
+    Place(imgPushedButton, at::imgPushedButton);
+    for (forms::Label* text : {&lblFrom, &lblTo, &Label4, &lblConnect, &lblStatus}) {
+        text->SetForeColor(0xE0E0E0);
+    }
+    lblConnect.SetFontBold(true);
+    lblConnect.SetFontSize(9);
+    lblStatus.SetForeColor(0x2AA8F0);  // amber, in the red-lowest layout
+
+    imgModemDetected.SetPicture(pic::kModemDetected);
+    imgPhoneDialing.SetPicture(pic::kPhoneDialing);
+    imgConnectingISP.SetPicture(pic::kConnectingISP);
+    imgAuthorizingISP.SetPicture(pic::kAuthorizingISP);
+    imgCreatingTunnel.SetPicture(pic::kCreatingTunnel);
+    imgAuthorizingTunnel.SetPicture(pic::kAuthorizingTunnel);
+    imgLogoOn.SetPicture(pic::kLogoOn);
+    imgConnectLight.SetPicture(pic::kConnectLightOff);
+    imgConnectLightOn.SetPicture(pic::kConnectLightOn);
+    imgConnectLightOff.SetPicture(pic::kConnectLightOff);
+    imgYellowLightOn.SetPicture(pic::kYellowLightOn);
+    imgYellowLightOff.SetPicture(pic::kYellowLightOff);
+    btnHelp.SetPicture(pic::kBtnHelp);
+    btnMinimize.SetPicture(pic::kBtnMinimize);
+    btnCloseWin.SetPicture(pic::kBtnCloseWin);
+    btnConnect.SetPicture(pic::kBtnConnect);
+    imgPushedButton.SetPicture(pic::kPushedButton);
+    Image5.SetPicture(pic::kImage5);
+    Image6.SetPicture(pic::kImage6);
+    btnFromPullout.SetPicture(pic::kBtnReg);
+    btnToPullout.SetPicture(pic::kBtnReg);
+    btnMorePullout.SetPicture(pic::kBtnReg);
+    btnRxPullout.SetPicture(pic::kBtnRxPullout);
+    btnReg.SetPicture(pic::kBtnReg);
+    btnLeft.SetPicture(pic::kBtnLeft);
+    btnRight.SetPicture(pic::kBtnRight);
+    imgMoreBtnPressed.SetPicture(pic::kMoreBtnPressed);
+    imgMoreLabels.SetPicture(pic::kMoreLabels);
+    Image3.SetPicture(pic::kImage3);
 }
 
 }  // namespace kw::dialer

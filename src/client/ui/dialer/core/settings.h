@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/automation/failure.h"  // QueryValueEx fails for types it cannot read
 #include "platform/automation/variant.h"
 #include "platform/registry/registry.h"
 

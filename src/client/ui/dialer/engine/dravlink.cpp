@@ -24,14 +24,14 @@ bool SameName(std::string_view a, std::string_view b) {
 // A by-reference string argument: converted on the way in, written back on the way out, so a
 // caller holding a variant sees what the engine put there.
 class StringArg {
-public:
+  public:
     explicit StringArg(Variant& slot) : slot_(slot), value_(automation::CStr(slot)) {}
     ~StringArg() { slot_ = Variant(value_); }
     StringArg(const StringArg&) = delete;
     StringArg& operator=(const StringArg&) = delete;
     std::string& operator*() { return value_; }
 
-private:
+  private:
     Variant& slot_;
     std::string value_;
 };

@@ -101,7 +101,7 @@ std::optional<DispatchEntry> FindDispatchEntry(std::string_view name);
 // the by-reference arguments back when the handler returns, so a handler that asks the user holds
 // the engine's caller until the answer is there.
 class DravlinkEvents {
-public:
+  public:
     virtual ~DravlinkEvents() = default;
 
     virtual void CHXferUpdate(Variant& first, Variant& transfer) = 0;
@@ -124,7 +124,7 @@ public:
 // a boolean or a long; out and in/out arguments are references the engine writes. Any operation
 // may also fail with an automation::Failure carrying the engine's number.
 class Dravlink : public automation::Object {
-public:
+  public:
     ~Dravlink() override = default;
 
     virtual Variant GetPhoneList(Variant& list) = 0;
@@ -139,8 +139,7 @@ public:
     virtual Variant SavePOPList(const std::string& location, const std::string& destination,
                                 Variant& list) = 0;
     // Destination first: the reverse of SavePOPList, as the engine takes it.
-    virtual Variant RefreshPOPList(const std::string& destination,
-                                   const std::string& location) = 0;
+    virtual Variant RefreshPOPList(const std::string& destination, const std::string& location) = 0;
     virtual Variant BuildDialList(const std::string& location, const std::string& destination) = 0;
     virtual Variant Disconnect(std::int32_t& handle) = 0;
     virtual Variant Connect(const std::string& destination, bool option) = 0;
@@ -156,8 +155,8 @@ public:
     virtual Variant SaveLocation(const std::string& location) = 0;
     virtual Variant GetConnectionNames(std::string& destination, std::string& deviceName) = 0;
     virtual Variant DeleteLocation(const std::string& location) = 0;
-    virtual Variant SetISPLogin(std::string& user, std::string& ispName,
-                                const std::string& ispUser, const std::string& ispPassword) = 0;
+    virtual Variant SetISPLogin(std::string& user, std::string& ispName, const std::string& ispUser,
+                                const std::string& ispPassword) = 0;
     virtual Variant GetISPLogin(std::string& user, std::string& ispName, Variant& login) = 0;
     virtual Variant SaveUser(std::string& user, std::string& password,
                              const std::string& third) = 0;
@@ -185,7 +184,7 @@ public:
     virtual void Unadvise() { sink_ = nullptr; }
     DravlinkEvents* EventSink() const { return sink_; }
 
-private:
+  private:
     DravlinkEvents* sink_ = nullptr;
 };
 

@@ -14,7 +14,9 @@ void EngineFactory::Register(const std::string& name, Creator creator) {
     Creators()[name] = std::move(creator);
 }
 
-void EngineFactory::Unregister(const std::string& name) { Creators().erase(name); }
+void EngineFactory::Unregister(const std::string& name) {
+    Creators().erase(name);
+}
 
 bool EngineFactory::IsRegistered(const std::string& name) {
     return Creators().count(name) != 0;

@@ -22,7 +22,7 @@ struct EngineContext {
 // The engines this executable links, by name: the analogue of a class registration. The program
 // asks for an engine by name and never sees the class behind it.
 class EngineFactory {
-public:
+  public:
     using Creator = std::function<std::shared_ptr<Dravlink>(const EngineContext&)>;
 
     static void Register(const std::string& name, Creator creator);
@@ -34,7 +34,7 @@ public:
     // of the creator itself goes to the caller as it is.
     static std::shared_ptr<Dravlink> Create(const std::string& name, const EngineContext& context);
 
-private:
+  private:
     static std::map<std::string, Creator>& Creators();
 };
 

@@ -3,17 +3,16 @@
 #include <cstdlib>
 
 #include "client/ui/dialer/core/application.h"
+#include "client/ui/dialer/shell/artwork_layout.h"
 #include "client/ui/dialer/core/main_win.h"
 #include "client/ui/dialer/engine/login_focus.h"
 #include "client/ui/dialer/engine/res_const.h"
-#include "client/ui/dialer/shell/clip_region.h"
 
 namespace kw::dialer {
 
 frmISPLogin::frmISPLogin(Application& app) : Form(app.Platform(), "frmISPLogin"), app_(app) {
     SetCaption("Login");
     SetForeColor(0x00FF00);  // pure green: the outside of the artwork
-    SetPicture("art/frmisplogin.bmp");
     txtTitle.SetCaption("ISP Login Info:");
     lblLabels0.SetCaption("&User Name:");
     lblLabels1.SetCaption("&Password:");
@@ -25,11 +24,39 @@ frmISPLogin::frmISPLogin(Application& app) : Form(app.Platform(), "frmISPLogin")
     for (forms::Control* c : Controls()) {
         c->SetFontName("Arial");
     }
+    PlaceControls();
+}
+
+void frmISPLogin::PlaceControls() {
+    namespace at = layout::login;
+    SetPicture(at::kIspLoginPicture);
+    Move(Left(), Top(), at::kWidth, at::kHeight);
+    auto place = [](forms::Control& c, const layout::LayoutRect& r) { c.Move(r.x, r.y, r.w, r.h); };
+    place(txtTitle, at::Label1);
+    place(lblLabels0, at::lblLabels0);
+    place(lblLabels1, at::lblLabels1);
+    place(txtUserName, at::txtUserName);
+    place(txtPassword, at::txtPassword);
+    place(cmdOK, at::cmdOK);
+    place(cmdCancel, at::cmdCancel);
+    for (forms::Label* label : {&txtTitle, &lblLabels0, &lblLabels1}) {
+        label->SetForeColor(0xE0E0E0);
+    }
+    txtTitle.SetFontBold(true);
+    txtTitle.SetFontSize(10);
+}
+
+void frmISPLogin::Frame() {
+    // The dialog has a real caption and frame, cut away by its shape.
+    SetFrameInset(app_.frameWidth, app_.frameHeight);
+    Move(Left(), Top(), layout::login::kWidth + 2 * app_.frameWidth,
+         layout::login::kHeight + app_.frameHeight + app_.frameWidth);
 }
 
 void frmISPLogin::Form_Load() {
+    Frame();
     ScaleForm(*this, app_.Platform());
-    ShapeDialog(*this, app_);
+    app_.Shape(*this, true);
     txtPassword.SetText("");
     cmdOK.Click = [this] { cmdOK_Click(); };
     cmdCancel.Click = [this] { cmdCancel_Click(); };

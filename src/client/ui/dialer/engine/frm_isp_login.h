@@ -34,6 +34,9 @@ protected:
     void Form_MouseMove(int button, int shift, float x, float y) override;
 
 private:
+    void PlaceControls();
+    void Frame();
+
     Application& app_;
     CaptionDrag drag_;
 };

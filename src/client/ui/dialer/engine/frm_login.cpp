@@ -1,6 +1,7 @@
 #include "client/ui/dialer/engine/frm_login.h"
 
 #include "client/ui/dialer/core/application.h"
+#include "client/ui/dialer/shell/artwork_layout.h"
 #include "client/ui/dialer/core/user_info.h"
 #include "client/ui/dialer/engine/login_focus.h"
 
@@ -9,7 +10,6 @@ namespace kw::dialer {
 frmLogin::frmLogin(Application& app) : Form(app.Platform(), "frmLogin"), app_(app) {
     SetCaption("Login");
     SetForeColor(0x00FF00);  // pure green: the outside of the artwork
-    SetPicture("art/frmlogin.bmp");
     Label1.SetCaption("VPN User Information");
     lblLabels0.SetCaption("&User Name:");
     lblLabels1.SetCaption("&Password:");
@@ -21,9 +21,37 @@ frmLogin::frmLogin(Application& app) : Form(app.Platform(), "frmLogin"), app_(ap
     for (forms::Control* c : Controls()) {
         c->SetFontName("Arial");
     }
+    PlaceControls();
+}
+
+void frmLogin::PlaceControls() {
+    namespace at = layout::login;
+    SetPicture(at::kLoginPicture);
+    Move(Left(), Top(), at::kWidth, at::kHeight);
+    auto place = [](forms::Control& c, const layout::LayoutRect& r) { c.Move(r.x, r.y, r.w, r.h); };
+    place(Label1, at::Label1);
+    place(lblLabels0, at::lblLabels0);
+    place(lblLabels1, at::lblLabels1);
+    place(txtUserName, at::txtUserName);
+    place(txtPassword, at::txtPassword);
+    place(cmdOK, at::cmdOK);
+    place(cmdCancel, at::cmdCancel);
+    for (forms::Label* label : {&Label1, &lblLabels0, &lblLabels1}) {
+        label->SetForeColor(0xE0E0E0);
+    }
+    Label1.SetFontBold(true);
+    Label1.SetFontSize(10);
+}
+
+void frmLogin::Frame() {
+    // The dialog has a real caption and frame, cut away by its shape.
+    SetFrameInset(app_.frameWidth, app_.frameHeight);
+    Move(Left(), Top(), layout::login::kWidth + 2 * app_.frameWidth,
+         layout::login::kHeight + app_.frameHeight + app_.frameWidth);
 }
 
 void frmLogin::Form_Load() {
+    Frame();
     ScaleForm(*this, app_.Platform());
     Shape();
     cmdOK.Click = [this] { cmdOK_Click(); };
@@ -33,9 +61,7 @@ void frmLogin::Form_Load() {
     drag_.Attach(*this, {&Label1, &lblLabels0, &lblLabels1});
 }
 
-void frmLogin::Shape() {
-    // The artwork's shape is applied by the shell's region builder when the window is shown.
-}
+void frmLogin::Shape() { app_.Shape(*this, true); }
 
 void frmLogin::Form_Activate() {
     if (Visible()) {

@@ -11,7 +11,6 @@
 #include "client/ui/dialer/locations/from_pullout.h"
 #include "client/ui/dialer/locations/pref_pullout.h"
 #include "client/ui/dialer/performance/perf_pulldown.h"
-#include "client/ui/dialer/shell/artwork_layout.h"
 #include "client/ui/dialer/shell/more_pullout.h"
 #include "client/ui/dialer/shell/window_shapes.h"
 #include "client/ui/dialer/side/display_pullout.h"
@@ -43,23 +42,6 @@ bool IsVisible(Application& app) {
 }
 
 }  // namespace
-
-void MainWin::SetWindowFaces() {
-    namespace pic = layout::pictures;
-    btnLeft.SetPicture(pic::kBtnLeft);
-    btnRight.SetPicture(pic::kBtnRight);
-    btnReg.SetPicture(pic::kBtnReg);
-    imgMoreBtnPressed.SetPicture(pic::kMoreBtnPressed);
-    imgMoreLabels.SetPicture(pic::kMoreLabels);
-    Image3.SetPicture(pic::kImage3);
-    for (forms::Image* tab : {&btnFromPullout, &btnToPullout, &btnMorePullout}) {
-        tab->SetPicture(btnReg.Picture());
-    }
-    btnRxPullout.SetPicture(pic::kBtnRxPullout);
-    btnMinimize.SetPicture(pic::kBtnMinimize);
-    btnHelp.SetPicture(pic::kBtnHelp);
-    imgPushedButton.SetPicture(pic::kPushedButton);
-}
 
 void MainWin::WireWindowFamily() {
     btnFromPullout.Click = [this] { btnFromPullout_Click(); };

@@ -7,8 +7,8 @@
 #include "platform/headless/headless_platform.h"
 #include "platform/registry/registry.h"
 
-#include <filesystem>
 #include <unistd.h>
+#include <filesystem>
 #include "support/scripted_engine.h"
 
 namespace kw::dialer {
@@ -95,7 +95,7 @@ TEST(EngineContract, CallsByNameCarryOutArgumentsBackIntoTheCallersVariants) {
 }
 
 class NamedEngines : public ::testing::Test {
-protected:
+  protected:
     void TearDown() override { EngineFactory::Unregister("test.scripted"); }
 };
 
@@ -148,8 +148,8 @@ TEST_F(NamedEngines, TheMachineSettingChoosesTheEngineAndTheSimulatorIsTheDefaul
         EXPECT_EQ(FailureNumber([&] { CreateEngine(context); }), 429);
     }
 
-    EngineFactory::Register("test.scripted",
-                            [](const EngineContext&) { return std::make_shared<ScriptedEngine>(); });
+    EngineFactory::Register(
+        "test.scripted", [](const EngineContext&) { return std::make_shared<ScriptedEngine>(); });
     reg::HKEY key = nullptr;
     ASSERT_EQ(reg::RegCreateKeyExA(reg::HKEY_LOCAL_MACHINE, "Software\\Ostvarra", 0, nullptr, 0,
                                    reg::KEY_ALL_ACCESS, nullptr, &key, nullptr),

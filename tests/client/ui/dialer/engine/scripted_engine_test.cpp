@@ -13,7 +13,7 @@ using automation::Failure;
 
 // A sink that answers like a user would and remembers what it was told.
 class AnsweringSink : public dialer::DravlinkEvents {
-public:
+  public:
     std::vector<std::string> seen;
     std::string credentials = "isp-user^secret";
     bool yes = true;
@@ -81,8 +81,8 @@ TEST(ScriptedEngine, RecordsEveryCallWithItsArgumentsAsTheyArrived) {
     EXPECT_EQ(engine.CallNames(),
               (std::vector<std::string>{"GetPolicySetting", "RefreshPOPList", "Logoff"}));
     const auto& policy = engine.Calls()[0];
-    EXPECT_EQ(policy.args, (std::vector<Variant>{Variant("ana"), Variant("CCdialing"),
-                                                  Variant("before")}));
+    EXPECT_EQ(policy.args,
+              (std::vector<Variant>{Variant("ana"), Variant("CCdialing"), Variant("before")}));
     EXPECT_EQ(engine.Calls()[1].args[0], Variant("Office"));
     EXPECT_TRUE(engine.Calls()[2].args.empty());
     EXPECT_EQ(engine.CountOf("Logoff"), 1);
@@ -132,7 +132,7 @@ TEST(ScriptedEngine, RaisesEventsAndHandsBackTheHandlersAnswers) {
     transfer.Set(0, Variant("C:\\home\\update.cab"));
     engine.RaiseCHXferUpdate(Variant(transfer));
     EXPECT_EQ(sink.seen, (std::vector<std::string>{"102 Modem detected", "error 2010",
-                                                    "xfer C:\\home\\update.cab"}));
+                                                   "xfer C:\\home\\update.cab"}));
     engine.Unadvise();
     EXPECT_THROW(engine.RaiseProgressUpdate(1, "Connected"), std::logic_error);
 }

@@ -1,0 +1,384 @@
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "client/ui/dialer/engine/engine_factory.h"
+#include "dravlink/credentials.h"
+#include "dravlink/simulator_fixture.h"
+#include "platform/automation/failure.h"
+
+namespace dravlink::testing {
+namespace {
+
+namespace fs = std::filesystem;
+using kw::automation::CBool;
+using kw::automation::CLng;
+using kw::automation::Failure;
+
+bool Ok(const Variant& v) {
+    return CBool(v);
+}
+
+// ---- users, policies --------------------------------------------------------------------------
+
+TEST_F(SimulatorTest, AnyoneMayLogOnUnlessAnAccountSaysOtherwiseAndPoliciesFollowTheUser) {
+    auto engine = std::make_shared<Simulator>(platform_, Options{dataDir_, {}, ""});
+    Variant list;
+    try {
+        engine->GetPhoneList(list);
+        FAIL() << "nothing but SaveUser works before Logon";
+    } catch (const Failure& f) {
+        EXPECT_EQ(f.Number(), 1010);
+    }
+    std::string user = "guest";
+    std::string password = "wrong";
+    EXPECT_FALSE(Ok(engine->Logon(user, password, "")));
+    password = "guest";
+    EXPECT_TRUE(Ok(engine->Logon(user, password, "")));
+
+    std::string value;
+    EXPECT_TRUE(Ok(engine->GetPolicySetting(user, "POPordering", value)));
+    EXPECT_EQ(value, "0");
+    std::string someone = "mira";
+    EXPECT_TRUE(Ok(engine->GetPolicySetting(someone, "POPordering", value)));
+    EXPECT_EQ(value, "1");
+    EXPECT_FALSE(Ok(engine->GetPolicySetting(someone, "Teleportation", value)));
+
+    std::string anyone = "mira";
+    std::string anything = "whatever";
+    EXPECT_TRUE(Ok(engine->Logon(anyone, anything, "")));
+    EXPECT_TRUE(Ok(engine->GetPhoneList(list)));
+    EXPECT_EQ(CStr(list.ToArray().Get(0)), "Ostvarra Corporate");
+}
+
+TEST_F(SimulatorTest, SavedCredentialsAreReadableByAnotherProcessAndTheEngineTakesThemBack) {
+    Start();
+    std::string user = "ana";
+    std::string password = "s3cret pass";
+    engine_->SaveUser(user, password, "");
+
+    const std::string hive = kw::registry::HivePath(kw::registry::HKEY_CURRENT_USER);
+    std::ifstream file(hive);
+    const std::string text((std::istreambuf_iterator<char>(file)), {});
+    EXPECT_EQ(text.find("s3cret pass"), std::string::npos) << "not stored as typed";
+
+    // Another process reads the store from disk, as the client does after SaveUser.
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        namespace reg = kw::registry;
+        reg::Configure({hive, ""});
+        reg::HKEY key = nullptr;
+        if (reg::RegOpenKeyExA(reg::HKEY_CURRENT_USER, "Software\\Ostvarra\\Kestrelway", 0,
+                               reg::KEY_QUERY_VALUE, &key) != 0) {
+            _exit(2);
+        }
+        char name[64] = {};
+        char stored[256] = {};
+        reg::DWORD type = 0;
+        reg::DWORD size = sizeof name;
+        reg::RegQueryValueExA(key, "UserName", nullptr, &type, reinterpret_cast<reg::BYTE*>(name),
+                              &size);
+        size = sizeof stored;
+        reg::RegQueryValueExA(key, "Password", nullptr, &type, reinterpret_cast<reg::BYTE*>(stored),
+                              &size);
+        const bool good = std::string(name) == "ana" && std::string(stored) != "s3cret pass" &&
+                          DecodePassword(stored) == "s3cret pass";
+        _exit(good ? 0 : 3);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+
+    // The client hands the stored form back to Logon and GetUser gives the plain pair.
+    std::string u;
+    std::string p;
+    std::string third;
+    EXPECT_TRUE(Ok(engine_->GetUser(u, p, third)));
+    EXPECT_EQ(u, "ana");
+    EXPECT_EQ(p, "s3cret pass");
+    std::string storedForm = EncodePassword("guest");
+    std::string guest = "guest";
+    EXPECT_TRUE(Ok(engine_->Logon(guest, storedForm, "")));
+}
+
+// ---- locations, countries, cards ---------------------------------------------------------------
+
+TEST_F(SimulatorTest, LocationsAreCreatedOnlyOnAFreeNameAndOutliveTheEngine) {
+    Start();
+    EXPECT_FALSE(Ok(engine_->LocationExists("Home Office"))) << "false: the name is taken";
+    EXPECT_FALSE(Ok(engine_->LocationExists(" home office ")));
+    EXPECT_TRUE(Ok(engine_->LocationExists("  Denver Hotel ")));
+    EXPECT_TRUE(Ok(engine_->SetLocationProperty("Denver Hotel", "CountryName", "UNITED STATES")));
+    EXPECT_TRUE(Ok(engine_->SetLocationProperty("Denver Hotel", "CountryCode", "1")));
+    EXPECT_TRUE(Ok(engine_->SetLocationProperty("Denver Hotel", "AreaCode", "303")));
+    EXPECT_FALSE(Ok(engine_->SetLocationProperty("Denver Hotel", "Colour", "red")));
+    EXPECT_FALSE(Ok(engine_->SetLocationProperty("Denver Hotel", "CountryCode", "one")));
+    Variant list;
+    engine_->GetLocationList(list);
+    EXPECT_EQ(list.ToArray().UBound(), 2) << "not listed before CreateLocation";
+    EXPECT_TRUE(Ok(engine_->CreateLocation("Denver Hotel")));
+
+    Start();
+    engine_->GetLocationList(list);
+    ASSERT_EQ(list.ToArray().UBound(), 3);
+    EXPECT_EQ(CStr(list.ToArray().Get(3)), "Denver Hotel");
+    std::string value;
+    EXPECT_TRUE(Ok(engine_->GetLocationProperty("Denver Hotel", "AreaCode", value)));
+    EXPECT_EQ(value, "303");
+    EXPECT_TRUE(Ok(engine_->GetLocationProperty("Denver Hotel", "OutSideAccess", value)));
+    EXPECT_EQ(value, "");
+
+    engine_->DeleteLocation("Denver Hotel");
+    EXPECT_TRUE(Ok(engine_->LocationExists("Denver Hotel")));
+}
+
+TEST_F(SimulatorTest, TheCountryTableIsReachedByNameWithRealDialingCodes) {
+    Start();
+    Variant list;
+    EXPECT_TRUE(Ok(kw::dialer::GetCountryList(*engine_, list)));
+    const SafeArray& a = list.ToArray();
+    ASSERT_EQ(a.Count() % 5, 0u);
+    EXPECT_GT(a.Count() / 5, 200u);
+    std::map<std::string, float> codes;
+    for (std::int32_t i = 0; i + 4 <= a.UBound(); i += 5) {
+        ASSERT_EQ(a.Get(i + 1).Type(), kw::automation::VarType::Single);
+        codes[CStr(a.Get(i))] = kw::automation::CSng(a.Get(i + 1));
+    }
+    EXPECT_EQ(codes.at("UNITED STATES"), 1.0f);
+    EXPECT_EQ(codes.at("UNITED KINGDOM"), 44.0f);
+    EXPECT_EQ(codes.at("GERMANY"), 49.0f);
+    EXPECT_EQ(codes.at("JAPAN"), 81.0f);
+    EXPECT_EQ(codes.at("BRAZIL"), 55.0f);
+    EXPECT_EQ(codes.at("SOUTH AFRICA"), 27.0f);
+    EXPECT_EQ(codes.size(), a.Count() / 5) << "country names are unique";
+}
+
+TEST_F(SimulatorTest, CallingCardsComeInSixColumnsAndKeepTheirNumbers) {
+    Start();
+    Variant list;
+    ASSERT_TRUE(Ok(engine_->GetCallingCardList(list)));
+    const SafeArray& a = list.ToArray();
+    ASSERT_EQ(a.Dims(), 2);
+    EXPECT_EQ(a.UBound(2), 5);
+    EXPECT_EQ(CLng(a.Get(1, 0)), 1) << "column 0 is the position";
+    EXPECT_EQ(CStr(a.Get(1, 3)), "Meridian Prepaid") << "column 3 is the name";
+    std::string position = "1";
+    EXPECT_TRUE(Ok(engine_->SetCallingCardNumber(position, "4417 2231 9981")));
+
+    Start();
+    engine_->GetCallingCardList(list);
+    EXPECT_EQ(CStr(list.ToArray().Get(1, 2)), "4417 2231 9981");
+
+    Start("", "guest", "guest");  // CCdialing "0"
+    std::string again = "1";
+    EXPECT_FALSE(Ok(engine_->SetCallingCardNumber(again, "0000")));
+}
+
+// ---- dial lists ------------------------------------------------------------------------------
+
+TEST_F(SimulatorTest, AUsLocationGetsItsOwnAreasPopsFirstThenTollFreeThenTheRest) {
+    Start();
+    const Variant rows = DialList("New York Hotel", "Ostvarra Corporate");
+    ASSERT_TRUE(rows.IsArray());
+    const SafeArray& a = rows.ToArray();
+    EXPECT_EQ(a.UBound(2), 7) << "eight fields a row";
+    const auto numbers = Column(rows, 1);
+    ASSERT_GE(numbers.size(), 5u);
+    EXPECT_EQ(numbers[0].substr(0, 3), "212");
+    EXPECT_EQ(numbers[1].substr(0, 3), "212");
+    EXPECT_EQ(numbers[2], "800-555-0100") << "toll-free next";
+    for (const auto& n : numbers) {
+        EXPECT_EQ(n.find(' '), std::string::npos) << "no POP abroad while the country has its own";
+    }
+    // Enable flags as the database says; weights rise down the list.
+    const auto enabled = Column(rows, 6);
+    const auto miami = std::find(numbers.begin(), numbers.end(), "305-555-0199");
+    ASSERT_NE(miami, numbers.end());
+    EXPECT_EQ(enabled[static_cast<std::size_t>(miami - numbers.begin())], "0");
+    const auto weights = Column(rows, 7);
+    EXPECT_LT(std::stoi(weights.front()), std::stoi(weights.back()));
+    EXPECT_EQ(sink_->Of("LIST").back(), "");
+
+    // Another country: its own POPs only; a destination limited to two ISPs uses only those.
+    const auto london = Column(DialList("London Office", "Ostvarra Corporate"), 1);
+    EXPECT_EQ(london.front(), "20 7946 0990");
+    EXPECT_EQ(london.size(), 2u);
+    for (const auto& isp : Column(DialList("Home Office", "Engineering Lab"), 2)) {
+        EXPECT_TRUE(isp == "Bluewave Online" || isp == "Meridian Dial") << isp;
+    }
+}
+
+TEST_F(SimulatorTest, ASavedPopOrderingComesBackAsSavedUntilRefreshed) {
+    Start();
+    const Variant original = DialList("Home Office", "Ostvarra Corporate");
+    auto numbers = Column(original, 1);
+    auto isps = Column(original, 2);
+    ASSERT_GE(numbers.size(), 3u);
+
+    // The user moves the last row to the top and unticks the first: the client's save shape.
+    const auto n = static_cast<std::int32_t>(numbers.size());
+    auto save = SafeArray::TwoDim(0, n - 1, 0, 8, SafeArray::ElementType::String);
+    std::vector<std::size_t> order{numbers.size() - 1};
+    for (std::size_t i = 0; i + 1 < numbers.size(); ++i) {
+        order.push_back(i);
+    }
+    for (std::int32_t r = 0; r < n; ++r) {
+        const auto i = order[static_cast<std::size_t>(r)];
+        save.Set(r, 0, Variant(numbers[i]));
+        save.Set(r, 1, Variant(isps[i]));
+        save.Set(r, 2, Variant(std::to_string(r)));
+        save.Set(r, 3, Variant(r == 1 ? "0" : "1"));
+    }
+    Variant list(save);
+    EXPECT_TRUE(Ok(engine_->SavePOPList("Home Office", "Ostvarra Corporate", list)));
+
+    Start();  // from disk
+    const Variant saved = DialList("Home Office", "Ostvarra Corporate");
+    const auto savedNumbers = Column(saved, 1);
+    ASSERT_EQ(savedNumbers.size(), numbers.size());
+    for (std::size_t r = 0; r < order.size(); ++r) {
+        EXPECT_EQ(savedNumbers[r], numbers[order[r]]);
+    }
+    EXPECT_EQ(Column(saved, 6)[1], "0");
+    EXPECT_EQ(sink_->Of("LIST").back(), "") << "nothing new since the save";
+    // Other pairs keep their own lists.
+    EXPECT_EQ(Column(DialList("Home Office", "Engineering Lab"), 1)[0], numbers[0]);
+
+    // Refresh takes the destination first and drops the saved order.
+    EXPECT_TRUE(Ok(engine_->RefreshPOPList("Ostvarra Corporate", "Home Office")));
+    EXPECT_EQ(Column(DialList("Home Office", "Ostvarra Corporate"), 1), numbers);
+}
+
+TEST_F(SimulatorTest, AnIspListSavedWithAnIspOffLeavesItsPopsOutOfTheDialList) {
+    Start();
+    Variant isps;
+    engine_->GetISPList("Engineering Lab", isps);
+    auto names = Column(isps, 0);
+    ASSERT_EQ(names, (std::vector<std::string>{"Bluewave Online", "Meridian Dial"}));
+    EXPECT_EQ(Column(isps, 3), (std::vector<std::string>{"1", "1"}));
+
+    auto save = SafeArray::TwoDim(0, 1, 0, 6, SafeArray::ElementType::String);
+    save.Set(0, 0, Variant("Meridian Dial"));
+    save.Set(0, 1, Variant("1"));
+    save.Set(0, 2, Variant("0"));
+    save.Set(1, 0, Variant("Bluewave Online"));
+    save.Set(1, 1, Variant("0"));
+    save.Set(1, 2, Variant("1"));
+    Variant list(save);
+    engine_->SaveISPList("Engineering Lab", list);
+    engine_->GetISPList("Engineering Lab", isps);
+    EXPECT_EQ(Column(isps, 0), (std::vector<std::string>{"Meridian Dial", "Bluewave Online"}));
+    EXPECT_EQ(Column(isps, 3), (std::vector<std::string>{"1", "0"}));
+    for (const auto& isp : Column(DialList("Home Office", "Engineering Lab"), 2)) {
+        EXPECT_EQ(isp, "Meridian Dial");
+    }
+    EXPECT_TRUE(Ok(engine_->RefreshISPList("Engineering Lab")));
+    engine_->GetISPList("Engineering Lab", isps);
+    EXPECT_EQ(Column(isps, 0), names);
+}
+
+TEST_F(SimulatorTest, DialListRequestsThatCannotBeServedSayWhy) {
+    Start();
+    EXPECT_NE(CLng(engine_->BuildDialList("Atlantis", "Ostvarra Corporate")), 0);
+    EXPECT_NE(CLng(engine_->BuildDialList("Home Office", "Nowhere")), 0);
+    engine_->SetLocationProperty("Home Office", "AreaCode", "");
+    try {
+        engine_->BuildDialList("Home Office", "Ostvarra Corporate");
+        FAIL() << "a US location needs an area code";
+    } catch (const Failure& f) {
+        EXPECT_EQ(f.Number(), 1020);
+    }
+    // Over an existing connection nothing is dialled.
+    engine_->SetLocationProperty("Home Office", "AreaCode", "512");
+    engine_->SetLocationProperty("Home Office", "TunnelOverLAN", "1");
+    EXPECT_TRUE(DialList("Home Office", "Ostvarra Corporate").IsEmpty());
+    const std::int32_t handle = CLng(engine_->Connect("Engineering Lab", false));
+    platform_.Advance(5000);
+    EXPECT_EQ(sink_->Codes(), (std::vector<int>{202, 201, 1}));
+    Hangup(handle);
+    EXPECT_EQ(sink_->Codes(), (std::vector<int>{202, 201, 1, 232, 231, 31, 32}));
+}
+
+// ---- the data files ----------------------------------------------------------------------------
+
+TEST_F(SimulatorTest, TheFirstStartSeedsTheDataDirectoryAndLaterStartsKeepTheUsersFiles) {
+    Start();
+    for (const char* name : {"engine.ini", "accounts.ini", "phonebook.ini", "locations.ini",
+                             "countries.txt", "callingcards.txt", "isps.txt", "pops.txt"}) {
+        EXPECT_TRUE(fs::exists(dataDir_ / name)) << name;
+    }
+    std::ofstream(dataDir_ / "engine.ini") << "[Engine]\nScenario = busy\n";
+    Start();
+    EXPECT_EQ(engine_->ScenarioFor("Engineering Lab"), "busy");
+}
+
+TEST_F(SimulatorTest, AMalformedDataFileStopsTheStartNamingTheFileAndTheLine) {
+    Start();
+    engine_->Unadvise();
+    engine_.reset();
+    {
+        std::ofstream pops(dataDir_ / "pops.txt");
+        pops << "# a comment\n"
+                "Bluewave Online | 1 | 512 | 512-555-0134 | Austin | TX | V.90 | 1 | 1\n"
+                "\n"
+                "Bluewave Online | 1 | 512 | 512-555-0188 | Round Rock | TX | V.34 | 1\n";
+    }
+    try {
+        Simulator broken(platform_, Options{dataDir_, {}, ""});
+        FAIL() << "the engine must not start on half its data";
+    } catch (const Failure& f) {
+        EXPECT_EQ(f.Number(), 429);
+        EXPECT_NE(f.Description().find("pops.txt, line 4"), std::string::npos) << f.Description();
+        EXPECT_NE(f.Description().find("expected 9 fields"), std::string::npos);
+    }
+
+    std::ofstream(dataDir_ / "pops.txt") << "Nobody Net | 1 | 512 | 512-555-0101 | Austin | TX | "
+                                            "V.90 | 1 | 1\n";
+    try {
+        Simulator broken(platform_, Options{dataDir_, {}, ""});
+        FAIL();
+    } catch (const Failure& f) {
+        EXPECT_NE(f.Description().find("pops.txt, line 1"), std::string::npos) << f.Description();
+        EXPECT_NE(f.Description().find("Nobody Net"), std::string::npos);
+    }
+
+    fs::remove(dataDir_ / "pops.txt");  // seeded again from the sample
+    std::ofstream(dataDir_ / "accounts.ini") << "[*]\nPassword = *\nPOPordering\n";
+    try {
+        Simulator broken(platform_, Options{dataDir_, {}, ""});
+        FAIL();
+    } catch (const Failure& f) {
+        EXPECT_NE(f.Description().find("accounts.ini, line 3"), std::string::npos)
+            << f.Description();
+    }
+}
+
+TEST_F(SimulatorTest, AnUnknownScenarioIsRefused) {
+    EXPECT_THROW(Simulator(platform_, Options{dataDir_, {}, "meteor-strike"}), Failure);
+    Start();
+    std::ofstream(dataDir_ / "engine.ini") << "[Engine]\nScenario = meteor-strike\n";
+    EXPECT_THROW(Simulator(platform_, Options{dataDir_, {}, ""}), Failure);
+}
+
+TEST_F(SimulatorTest, TheSimulatorIsCreatedThroughTheFactoryByItsName) {
+    RegisterSimulator();
+    // The factory's simulator uses the default directories; point them at this test's.
+    const char* saved = std::getenv("XDG_DATA_HOME");
+    const std::string previous = saved ? saved : "";
+    setenv("XDG_DATA_HOME", dir_.c_str(), 1);
+    auto engine = kw::dialer::CreateEngine(kw::dialer::EngineContext{platform_});
+    EXPECT_NE(std::dynamic_pointer_cast<Simulator>(engine), nullptr);
+    EXPECT_TRUE(fs::exists(dir_ / "Ostvarra" / "Dravlink" / "pops.txt"));
+    if (saved) {
+        setenv("XDG_DATA_HOME", previous.c_str(), 1);
+    } else {
+        unsetenv("XDG_DATA_HOME");
+    }
+    kw::dialer::EngineFactory::Unregister(kSimulatorName);
+}
+
+}  // namespace
+}  // namespace dravlink::testing

@@ -1,0 +1,325 @@
+// The Qt platform's services on a real event loop: boxes, timers, the modal loop, a second
+// instance, and the conversions the program's geometry and dialogs depend on.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScreen>
+#include <QTest>
+#include <QTimer>
+
+#include "platform/forms/controls.h"
+#include "platform/qt/convert.h"
+#include "platform/qt/form_window.h"
+#include "platform/qt/qt_platform.h"
+#include "qt_app.h"
+#include "test_form.h"
+
+namespace kw::qt {
+namespace {
+
+namespace mb = forms::mb;
+using testing::App;
+using ::testing::ElementsAre;
+
+class QtPlatformTest : public ::testing::Test {
+  protected:
+    QtPlatformTest() : platform((App(), std::string("."))) {}
+    QtPlatform platform;
+};
+
+// What the user saw in a box, and the button they pressed.
+struct SeenBox {
+    QStringList buttons;
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+    QString defaultButton;
+    QString title;
+    QString text;
+};
+
+// Answers the next box, once it is up, by pressing the button labelled `press`.
+void AnswerNextBox(const QString& press, SeenBox& seen) {
+    QTimer::singleShot(0, [press, &seen] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        QAbstractButton* chosen = nullptr;
+        for (auto* b : box->buttons()) {
+            const QString label = b->text().remove(u'&');
+            seen.buttons << label;
+            if (label == press) {
+                chosen = b;
+            }
+        }
+        seen.icon = box->icon();
+        seen.defaultButton = box->defaultButton() ? box->defaultButton()->text().remove(u'&') : "";
+        seen.title = box->windowTitle();
+        seen.text = box->text();
+        ASSERT_NE(chosen, nullptr) << press.toStdString();
+        chosen->click();
+    });
+}
+
+TEST_F(QtPlatformTest, BoxesShowTheFlagsButtonsAndIconAndGiveTheClassicResult) {
+    struct Case {
+        int flags;
+        QString press;
+        QStringList buttons;
+        QMessageBox::Icon icon;
+        QString defaultButton;
+        int result;
+    };
+    const std::vector<Case> cases = {
+        {mb::kOkOnly, "OK", {"OK"}, QMessageBox::NoIcon, "OK", mb::kResultOk},
+        {mb::kOkCancel | mb::kCritical,
+         "Cancel",
+         {"OK", "Cancel"},
+         QMessageBox::Critical,
+         "OK",
+         mb::kResultCancel},
+        {mb::kAbortRetryIgnore | mb::kDefaultButton3,
+         "Retry",
+         {"Abort", "Retry", "Ignore"},
+         QMessageBox::NoIcon,
+         "Ignore",
+         mb::kResultRetry},
+        {mb::kYesNoCancel | mb::kQuestion | mb::kDefaultButton2,
+         "Yes",
+         {"Yes", "No", "Cancel"},
+         QMessageBox::Question,
+         "No",
+         mb::kResultYes},
+        {mb::kYesNo | mb::kExclamation | mb::kSetForeground,
+         "No",
+         {"Yes", "No"},
+         QMessageBox::Warning,
+         "Yes",
+         mb::kResultNo},
+        {mb::kRetryCancel | mb::kInformation | mb::kSystemModal,
+         "Retry",
+         {"Retry", "Cancel"},
+         QMessageBox::Information,
+         "Retry",
+         mb::kResultRetry},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.flags);
+        SeenBox seen;
+        AnswerNextBox(c.press, seen);
+        EXPECT_EQ(platform.MsgBox("Save the changes?", c.flags, "Kestrelway"), c.result);
+        // The desktop's style orders the buttons; the set and the choice are what count.
+        QStringList sortedSeen = seen.buttons, sortedWanted = c.buttons;
+        sortedSeen.sort();
+        sortedWanted.sort();
+        EXPECT_EQ(sortedSeen, sortedWanted);
+        EXPECT_EQ(seen.icon, c.icon);
+        EXPECT_EQ(seen.defaultButton, c.defaultButton);
+        EXPECT_EQ(seen.title, "Kestrelway");
+        EXPECT_EQ(seen.text, "Save the changes?");
+    }
+}
+
+TEST_F(QtPlatformTest, ABoxTakesItsLabelsFromTheRequestAndTheTitleFromTheProgram) {
+    platform.SetApplicationTitle("Kestrelway");
+    forms::MessageBoxRequest request;
+    request.text = "Place the call home?\r\nIt takes a minute.";
+    request.flags = mb::kYesNoCancel;
+    request.buttonLabels = {"Now", "Later", "Never"};
+    QTimer::singleShot(0, [] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        EXPECT_EQ(box->windowTitle(), "Kestrelway");
+        EXPECT_EQ(box->text(), "Place the call home?\nIt takes a minute.");
+        for (auto* b : box->buttons()) {
+            if (b->text() == "Later") {
+                b->click();
+            }
+        }
+    });
+    EXPECT_EQ(platform.MessageBox(request), mb::kResultNo);
+}
+
+TEST_F(QtPlatformTest, ATimedBoxClosesItselfAndTimersRunMeanwhile) {
+    int ticks = 0;
+    const forms::TimerId id = platform.SetTimer(10, [&ticks] { ++ticks; });
+    forms::MessageBoxRequest request;
+    request.text = "Message of the day";
+    request.flags = mb::kOkOnly | mb::kSetForeground;
+    request.timeoutMs = 120;
+    QElapsedTimer clock;
+    clock.start();
+    EXPECT_EQ(platform.MessageBox(request), mb::kResultTimeout);
+    EXPECT_GE(clock.elapsed(), 110);
+    EXPECT_LT(clock.elapsed(), 2000);
+    EXPECT_GE(ticks, 3);
+    platform.KillTimer(id);
+}
+
+TEST_F(QtPlatformTest, AnOpenBoxIsClosedByItsCaption) {
+    bool otherClosed = true;
+    QTimer::singleShot(0, [this, &otherClosed] {
+        otherClosed = platform.CloseMessageBox("Ostvarra Prescriber", mb::kResultOk);
+        platform.CloseMessageBox("Message of the Day", mb::kResultOk);
+    });
+    forms::MessageBoxRequest request;
+    request.text = "Welcome";
+    request.caption = "Message of the Day";
+    request.flags = mb::kOkCancel;
+    request.timeoutMs = 5000;
+    EXPECT_EQ(platform.MessageBox(request), mb::kResultOk);
+    EXPECT_FALSE(otherClosed);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    EXPECT_FALSE(platform.CloseMessageBox("Message of the Day", mb::kResultOk));  // gone
+}
+
+TEST_F(QtPlatformTest, TimersRepeatStopAndDoNotReenterThemselves) {
+    std::vector<int> order;
+    forms::TimerId fast = 0;
+    int fastTicks = 0;
+    fast = platform.SetTimer(5, [&] {
+        order.push_back(1);
+        if (++fastTicks == 3) {
+            platform.KillTimer(fast);  // from inside its own tick
+        }
+    });
+    int slowTicks = 0;
+    bool inSlowTick = false;
+    int reentered = 0;
+    forms::TimerId slow = platform.SetTimer(15, [&] {
+        reentered += inSlowTick ? 1 : 0;
+        inSlowTick = true;
+        ++slowTicks;
+        order.push_back(2);
+        if (slowTicks == 1) {
+            // A nested loop inside the tick: this timer must not tick again meanwhile, the
+            // others do.
+            const auto until = platform.TickCount() + 60;
+            while (platform.TickCount() < until) {
+                platform.DoEvents();
+            }
+        }
+        inSlowTick = false;
+    });
+    QTest::qWait(150);
+    platform.KillTimer(slow);
+    platform.KillTimer(12345);  // unknown: nothing happens
+    EXPECT_EQ(fastTicks, 3);
+    EXPECT_GE(slowTicks, 2);
+    EXPECT_EQ(reentered, 0);
+    const int ticksAfterKill = slowTicks;
+    QTest::qWait(40);
+    EXPECT_EQ(slowTicks, ticksAfterKill);
+}
+
+TEST_F(QtPlatformTest, SleepBlocksTheLoop) {
+    int ticks = 0;
+    const forms::TimerId id = platform.SetTimer(5, [&ticks] { ++ticks; });
+    const auto before = platform.TickCount();
+    platform.Sleep(40);
+    EXPECT_GE(platform.TickCount() - before, 40);
+    EXPECT_EQ(ticks, 0);
+    platform.DoEvents();
+    EXPECT_EQ(ticks, 1);  // overdue ticks come as one
+    platform.KillTimer(id);
+}
+
+TEST_F(QtPlatformTest, AModalFormRunsTheLoopUntilItHides) {
+    testing::DialForm dialog(platform);
+    dialog.tmrBlink.Tick = [&dialog] {
+        dialog.Note("tick");
+        if (dialog.journal.size() == 3) {
+            dialog.Hide();
+        }
+    };
+    dialog.tmrBlink.SetInterval(10);
+    dialog.Show(forms::kModal);
+    EXPECT_FALSE(dialog.Visible());
+    EXPECT_THAT(dialog.journal, ElementsAre("tick", "tick", "tick"));
+    EXPECT_FALSE(dialog.IsModal());
+
+    // Unloading ends it as well, and input during it reaches the modal form.
+    QTimer::singleShot(10, [&dialog, this] {
+        QTest::mouseClick(platform.WindowOf(dialog)->findChild<QWidget*>("btnConnect"),
+                          Qt::LeftButton);
+        dialog.Unload();
+    });
+    dialog.tmrBlink.SetTimerEnabled(false);
+    dialog.journal.clear();
+    dialog.Show(forms::kModal);
+    EXPECT_FALSE(dialog.IsLoaded());
+    EXPECT_THAT(dialog.journal, ElementsAre("btnConnect_Click"));
+}
+
+TEST_F(QtPlatformTest, ASecondInstanceFindsTheFirstAndRestoresIt) {
+    const std::string key = "kestrelway-test-" + std::to_string(QCoreApplication::applicationPid());
+    QtPlatform first(".", key);
+    QtPlatform second(".", key);
+    EXPECT_FALSE(first.PreviousInstanceRunning());  // nobody before it: it answers from now on
+    EXPECT_EQ(first.FindWindow("ThunderRT5Form", "Kestrelway"), 0);
+
+    testing::DialForm mainWin(first);
+    mainWin.Show();
+    mainWin.SetWindowState(forms::window_state::kMinimized);
+
+    EXPECT_TRUE(second.PreviousInstanceRunning());
+    const forms::WindowHandle h = second.FindWindow("ThunderRT5Form", "Kestrelway");
+    ASSERT_GE(h, 1);
+    EXPECT_EQ(second.GetWindowPlacement(h), forms::show::kMinimized);
+    second.SetWindowPlacement(h, forms::show::kNormal);
+    second.SetForegroundWindow(h);
+    EXPECT_EQ(mainWin.WindowState(), forms::window_state::kNormal);
+    EXPECT_FALSE(first.WindowOf(mainWin)->isMinimized());
+    EXPECT_EQ(second.GetWindowPlacement(h), forms::show::kNormal);
+
+    QtPlatform alone(".", key + "-none");
+    EXPECT_EQ(alone.FindWindow("ThunderRT5Form", "Kestrelway"), 0);
+}
+
+TEST_F(QtPlatformTest, ScreenUserAndFrameFigures) {
+    EXPECT_EQ(platform.TwipsPerPixelX(), 15);  // the offscreen screen is 96 DPI
+    EXPECT_EQ(platform.TwipsPerPixelY(), 15);
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    EXPECT_EQ(platform.SystemMetric(forms::metric::kCxScreen), screen.width());
+    EXPECT_EQ(platform.SystemMetric(forms::metric::kCyScreen), screen.height());
+    EXPECT_GT(platform.SystemMetric(forms::metric::kCxDlgFrame), 0);
+    EXPECT_GT(platform.SystemMetric(forms::metric::kCyCaption),
+              platform.SystemMetric(forms::metric::kCxDlgFrame));
+    const auto user = platform.LoggedOnUserName();
+    ASSERT_TRUE(user.has_value());
+    EXPECT_FALSE(user->empty());
+
+    platform.SetCursor(forms::cursor::kHourglass);
+    EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+    platform.SetCursor(forms::cursor::kArrowHourglass);
+    EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::BusyCursor);
+    platform.SetCursor(forms::cursor::kDefault);
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    EXPECT_EQ(platform.Cursor(), forms::cursor::kDefault);
+}
+
+TEST_F(QtPlatformTest, HelpGoesToThePageOfTheHelpFileAndItsTopic) {
+    const QUrl url = platform.HelpUrl("C:\\Program Files\\Kestrelway.hlp", 120);
+    EXPECT_TRUE(url.isLocalFile());
+    EXPECT_EQ(url.fragment(), "120");
+    EXPECT_TRUE(url.path().endsWith("/help/index.html"))  // no such page here: the index
+        << url.path().toStdString();
+}
+
+TEST(QtConvert, FileFiltersBecomeTheDialogsFilters) {
+    EXPECT_EQ(ToFileDialogFilter("Text files (*.log)|*.log|All files (*.*)|*.*"),
+              "Text files (*.log);;All files (*.*)");
+    EXPECT_EQ(ToFileDialogFilter("Logs|*.log;*.txt"), "Logs (*.log *.txt)");
+    EXPECT_EQ(ToFileDialogFilter(""), "");
+}
+
+TEST(QtConvert, ColoursAreBlueGreenRed) {
+    EXPECT_EQ(ToQColor(0x0000FF), QColor(255, 0, 0));
+    EXPECT_EQ(ToQColor(0x00FF00), QColor(0, 255, 0));
+    EXPECT_EQ(ToQColor(0x804020), QColor(0x20, 0x40, 0x80));
+}
+
+}  // namespace
+}  // namespace kw::qt

@@ -1,0 +1,284 @@
+// The text form of the hives: escapes, exact rewrites, lines kept, damage detected.
+
+#include "platform/registry/hive_text.h"
+#include "platform/registry/registry_fixture.h"
+
+namespace kw::registry::testing {
+namespace {
+
+constexpr const char* kUserKey = "Software\\Ostvarra\\Kestrelway";
+
+using Escapes = RegistryTest;
+
+TEST_F(Escapes, AwkwardStringsAndNamesComeBackFromTheFileUnchanged) {
+    std::string controls;
+    for (int c = 1; c < 32; ++c) controls += static_cast<char>(c);
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"Quote \"q\"", "C:\\dir\\\"q\" \\\\server\\share\\"},
+        {"Controls", controls + "\x7f" + "end"},
+        {"Octal next", std::string("a\x01" "7b\x02" "x", 6)},
+        {"Latin", "caf\xc3\xa9 \xc3\xbc" "A \xc3\xbc" "g"},  // é, then ü before a hex digit
+        {"Wide", "\xe4\xb8\xad\xe6\x96\x87 \xe2\x82\xac" "1"},
+        {"Emoji \xf0\x9f\x98\x80", "\xf0\x9f\x98\x80" "beef"},
+        {"Brackets [x]", "[]=@;#"},
+        {"", "default with \"quotes\""},
+    };
+    HKEY key = Create(HKEY_CURRENT_USER, kUserKey);
+    for (const auto& [name, value] : cases) {
+        ASSERT_EQ(SetString(key, name.c_str(), value), ERROR_SUCCESS) << name;
+    }
+    const std::string inner("one\0tw\"o\0", 9);
+    ASSERT_EQ(RegSetValueExA(key, "Multi", 0, REG_MULTI_SZ,
+                             reinterpret_cast<const BYTE*>(inner.c_str()), 10),
+              ERROR_SUCCESS);
+
+    const std::string file = ReadFile(userHive_);
+    EXPECT_NE(file.find("\"Quote \\\"q\\\"\"=\"C:\\\\dir\\\\\\\"q\\\" \\\\\\\\server\\\\share\\\\\""),
+              std::string::npos)
+        << file;
+    EXPECT_NE(file.find("=\"\\1\\2\\3\\4\\5\\6\\a\\b\\t\\n\\v\\f\\r\\16\\17\\20"),
+              std::string::npos)
+        << file;
+    EXPECT_NE(file.find("\\e\\34\\35\\36\\37\x7f" "end\""), std::string::npos) << file;
+    EXPECT_NE(file.find("=\"a\\0017b\\2x\""), std::string::npos) << "octal padded before a digit";
+    EXPECT_NE(file.find("=\"caf\\xe9 \\x00fcA \\xfcg\""), std::string::npos) << file;
+    EXPECT_NE(file.find("=\"\\x4e2d\\x6587 \\x20ac1\""), std::string::npos) << file;
+    EXPECT_NE(file.find("\"Emoji \\xd83d\\xde00\"=\"\\xd83d\\xde00beef\""), std::string::npos)
+        << file;
+    EXPECT_NE(file.find("\n@=\"default with \\\"quotes\\\"\"\n"), std::string::npos) << file;
+    EXPECT_NE(file.find("=str(7):\"one\\0tw\\\"o\\0\"\n"), std::string::npos) << file;
+    for (char c = 1; c < 32; ++c) {
+        EXPECT_EQ(file.find(c == '\n' ? "\n\n\n" : std::string(1, c)), std::string::npos)
+            << "raw control character " << int(c) << " in the file";
+    }
+
+    Restart();
+    for (const auto& [name, value] : cases) {
+        EXPECT_EQ(QueryString(key, name.c_str()), value) << name;
+    }
+    auto multi = Query(key, "Multi");
+    ASSERT_TRUE(multi);
+    EXPECT_EQ(std::string(multi->bytes.begin(), multi->bytes.end()), inner + '\0');
+    RegCloseKey(key);
+}
+
+TEST_F(Escapes, KeyNamesWithBracketsAndNonAsciiSurviveTheFile) {
+    HKEY key = Create(HKEY_CURRENT_USER, "Software\\Sub Key [x]\\Caf\xc3\xa9");
+    ASSERT_EQ(SetDword(key, "N", 1), ERROR_SUCCESS);
+    EXPECT_NE(ReadFile(userHive_).find("[Software\\\\Sub Key \\[x\\]\\\\Caf\\xe9]"),
+              std::string::npos)
+        << ReadFile(userHive_);
+    Restart();
+    HKEY again = nullptr;
+    ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "software\\sub key [X]\\CAF\xc3\xa9", 0, KEY_READ,
+                            &again),
+              ERROR_SUCCESS);
+    EXPECT_TRUE(Query(again, "N"));
+    RegCloseKey(key);
+    RegCloseKey(again);
+}
+
+TEST_F(Escapes, StringsThatAreNotUtf8AreKeptAsBytes) {
+    HKEY key = Create(HKEY_CURRENT_USER, kUserKey);
+    ASSERT_EQ(SetBytes(key, "Latin1", REG_SZ, Bytes({'c', 'a', 'f', 0xe9, 0})), ERROR_SUCCESS);
+    EXPECT_NE(ReadFile(userHive_).find("\"Latin1\"=hex(1):63,61,66,e9,00"), std::string::npos);
+    Restart();
+    EXPECT_EQ(Query(key, "Latin1")->bytes, Bytes({'c', 'a', 'f', 0xe9, 0}));
+    EXPECT_EQ(SetString(key, "bad \xff name", "x"), ERROR_INVALID_PARAMETER);
+    RegCloseKey(key);
+}
+
+TEST(EscapeReading, WineSpellingsAreUnderstood) {
+    // Forms another writer may use: raw UTF-8, short and long \x, octal, unknown escapes.
+    const char* file =
+        "WINE REGISTRY Version 2\n"
+        ";; All keys relative to \\\\User\\\\S-1-5-21-0-0-0-1000\n"
+        "\n"
+        "#arch=win64\n"
+        "\n"
+        "[Software\\\\Demo] 1700000000\n"
+        "#time=1d9f1e2a3b4c5d6\n"
+        "@=\"default value\"\n"
+        "\"Big\"=hex(5):00,00,00,2a\n"
+        "\"Bin\"=hex:00,01,02,03,04,05,06,07,08,09,0a,0b,0c,0d,0e,0f,10,11,12,13,14,\\\n"
+        "  15,16\n"
+        "\"Dw\"=dword:2A\n"
+        "\"Expand\"=str(2):\"%SystemRoot%\\\\system32\"\n"
+        "\"Multi\"=str(7):\"one\\0two\\0\"\n"
+        "\"Path\"=\"C:\\\\dir\\\\\\\"q\\\" caf\\xe9\"\n"
+        "\"Raw\"=str:\"caf\xc3\xa9 \\x41\\101\\q\"\n";
+    text::ParseError why;
+    auto doc = text::Parse(file, &why);
+    ASSERT_TRUE(doc) << why.line << ": " << why.reason;
+    ASSERT_EQ(doc->keys.size(), 1u);
+    const text::Key& key = doc->keys[0];
+    EXPECT_EQ(key.path, "Software\\Demo");
+    auto value = [&](const char* name) {
+        const text::Entry* e = text::FindValue(key, name);
+        auto v = e ? text::ReadValue(*e) : std::nullopt;
+        return v ? *v : text::Value{999, {}};
+    };
+    auto str = [&](const char* name) {
+        auto v = value(name);
+        return std::string(v.data.begin(), v.data.end());
+    };
+    EXPECT_EQ(str(""), std::string("default value\0", 14));
+    EXPECT_EQ(str("Path"), std::string("C:\\dir\\\"q\" caf\xc3\xa9\0", 17));
+    EXPECT_EQ(str("Raw"), std::string("caf\xc3\xa9 AAq\0", 10));
+    EXPECT_EQ(str("Multi"), std::string("one\0two\0\0", 9));
+    EXPECT_EQ(value("Dw").data, Bytes({0x2a, 0, 0, 0}));
+    EXPECT_EQ(value("Big").type, 5u);
+    EXPECT_EQ(value("Big").data, Bytes({0, 0, 0, 0x2a}));
+    EXPECT_EQ(value("Bin").data.size(), 23u);
+    EXPECT_EQ(value("Bin").data.back(), 0x16);
+    EXPECT_EQ(value("Expand").type, 2u);
+}
+
+// A file the store wrote reads back into the same bytes; the rewrite of an unchanged section
+// is identical too.
+using ExactRewrite = RegistryTest;
+
+TEST_F(ExactRewrite, StoreWrittenFileParsesAndSerializesToTheSameBytes) {
+    HKEY key = Create(HKEY_CURRENT_USER, kUserKey);
+    ASSERT_EQ(SetString(key, "UserName", "ann \"the\" user\\caf\xc3\xa9\t"), ERROR_SUCCESS);
+    ASSERT_EQ(SetDword(key, "CallingCard", 0xdeadbeef), ERROR_SUCCESS);
+    std::vector<BYTE> longBlob;
+    for (int i = 0; i < 200; ++i) longBlob.push_back(static_cast<BYTE>(i * 7));
+    ASSERT_EQ(SetBytes(key, "Blob", REG_BINARY, longBlob), ERROR_SUCCESS);
+    ASSERT_EQ(SetBytes(key, "Odd", 0x20000, Bytes({1})), ERROR_SUCCESS);
+    ASSERT_EQ(SetString(key, "Expand", "%HOME%/x", REG_EXPAND_SZ), ERROR_SUCCESS);
+    HKEY other = Create(HKEY_CURRENT_USER, "Software\\Other [1]");
+    ASSERT_EQ(SetString(other, "", ""), ERROR_SUCCESS);
+    Create(HKEY_CURRENT_USER, "Software\\Empty");
+
+    const std::string bytes = ReadFile(userHive_);
+    text::ParseError why;
+    auto doc = text::Parse(bytes, &why);
+    ASSERT_TRUE(doc) << why.line << ": " << why.reason;
+    EXPECT_EQ(text::Serialize(*doc), bytes);
+    // Every value line is exactly what formatting its decoded value gives: the file is in the
+    // canonical form, not merely copied through.
+    int values = 0;
+    for (const auto& k : doc->keys) {
+        for (const auto& e : k.entries) {
+            ASSERT_FALSE(e.opaque) << e.raw;
+            auto v = text::ReadValue(e);
+            ASSERT_TRUE(v) << e.raw;
+            EXPECT_EQ(text::FormatValue(e.name, *v), e.raw);
+            ++values;
+        }
+    }
+    EXPECT_EQ(values, 6);
+
+    // Long binary data wraps like Wine's, and every line stays short.
+    std::size_t start = 0;
+    int continued = 0;
+    while (start < bytes.size()) {
+        const std::size_t end = bytes.find('\n', start);
+        const std::string line = bytes.substr(start, end - start);
+        EXPECT_LE(line.size(), 80u) << line;
+        if (!line.empty() && line.back() == '\\') ++continued;
+        start = end + 1;
+    }
+    EXPECT_GE(continued, 6);
+
+    Restart();
+    EXPECT_EQ(Query(key, "Blob")->bytes, longBlob);
+    EXPECT_EQ(Query(key, "Odd")->type, 0x20000u);
+    RegCloseKey(key);
+    RegCloseKey(other);
+}
+
+TEST_F(ExactRewrite, KeysAreWrittenParentBeforeChildInNameOrder) {
+    for (const char* path : {"Software\\B", "Software\\A\\Z", "Software\\a b", "Software\\A"}) {
+        HKEY k = Create(HKEY_CURRENT_USER, path);
+        ASSERT_EQ(SetDword(k, "v", 1), ERROR_SUCCESS);
+        RegCloseKey(k);
+    }
+    const std::string file = ReadFile(userHive_);
+    const auto a = file.find("[Software\\\\A]");
+    const auto az = file.find("[Software\\\\A\\\\Z]");
+    const auto ab = file.find("[Software\\\\a b]");
+    const auto b = file.find("[Software\\\\B]");
+    ASSERT_NE(b, std::string::npos) << file;
+    EXPECT_LT(a, az);
+    EXPECT_LT(az, ab);
+    EXPECT_LT(ab, b);
+}
+
+using ForeignLines = RegistryTest;
+
+TEST_F(ForeignLines, LinesTheStoreDoesNotUnderstandAreKeptWhereTheyWere) {
+    const std::string original =
+        "WINE REGISTRY Version 2\n"
+        ";; All keys relative to \\\\User\\\\S-1-5-21-0-0-0-1000\n"
+        "\n"
+        "#arch=win64\n"
+        "#option=global\n"
+        "\n"
+        "[Software\\\\Ostvarra\\\\Kestrelway] 1700000000\n"
+        "#time=1d9f1e2a3b4c5d6\n"
+        "#class=\"0\"\n"
+        "; a note someone left\n"
+        "\"Float\"=float:1.5\n"
+        "\"Password\"=\"secret\"\n"
+        "\"Queue\"=qword:0000000000000001\n"
+        "\n"
+        "[Software\\\\Untouched] 1600000000\n"
+        "#link\n"
+        "\"Keep\"=\"me\"\n";
+    WriteFile(userHive_, original);
+
+    HKEY key = Create(HKEY_CURRENT_USER, kUserKey);
+    EXPECT_EQ(QueryString(key, "Password"), "secret");
+    EXPECT_FALSE(Query(key, "Float")) << "a type the store cannot read is not reported as a value";
+    ASSERT_EQ(SetString(key, "UserName", "ann"), ERROR_SUCCESS);
+    ASSERT_EQ(SetDword(key, "Queue", 5), ERROR_SUCCESS);  // replaces the unknown line of that name
+
+    const std::string file = ReadFile(userHive_);
+    for (const char* kept : {"#option=global\n", "\n#time=1d9f1e2a3b4c5d6\n#class=\"0\"\n"
+                                                 "; a note someone left\n\"Float\"=float:1.5\n",
+                             "\n[Software\\\\Untouched] 1600000000\n#link\n\"Keep\"=\"me\"\n"}) {
+        EXPECT_NE(file.find(kept), std::string::npos) << "lost:\n" << kept << "\nin:\n" << file;
+    }
+    EXPECT_EQ(file.find("qword"), std::string::npos) << file;
+    EXPECT_NE(file.find("\"Queue\"=dword:00000005"), std::string::npos) << file;
+    EXPECT_NE(file.find("\"UserName\"=\"ann\""), std::string::npos) << file;
+    EXPECT_EQ(file.find("1700000000"), std::string::npos) << "a changed key gets a new time";
+
+    ASSERT_EQ(RegDeleteValueA(key, "Float"), ERROR_SUCCESS) << "the unknown line can be deleted";
+    EXPECT_EQ(ReadFile(userHive_).find("float:"), std::string::npos);
+    RegCloseKey(key);
+}
+
+TEST(DamageDetection, BrokenStructureIsRefusedWithItsLine) {
+    const std::string header = "WINE REGISTRY Version 2\n\n[K]\n";
+    const std::vector<std::pair<std::string, int>> cases = {
+        {"", 0},
+        {"REGEDIT4\n\n[K]\n", 1},
+        {"WINE REGISTRY Version 1\n", 1},
+        {"WINE REGISTRY Version 2\n\"v\"=\"outside\"\n", 2},
+        {header + "[unterminated\n", 4},
+        {header + "\"open=\"x\"\n", 4},
+        {header + "\"v\" \"x\"\n", 4},
+        {header + "\"v\"=\"unterminated\n", 4},
+        {header + "\"v\"=\"x\" trailing\n", 4},
+        {header + "\"v\"=dword:xyz\n", 4},
+        {header + "\"v\"=dword:123456789\n", 4},
+        {header + "\"v\"=hex:01,zz\n", 4},
+        {header + "\"v\"=hex:01,02,\\\n", 4},  // continuation cut off by the end of the file
+        {header + std::string("\"v\"=\"b\0c\"\n", 10), 0},
+    };
+    for (const auto& [content, line] : cases) {
+        text::ParseError why;
+        EXPECT_FALSE(text::Parse(content, &why)) << content;
+        if (line > 0) {
+            EXPECT_EQ(why.line, line) << content;
+        }
+        EXPECT_FALSE(why.reason.empty()) << content;
+    }
+    EXPECT_TRUE(text::Parse(header + "\"v\"=hex:\nanything else\n  indented\n"));
+}
+
+}  // namespace
+}  // namespace kw::registry::testing
