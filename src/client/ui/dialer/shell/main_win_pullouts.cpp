@@ -16,7 +16,7 @@ struct MainWin::PulloutButton {
     forms::Form& pullout;
     bool& shown;
     bool& cut;
-    std::array<bool*, 3> others;                       // the flags tested before closing
+    std::array<bool*, 3> others;                         // the flags tested before closing
     std::array<void (MainWin::*)(bool&), 3> closeFirst;  // in this order
     void (MainWin::*closeOwn)(bool&);
     forms::Image* face;  // takes btnLeft while open; none for the Prescriber
@@ -58,35 +58,63 @@ void MainWin::PulloutButtonClick(const PulloutButton& b) {
 }
 
 void MainWin::btnFromPullout_Click() {
-    PulloutButtonClick({app_.Form<FromPullout>(), fromShown, fromCut_,
-                        {&toShown, &moreShown, &rxShown},
-                        {&MainWin::CloseToPullout, &MainWin::CloseMorePullout,
-                         &MainWin::CloseRxPullout},
-                        &MainWin::CloseFromPullout, &btnFromPullout, 90, 80, false, true});
+    PulloutButtonClick({.pullout = app_.Form<FromPullout>(),
+                        .shown = fromShown,
+                        .cut = fromCut_,
+                        .others = {&toShown, &moreShown, &rxShown},
+                        .closeFirst = {&MainWin::CloseToPullout, &MainWin::CloseMorePullout,
+                                       &MainWin::CloseRxPullout},
+                        .closeOwn = &MainWin::CloseFromPullout,
+                        .face = &btnFromPullout,
+                        .x = 90,
+                        .y = 80,
+                        .moveRepaints = false,
+                        .shapeRepaints = true});
 }
 
 void MainWin::btnToPullout_Click() {
-    PulloutButtonClick({app_.Form<ToPullout>(), toShown, toCut_,
-                        {&fromShown, &moreShown, &rxShown},
-                        {&MainWin::CloseFromPullout, &MainWin::CloseMorePullout,
-                         &MainWin::CloseRxPullout},
-                        &MainWin::CloseToPullout, &btnToPullout, 90, 80, true, false});
+    PulloutButtonClick({.pullout = app_.Form<ToPullout>(),
+                        .shown = toShown,
+                        .cut = toCut_,
+                        .others = {&fromShown, &moreShown, &rxShown},
+                        .closeFirst = {&MainWin::CloseFromPullout, &MainWin::CloseMorePullout,
+                                       &MainWin::CloseRxPullout},
+                        .closeOwn = &MainWin::CloseToPullout,
+                        .face = &btnToPullout,
+                        .x = 90,
+                        .y = 80,
+                        .moveRepaints = true,
+                        .shapeRepaints = false});
 }
 
 void MainWin::btnRxPullout_Click() {
-    PulloutButtonClick({app_.Form<RxPullout>(), rxShown, rxCut_,
-                        {&toShown, &moreShown, &fromShown},
-                        {&MainWin::CloseToPullout, &MainWin::CloseMorePullout,
-                         &MainWin::CloseFromPullout},
-                        &MainWin::CloseRxPullout, nullptr, 90, 80, true, false});
+    PulloutButtonClick({.pullout = app_.Form<RxPullout>(),
+                        .shown = rxShown,
+                        .cut = rxCut_,
+                        .others = {&toShown, &moreShown, &fromShown},
+                        .closeFirst = {&MainWin::CloseToPullout, &MainWin::CloseMorePullout,
+                                       &MainWin::CloseFromPullout},
+                        .closeOwn = &MainWin::CloseRxPullout,
+                        .face = nullptr,
+                        .x = 90,
+                        .y = 80,
+                        .moveRepaints = true,
+                        .shapeRepaints = false});
 }
 
 void MainWin::btnMorePullout_Click() {
-    PulloutButtonClick({app_.Form<MorePullout>(), moreShown, moreCut_,
-                        {&toShown, &fromShown, &rxShown},
-                        {&MainWin::CloseToPullout, &MainWin::CloseFromPullout,
-                         &MainWin::CloseRxPullout},
-                        &MainWin::CloseMorePullout, &btnMorePullout, 114, 227, true, false});
+    PulloutButtonClick({.pullout = app_.Form<MorePullout>(),
+                        .shown = moreShown,
+                        .cut = moreCut_,
+                        .others = {&toShown, &fromShown, &rxShown},
+                        .closeFirst = {&MainWin::CloseToPullout, &MainWin::CloseFromPullout,
+                                       &MainWin::CloseRxPullout},
+                        .closeOwn = &MainWin::CloseMorePullout,
+                        .face = &btnMorePullout,
+                        .x = 114,
+                        .y = 227,
+                        .moveRepaints = true,
+                        .shapeRepaints = false});
 }
 
 void MainWin::CloseToPullout(bool& ok) {

@@ -77,8 +77,7 @@ void MainWin::WireWindowFamily() {
 
     // The artwork is covered with lights and labels; a drag may start on any of them. Their
     // positions reach us in pixels of the control, so the control's place makes them the form's.
-    for (forms::Control* surface :
-         std::initializer_list<forms::Control*>{
+    for (forms::Control* surface : std::initializer_list<forms::Control*>{
              &imgConnectLight, &imgModemDetected, &imgPhoneDialing, &imgConnectingISP,
              &imgAuthorizingISP, &imgCreatingTunnel, &imgAuthorizingTunnel, &Label4, &lblConnect,
              &lblFrom, &lblStatus, &lblTo}) {

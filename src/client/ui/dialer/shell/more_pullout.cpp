@@ -16,7 +16,9 @@ namespace {
 constexpr int kChildX = 114;
 constexpr int kChildY = 127;
 
-void Place(forms::Control& c, const layout::LayoutRect& r) { c.Move(r.x, r.y, r.w, r.h); }
+void Place(forms::Control& c, const layout::LayoutRect& r) {
+    c.Move(r.x, r.y, r.w, r.h);
+}
 
 // Whether the form stands open on the screen; a form never loaded does not.
 template <class F>

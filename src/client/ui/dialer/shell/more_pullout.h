@@ -10,7 +10,7 @@ class Application;
 // The small pullout with the three buttons that open the login information, log and preference
 // pullouts, one at a time, at one place above it.
 class MorePullout : public forms::Form {
-public:
+  public:
     explicit MorePullout(Application& app);
 
     forms::Image btnDisplay{*this, "btnDisplay"};
@@ -23,10 +23,10 @@ public:
     // Closes the three pullouts of this one first, each with its own say; false keeps it open.
     void OnHide(bool& ok);
 
-protected:
+  protected:
     void Form_Load() override;
 
-private:
+  private:
     // Moves the pullout to its place, cuts its shape the first time, shows it.
     void OpenChild(forms::Form& child, bool& cut);
     // Closes PrefPullout or DisplayPullout when it stands open; false when it refuses.

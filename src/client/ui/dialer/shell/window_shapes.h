@@ -14,8 +14,7 @@ void MoveWindow(forms::Form& form, int x, int y, int width, int height, bool rep
 
 // A pullout of the main window at (x, y) of the main window's outer frame loses the part the
 // main window covers, so that it seems to come from beneath it.
-void CutBesideMainWin(forms::Form& pullout, const forms::Form& mainWin, int x, int y,
-                      bool repaint);
+void CutBesideMainWin(forms::Form& pullout, const forms::Form& mainWin, int x, int y, bool repaint);
 
 // A pullout of MorePullout, at (114, 127) of the main window, takes the main window and
 // MorePullout (100 rows below it) into its shape by exclusive or.

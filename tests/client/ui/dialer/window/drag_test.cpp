@@ -9,7 +9,7 @@ namespace {
 using forms::mouse::kLeft;
 
 class DragTest : public WindowFamilyTest {
-protected:
+  protected:
     // The screen point of a spot of the main window's client area.
     forms::Point OnScreen(int x, int y) {
         return {Win().Left() + FrameWidth() + x, Win().Top() + FrameHeight() + y};

@@ -85,8 +85,8 @@ TEST_F(MinimiseTest, MessagesOfAnotherWindowAreOnlyPassedOn) {
     MainWin& win = Win();
     win.btnRxPullout.UserClick();
     Get<RxPullout>().Hide();
-    EXPECT_TRUE(HookedWindowProc(*app, WindowHandleOf(Get<PerfPulldown>()), forms::wm::kSize, 0,
-                                 0));
+    EXPECT_TRUE(
+        HookedWindowProc(*app, WindowHandleOf(Get<PerfPulldown>()), forms::wm::kSize, 0, 0));
     EXPECT_FALSE(Get<RxPullout>().Visible());
     EXPECT_TRUE(HookedWindowProc(*app, WindowHandleOf(win), forms::wm::kSize, 0, 0));
     EXPECT_TRUE(Get<RxPullout>().Visible());

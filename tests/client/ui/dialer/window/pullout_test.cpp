@@ -173,7 +173,7 @@ TEST_F(PulloutTest, RepaintsFollowEachPulloutsOwnFlags) {
 }
 
 class MorePulloutTest : public WindowFamilyTest {
-protected:
+  protected:
     void SetUp() override {
         WindowFamilyTest::SetUp();
         Win().btnMorePullout.UserClick();

@@ -17,7 +17,7 @@ namespace kw::dialer::testing {
 
 // Counts what a renderer would be told about one form.
 class FormChanges : public forms::FormObserver {
-public:
+  public:
     void ControlChanged(forms::Control&, forms::Property) override {}
     void FormChanged(forms::Form&, forms::FormProperty what) override { ++counts[what]; }
     int Of(forms::FormProperty what) const {
@@ -29,7 +29,7 @@ public:
 
 // The program started, its first dial list in, the pullout buttons enabled.
 class WindowFamilyTest : public ProgramTest {
-protected:
+  protected:
     void SetUp() override {
         ProgramTest::SetUp();
         StoreUser("anna", "secret");
