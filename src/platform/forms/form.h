@@ -91,6 +91,15 @@ public:
         Notify(FormProperty::Geometry);
     }
 
+    // The size of the form's inner coordinate system: the client area in pixels until code sets
+    // it. Setting it changes the units of the inner coordinates, never the window's size.
+    int ScaleWidth() const { return scaleWidth_ ? *scaleWidth_ : width_ - 2 * frameInsetX_; }
+    int ScaleHeight() const {
+        return scaleHeight_ ? *scaleHeight_ : height_ - frameInsetY_ - frameInsetX_;
+    }
+    void SetScaleWidth(int width) { scaleWidth_ = width; }
+    void SetScaleHeight(int height) { scaleHeight_ = height; }
+
     long ForeColor() const { return foreColor_; }
     void SetForeColor(long colour) { foreColor_ = colour; }
     long BackColor() const { return backColor_; }
@@ -175,6 +184,8 @@ private:
     int height_ = 0;
     int frameInsetX_ = 0;
     int frameInsetY_ = 0;
+    std::optional<int> scaleWidth_;
+    std::optional<int> scaleHeight_;
     long foreColor_ = 0;
     long backColor_ = 0xFFFFFF;
     std::string picture_;

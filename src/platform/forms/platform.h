@@ -96,6 +96,32 @@ struct Point {
 using TimerId = int;
 using WindowHandle = std::intptr_t;
 
+// Messages of a form's top-level window, with the classic numbers; only what the program looks at.
+namespace wm {
+inline constexpr int kMove = 0x0003;             // lParam: new x (low word), y (high word)
+inline constexpr int kSize = 0x0005;             // wParam: a size:: code; lParam: width, height
+inline constexpr int kActivate = 0x0006;         // wParam: 0 inactive, 1 active
+inline constexpr int kClose = 0x0010;            // the window manager asks the window to close
+inline constexpr int kQueryEndSession = 0x0011;  // the desktop session is about to end
+inline constexpr int kEndSession = 0x0016;       // wParam: 1 when the session does end
+inline constexpr int kShowWindow = 0x0018;       // wParam: 1 shown, 0 hidden
+namespace size {
+inline constexpr std::intptr_t kRestored = 0;
+inline constexpr std::intptr_t kMinimized = 1;
+inline constexpr std::intptr_t kMaximized = 2;
+}  // namespace size
+// Two 16-bit halves in one parameter, as kMove and kSize carry them.
+inline constexpr std::intptr_t MakeLParam(int low, int high) {
+    return static_cast<std::intptr_t>((static_cast<std::uint32_t>(high & 0xFFFF) << 16) |
+                                      static_cast<std::uint32_t>(low & 0xFFFF));
+}
+}  // namespace wm
+
+// Sees a message of a window before the toolkit's own handling of it. Returns whether that
+// previous handling still runs; a program that only watches returns true for every message.
+using WindowMessageHook =
+    std::function<bool(int message, std::intptr_t wParam, std::intptr_t lParam)>;
+
 // Everything the program asks of its surroundings beyond its own forms.
 class Platform {
 public:
@@ -139,6 +165,27 @@ public:
     virtual int GetWindowPlacement(WindowHandle window) = 0;  // show state, show::
     virtual void SetWindowPlacement(WindowHandle window, int showState) = 0;
     virtual void SetForegroundWindow(WindowHandle window) = 0;
+
+    // A watcher of the messages of the form's top-level window, until removed or the form's
+    // window goes. One per form: installing again replaces the previous watcher.
+    //
+    // A platform must hand the hook every message of that window, also inside nested message
+    // loops (modal forms, message boxes), and must still run its own handling of each message
+    // unless the hook returns false. On Qt this is an event filter on the form's top-level
+    // window that returns false (lets the event through) whenever the hook returns true, with:
+    //   QEvent::WindowStateChange -> wm::kSize, wParam the new state as wm::size (minimised,
+    //                                maximised, else restored), lParam width and height;
+    //   QEvent::Resize            -> wm::kSize, wParam wm::size::kRestored, lParam the new size;
+    //   QEvent::Move              -> wm::kMove; QEvent::Show / Hide -> wm::kShowWindow 1 / 0;
+    //   QEvent::WindowActivate / WindowDeactivate -> wm::kActivate 1 / 0; QEvent::Close ->
+    //   wm::kClose; the session manager's commitDataRequest -> wm::kQueryEndSession and
+    //   aboutToQuit at the end of a session -> wm::kEndSession 1.
+    // The hook runs on the user interface thread, as the message loop runs a reaction.
+    virtual void InstallMessageHook(Form& form, WindowMessageHook hook) {
+        (void)form;
+        (void)hook;
+    }
+    virtual void RemoveMessageHook(Form& form) { (void)form; }
 
     // The logged-on user's name; nullopt when the platform cannot tell.
     virtual std::optional<std::string> LoggedOnUserName() = 0;

@@ -178,6 +178,50 @@ void HeadlessPlatform::AttachForm(forms::Form& form) {
 
 void HeadlessPlatform::DetachForm(forms::Form& form) {
     attached_.erase(std::remove(attached_.begin(), attached_.end(), &form), attached_.end());
+    hooks_.erase(&form);  // the window goes, and its watcher with it
+}
+
+// ---- window messages ----------------------------------------------------------------------
+
+void HeadlessPlatform::InstallMessageHook(forms::Form& form, forms::WindowMessageHook hook) {
+    hooks_[&form] = std::move(hook);
+}
+
+void HeadlessPlatform::RemoveMessageHook(forms::Form& form) { hooks_.erase(&form); }
+
+bool HeadlessPlatform::DeliverWindowMessage(forms::Form& form, int message, std::intptr_t wParam,
+                                            std::intptr_t lParam) {
+    bool passOn = true;
+    auto hook = hooks_.find(&form);
+    if (hook != hooks_.end()) {
+        // A copy: the hook may remove itself while it runs.
+        const forms::WindowMessageHook watcher = hook->second;
+        Dispatch([&] { passOn = watcher(message, wParam, lParam); });
+    }
+    if (!passOn) {
+        return false;
+    }
+    if (message == forms::wm::kSize) {
+        int state = forms::window_state::kNormal;
+        if (wParam == forms::wm::size::kMinimized) {
+            state = forms::window_state::kMinimized;
+        } else if (wParam == forms::wm::size::kMaximized) {
+            state = forms::window_state::kMaximized;
+        }
+        Dispatch([&] { form.SetWindowState(state); });
+    }
+    return true;
+}
+
+bool HeadlessPlatform::WindowManagerSetState(forms::Form& form, int state) {
+    std::intptr_t code = forms::wm::size::kRestored;
+    if (state == forms::window_state::kMinimized) {
+        code = forms::wm::size::kMinimized;
+    } else if (state == forms::window_state::kMaximized) {
+        code = forms::wm::size::kMaximized;
+    }
+    return DeliverWindowMessage(form, forms::wm::kSize, code,
+                                forms::wm::MakeLParam(form.Width(), form.Height()));
 }
 
 bool HeadlessPlatform::IsAttached(const forms::Form& form) const {

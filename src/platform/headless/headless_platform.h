@@ -95,6 +95,17 @@ public:
     std::optional<int> EndedWith() const { return endedWith_; }
     int SleptMs() const { return sleptMs_; }
 
+    // A message reaches the form's window as the system sends it: the installed hook sees it
+    // first, then, unless the hook kept it, the toolkit's own handling runs. That handling knows
+    // one message: wm::kSize with a wm::size state code sets the form's window state (and with it
+    // fires Form_Resize when the state changes). Returns whether the toolkit's handling ran.
+    bool DeliverWindowMessage(forms::Form& form, int message, std::intptr_t wParam,
+                              std::intptr_t lParam);
+    // The window manager minimises, restores or maximises the window by itself, as from the task
+    // bar: a wm::kSize message with the new state and the window's size.
+    bool WindowManagerSetState(forms::Form& form, int state);
+    bool HasMessageHook(const forms::Form& form) const { return hooks_.count(&form) != 0; }
+
     // ---- forms::Platform ----
     int MessageBox(const forms::MessageBoxRequest& request) override;
     bool CloseMessageBox(const std::string& caption, int result) override;
@@ -112,6 +123,8 @@ public:
     int Cursor() const override { return cursor_; }
     forms::Point CursorPos() const override { return cursorPos_; }
     void SetCursorPos(forms::Point p) { cursorPos_ = p; }
+    void InstallMessageHook(forms::Form& form, forms::WindowMessageHook hook) override;
+    void RemoveMessageHook(forms::Form& form) override;
     bool PreviousInstanceRunning() override { return previousInstance_.has_value(); }
     forms::WindowHandle FindWindow(const std::string& className, const std::string& title) override;
     int GetWindowPlacement(forms::WindowHandle window) override;
@@ -157,6 +170,7 @@ private:
     std::vector<std::string> modalsShown_;
 
     std::vector<forms::Form*> attached_;
+    std::map<const forms::Form*, forms::WindowMessageHook> hooks_;
     int cursor_ = forms::cursor::kDefault;
     std::vector<int> cursorHistory_;
     forms::Point cursorPos_;

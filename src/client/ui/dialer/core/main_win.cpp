@@ -13,6 +13,7 @@
 #include "client/ui/dialer/locations/from_pullout.h"
 #include "client/ui/dialer/locations/pref_pullout.h"
 #include "client/ui/dialer/performance/perf_pulldown.h"
+#include "client/ui/dialer/shell/message_hook.h"
 #include "client/ui/dialer/shell/more_pullout.h"
 #include "client/ui/dialer/side/display_pullout.h"
 #include "client/ui/dialer/side/frm_file_xfer.h"
@@ -124,6 +125,7 @@ void MainWin::Form_Load() {
         TimerProfileChange.SetInterval(2);
         tmrRxNowNever.SetTimerEnabled(false);
         tmrRxNowNever.SetInterval(10);
+        InstallMessageHook(app_, *this);
         IsLoading = false;
     } catch (const Failure& failure) {
         // IsLoading stays true on purpose: the close paths then say the program is still loading.
@@ -142,17 +144,7 @@ void MainWin::WireEvents() {
     btnCloseWin.Click = [this] { btnCloseWin_Click(); };
     btnCloseWin.DblClick = [this] { btnCloseWin_Click(); };
     lblCloseButton.Click = [this] { btnCloseWin_Click(); };
-    btnHelp.Click = [this] { btnHelp_Click(); };
-    btnHelp.DblClick = [this] { btnHelp_Click(); };
-    lblHelpButton.Click = [this] { btnHelp_Click(); };
-    btnHelp.MouseDown = [this](int, int, float, float) { btnHelp.SetPicture(Image6.Picture()); };
-    btnHelp.MouseUp = [this](int, int, float, float) { btnHelp.SetPicture(Image5.Picture()); };
-    btnMinimize.Click = [this] { SetWindowState(forms::window_state::kMinimized); };
-    lblMinButton.Click = [this] { SetWindowState(forms::window_state::kMinimized); };
-    btnFromPullout.Click = [this] { btnFromPullout_Click(); };
-    btnToPullout.Click = [this] { btnToPullout_Click(); };
-    btnRxPullout.Click = [this] { btnRxPullout_Click(); };
-    btnMorePullout.Click = [this] { btnMorePullout_Click(); };
+    WireWindowFamily();
     cmboFrom.Click = [this] { cmboFrom_Click(); };
     cmboTo.Click = [this] { cmboTo_Click(); };
     // The combos cannot be typed in; Enter connects from them as from the window.
@@ -342,7 +334,7 @@ void MainWin::Form_Unload(int& cancel) {
     (void)cancel;
     app_.EventManagerObject.deregisterForEvent(event::kGettingDialList, this);
     app_.EventManagerObject.deregisterForEvent(event::kDialListDone, this);
-    app_.OldWindowProc = 0;
+    RemoveMessageHook(app_);
     app_.CountryListObject.reset();
     if (app_.EngineObject) {
         app_.EngineObject->Unadvise();

@@ -108,12 +108,6 @@ public:
     void cmboFrom_Click();
     void cmboTo_Click();
 
-    // ---- pullout buttons ----
-    void btnFromPullout_Click();
-    void btnToPullout_Click();
-    void btnRxPullout_Click();
-    void btnMorePullout_Click();
-
     // ---- help ----
     void btnHelp_Click();
 
@@ -177,9 +171,6 @@ protected:
 
 private:
     void PlaceControls();
-    // Closes the open pullout, asking it first; false when it refuses.
-    bool CloseOpenPullouts();
-    void OpenPullout(forms::Form& pullout, bool& shown, int top);
     void WireEvents();
     void CreateEngineAndLogOn();
     void RunLogonLoop();
@@ -204,6 +195,40 @@ private:
     int AppBox(const std::string& text, int flags);
 
     Application& app_;
+
+    // ---- the window family: pullouts, drag, minimise, message hook (shell/) ----
+public:
+    bool dragging = false;
+    std::int32_t dragOffsetX = 0;  // cursor inside the window's outer frame when the drag began
+    std::int32_t dragOffsetY = 0;
+    void btnFromPullout_Click();
+    void btnToPullout_Click();
+    void btnRxPullout_Click();
+    void btnMorePullout_Click();
+    void btnMinimize_Click();
+    // Sees each message of the window while the message hook stands.
+    void ProcMsg(forms::WindowHandle window, int message, std::intptr_t wParam,
+                 std::intptr_t lParam, std::intptr_t& result);
+    void Form_Resize() override;
+
+protected:
+    void Form_MouseDown(int button, int shift, float x, float y) override;
+    void Form_MouseMove(int button, int shift, float x, float y) override;
+    void Form_MouseUp(int button, int shift, float x, float y) override;
+
+private:
+    struct PulloutButton;
+    void PulloutButtonClick(const PulloutButton& button);
+    void CloseToPullout(bool& ok);
+    void CloseFromPullout(bool& ok);
+    void CloseMorePullout(bool& ok);
+    void CloseRxPullout(bool& ok);
+    void WireWindowFamily();
+    // The shape of each pullout of this window is cut once, at its first opening.
+    bool moreCut_ = false;
+    bool rxCut_ = false;
+    bool fromCut_ = false;
+    bool toCut_ = false;
 };
 
 }  // namespace kw::dialer

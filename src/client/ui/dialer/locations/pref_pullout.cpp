@@ -1,6 +1,7 @@
 #include "client/ui/dialer/locations/pref_pullout.h"
 
 #include "client/ui/dialer/core/application.h"
+#include "platform/automation/failure.h"
 
 namespace kw::dialer {
 
@@ -15,5 +16,23 @@ PrefPullout::PrefPullout(Application& app) : Form(app.Platform(), "PrefPullout")
 }
 
 void PrefPullout::OnHide(bool& ok) { ok = !btnSave.Enabled(); }
+
+void PrefPullout::OnShow() {
+    btnSave.SetEnabled(false);
+    if (app_.CallingCardId == 0 || !app_.CallingCards) {
+        return;
+    }
+    std::shared_ptr<CallingCard> card = app_.CallingCards->findByID(app_.CallingCardId);
+    if (!card) {
+        return;  // a card that is no longer listed leaves the box as it stands
+    }
+    try {
+        app_.CurrentCallingCard = card;
+        cmboCallingCards.SetListIndex(card->index);
+        txtCardNumber.SetText(card->number);
+    } catch (const automation::Failure&) {
+        // A card the box cannot show ends the showing quietly.
+    }
+}
 
 }  // namespace kw::dialer

@@ -18,6 +18,8 @@ public:
     forms::CommandButton btnSave{*this, "btnSave"};
 
     void OnHide(bool& ok);
+    // Run each time the pullout opens: shows the card chosen for the calls.
+    void OnShow();
 
 private:
     Application& app_;

@@ -5,20 +5,19 @@
 
 namespace kw::dialer {
 
-PerfPulldown::PerfPulldown(Application& app) : Form(app.Platform(), "PerfPulldown"), app_(app) {
-    namespace at = layout::perfpulldown;
+PerfPulldown::PerfPulldown(Application& app)
+    : Form(app.Platform(), "PerfPulldown"), app_(app) {
     SetCaption("PerfPulldown");
     SetForeColor(0x00FF00);  // pure green: the outside of the artwork
-    Move(0, 0, at::kWidth, at::kHeight);
-    Image1.Move(at::Image1.x, at::Image1.y, at::Image1.w, at::Image1.h);
-    Image1.SetPicture(at::kPicture);
+    Move(0, 0, layout::perfpulldown::kWidth, layout::perfpulldown::kHeight);
+    const layout::LayoutRect& image = layout::perfpulldown::Image1;
+    Image1.Move(image.x, image.y, image.w, image.h);
+    Image1.SetPicture(layout::perfpulldown::kPicture);
+    const layout::LayoutRect& down = layout::perfpulldown::downBtn;
+    downBtn.Move(down.x, down.y, down.w, down.h);
+    downBtn.SetPicture(layout::perfpulldown::kDownBtn);
     dTimer.SetInterval(1000);
     dTimer.SetTimerEnabled(false);
-}
-
-void PerfPulldown::Form_Load() {
-    ScaleForm(*this, app_.Platform());
-    app_.Shape(*this, false, &Image1);
 }
 
 void PerfPulldown::BeginPerf(const std::string& destination) {

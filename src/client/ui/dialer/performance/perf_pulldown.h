@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "platform/automation/variant.h"
@@ -29,11 +30,21 @@ public:
     const std::string& Destination() const { return destination_; }
     int Samples() const { return samples_; }
 
+    // ---- place below the main window, and the jump between its two places ----
+    forms::Image downBtn{*this, "downBtn"};
+    // Moves the window to yOffset below the main window's top.
+    void PositionWindow(std::int32_t yOffset);
+    // Pulls the panel down to 300 below the main window's top, or back up to 176.
+    void downBtn_Click();
+
 protected:
     void Form_Load() override;
+    void Form_Activate() override;
 
 private:
     Application& app_;
+    bool regionCut = false;  // the pulled-down shape has been made
+
     bool monitoring_ = false;
     std::string destination_;
     int samples_ = 0;

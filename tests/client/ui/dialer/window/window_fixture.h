@@ -1,0 +1,58 @@
+#pragma once
+
+#include <map>
+
+#include "client/ui/dialer/diallist/to_pullout.h"
+#include "client/ui/dialer/locations/from_pullout.h"
+#include "client/ui/dialer/locations/pref_pullout.h"
+#include "client/ui/dialer/performance/perf_pulldown.h"
+#include "client/ui/dialer/shell/clip_region.h"
+#include "client/ui/dialer/shell/more_pullout.h"
+#include "client/ui/dialer/side/display_pullout.h"
+#include "client/ui/dialer/side/log_pullout.h"
+#include "client/ui/dialer/side/rx_pullout.h"
+#include "client/ui/dialer/spine/program_fixture.h"
+
+namespace kw::dialer::testing {
+
+// Counts what a renderer would be told about one form.
+class FormChanges : public forms::FormObserver {
+  public:
+    void ControlChanged(forms::Control&, forms::Property) override {}
+    void FormChanged(forms::Form&, forms::FormProperty what) override { ++counts[what]; }
+    int Of(forms::FormProperty what) const {
+        auto it = counts.find(what);
+        return it == counts.end() ? 0 : it->second;
+    }
+    std::map<forms::FormProperty, int> counts;
+};
+
+// The program started, its first dial list in, the pullout buttons enabled.
+class WindowFamilyTest : public ProgramTest {
+  protected:
+    void SetUp() override {
+        ProgramTest::SetUp();
+        StoreUser("anna", "secret");
+        ScriptLists();
+        ASSERT_TRUE(Start());
+        engine->RaiseGetGenericISPList("", automation::Variant());
+        ASSERT_TRUE(Win().btnFromPullout.Enabled());
+    }
+
+    template <class F>
+    F& Get() {
+        return app->Form<F>();
+    }
+    // Unsaved changes that the pullout's OnHide keeps it open for, when the user says so.
+    void MakeToDirty() { Get<ToPullout>().btnSaveList.SetEnabled(true); }
+    void MakePrefDirty() { Get<PrefPullout>().btnSave.SetEnabled(true); }
+    void MakeDisplayDirty() { Get<DisplayPullout>().btnModify.SetCaption("Save"); }
+    // Asked about unsaved changes, the user keeps them (and with them the pullout).
+    void UserKeepsChanges() {
+        platform.AnswerBoxes([](const headless::BoxRecord&) { return forms::mb::kResultYes; });
+    }
+    int FrameWidth() const { return app->frameWidth; }
+    int FrameHeight() const { return app->frameHeight; }
+};
+
+}  // namespace kw::dialer::testing
