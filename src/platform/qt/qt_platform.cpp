@@ -1,5 +1,7 @@
 #include "platform/qt/qt_platform.h"
 
+#include "platform/qt/message_hook.h"
+
 #include <pwd.h>
 #include <unistd.h>
 
@@ -291,6 +293,24 @@ void QtPlatform::RaiseOwnWindows() {
 }
 
 // ---- the user, the screen, help, files ----------------------------------------------------
+
+void QtPlatform::InstallMessageHook(forms::Form& form, forms::WindowMessageHook hook) {
+    RemoveMessageHook(form);
+    FormWindow* window = WindowOf(form);
+    if (window == nullptr) {
+        return;
+    }
+    hooks_[&form] = new MessageHookFilter(*window, *this, std::move(hook));
+}
+
+void QtPlatform::RemoveMessageHook(forms::Form& form) {
+    auto it = hooks_.find(&form);
+    if (it == hooks_.end()) {
+        return;
+    }
+    delete it->second.data();  // the filter leaves the window's event stream as it goes
+    hooks_.erase(it);
+}
 
 std::optional<std::string> QtPlatform::LoggedOnUserName() {
     passwd entry{};

@@ -64,6 +64,8 @@ class QtPlatform : public forms::Platform {
     int GetWindowPlacement(forms::WindowHandle window) override;
     void SetWindowPlacement(forms::WindowHandle window, int showState) override;
     void SetForegroundWindow(forms::WindowHandle window) override;
+    void InstallMessageHook(forms::Form& form, forms::WindowMessageHook hook) override;
+    void RemoveMessageHook(forms::Form& form) override;
     std::optional<std::string> LoggedOnUserName() override;
     int TwipsPerPixelX() const override;
     int TwipsPerPixelY() const override;
@@ -90,6 +92,7 @@ class QtPlatform : public forms::Platform {
     MessageBoxes boxes_;
     std::unique_ptr<InstanceChannel> channel_;
     std::map<const forms::Form*, FormWindow*> windows_;
+    std::map<const forms::Form*, QPointer<QObject>> hooks_;
     std::map<forms::TimerId, std::shared_ptr<TimerEntry>> timers_;
     forms::TimerId nextTimerId_ = 1;
     std::vector<ModalLoop> modalLoops_;
