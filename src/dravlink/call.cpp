@@ -235,6 +235,8 @@ void Simulator::StepConnectIsp(int serial) {
     std::weak_ptr<Life> life = life_;
     const std::string isp = call_->numbers[call_->current].pop->isp;
     call_->linkBps = kModemBps;
+    // The modem has carrier from here: the link's counters run while the ISP is negotiated.
+    StartStatistics();
     Progress(104, "Connecting to " + isp);
     if (!Current(life, serial)) {
         return;

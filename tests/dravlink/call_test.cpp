@@ -42,8 +42,8 @@ TEST_F(SimulatorTest, AWholeCallGoesUpStepByStepReportsOnceASecondAndComesDownOn
     EXPECT_EQ(sink_->Of("P1")[0], "Connected to Engineering Lab");
     EXPECT_GE(sink_->CountOf("S"), 5) << "the Prescriber explains each step";
 
-    // Statistics from the moment the ISP link is up, once a virtual second.
-    const std::int64_t up = TimeOf(*sink_, "P101");
+    // Statistics from the moment the modem has carrier, once a virtual second.
+    const std::int64_t up = TimeOf(*sink_, "P104");
     ASSERT_GE(up, 0);
     const int n = StatsBetween(*sink_, up, platform_.Now());
     const auto seconds = (platform_.Now() - up) / 1000;

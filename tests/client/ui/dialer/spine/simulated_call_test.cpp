@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "client/ui/dialer/core/settings.h"
+#include "client/ui/dialer/engine/frm_isp_login.h"
+#include "client/ui/dialer/side/rx_pullout.h"
 #include "client/ui/dialer/performance/perf_pulldown.h"
 #include "dravlink/simulator.h"
 #include "program_fixture.h"
@@ -124,6 +126,87 @@ TEST_F(SimulatedCallTest, AWholeCallFromStartToClose) {
     EXPECT_THROW(win.btnCloseWin.UserClick(), headless::ProcessEnded);
     EXPECT_EQ(platform.EndedWith(), 0);
     EXPECT_FALSE(app->Forms().IsLoaded<MainWin>());
+}
+
+}  // namespace
+}  // namespace kw::dialer::testing
+
+namespace kw::dialer::testing {
+namespace {
+
+// Hands every event on to the window and counts the statistics that pass.
+class CountingSink : public DravlinkEvents {
+public:
+    explicit CountingSink(DravlinkEvents& window) : window_(window) {}
+    int statistics = 0;
+    void CHXferUpdate(automation::Variant& a, automation::Variant& b) override {
+        window_.CHXferUpdate(a, b);
+    }
+    void ErrorEvent(std::string& m) override { window_.ErrorEvent(m); }
+    void GetConnectionStatistics(automation::Variant& isp, automation::Variant& vpn) override {
+        ++statistics;
+        window_.GetConnectionStatistics(isp, vpn);
+    }
+    void GetGenericISPList(std::string& m, automation::Variant& l) override {
+        window_.GetGenericISPList(m, l);
+    }
+    void GetUserInfo(std::string& p, automation::Variant& c, std::string& a) override {
+        window_.GetUserInfo(p, c, a);
+    }
+    void GetUserInput(std::string& p, std::string& d, std::string& a) override {
+        window_.GetUserInput(p, d, a);
+    }
+    void GetUsernamePassword(std::string& p, std::string& u) override {
+        window_.GetUsernamePassword(p, u);
+    }
+    void GetUserOk(std::string& m) override { window_.GetUserOk(m); }
+    void GetUserYesNo(std::string& q, bool& a) override { window_.GetUserYesNo(q, a); }
+    void GetUserNowLaterNever(std::string& q, std::string& a) override {
+        window_.GetUserNowLaterNever(q, a);
+    }
+    void DravDebug(std::string& t) override { window_.DravDebug(t); }
+    void ProgressUpdate(std::int16_t c, std::string& t) override { window_.ProgressUpdate(c, t); }
+    void StatusUpdate(std::string& t) override { window_.StatusUpdate(t); }
+
+private:
+    DravlinkEvents& window_;
+};
+
+TEST_F(SimulatedCallTest, AnIspPasswordAskedDuringTheCallWhileStatisticsKeepComing) {
+    std::shared_ptr<dravlink::Simulator> simulator;
+    UseEngine([this, &simulator](const EngineContext& context) {
+        dravlink::Options options;
+        options.dataDir = dir / "dravlink";
+        options.sampleDir = std::filesystem::path(KW_SOURCE_DIR) / "assets" / "dravlink";
+        options.scenario = dravlink::scenario::kIspPassword;
+        simulator = std::make_shared<dravlink::Simulator>(context.platform, options);
+        return simulator;
+    });
+    StoreUser("anna", "secret");
+    ASSERT_TRUE(Start());
+    MainWin& win = Win();
+    ASSERT_TRUE(RunUntil([&] { return !win.IsGettingDialList; }));
+    CountingSink sink(win.l_DravlinkObj);
+    simulator->Advise(&sink);
+
+    int duringDialog = 0;
+    platform.AnswerNextModal("frmISPLogin", [&](forms::Form&) {
+        frmISPLogin& dialog = app->Form<frmISPLogin>();
+        const int before = sink.statistics;
+        platform.Advance(4000);  // the user takes four seconds to type
+        duringDialog = sink.statistics - before;
+        EXPECT_FALSE(win.IsConnected) << "the call waits for the answer";
+        dialog.txtUserName.UserSetText("anna@bluewave");
+        dialog.txtPassword.UserSetText("n3w");
+        dialog.cmdOK.UserClick();
+    });
+    win.btnConnect.UserClick();
+    ASSERT_TRUE(RunUntil([&] { return win.IsConnected; })) << win.lblStatus.Caption();
+    EXPECT_EQ(platform.ModalsShown().back(), "frmISPLogin");
+    EXPECT_GE(duringDialog, 3) << "statistics kept arriving while the dialog was open";
+    EXPECT_NE(app->Form<RxPullout>().txtStatus.Text().find("accepted the login for anna@bluewave"),
+              std::string::npos);
+    simulator->Advise(&win.l_DravlinkObj);
 }
 
 }  // namespace
