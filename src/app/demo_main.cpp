@@ -2,7 +2,8 @@
 // walked through the engine simulator by pressing the real controls, and a screenshot of the
 // screen at each stage.
 //
-//   kestrelway-demo OUTDIR [DESTINATION]
+//   kestrelway-demo OUTDIR [DESTINATION [SCENARIO]]
+// SCENARIO names how the simulated engine lets the call go (isp-password, call-home, ...).
 #include <QAbstractButton>
 #include <QPushButton>
 #include <QApplication>
@@ -21,6 +22,8 @@
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/core/main_win.h"
 #include "client/ui/dialer/engine/frm_isp_login.h"
+#include "client/ui/dialer/engine/engine_factory.h"
+#include "client/ui/dialer/engine/engine_factory.h"
 #include "client/ui/dialer/engine/frm_login.h"
 #include "dravlink/simulator.h"
 #include "platform/qt/form_window.h"
@@ -186,7 +189,14 @@ int main(int argc, char** argv) {
     const std::string destination = argc > 2 ? argv[2] : "Engineering Lab";
     QDir().mkpath(outDir);
     kw::qt::UseDarkLook();
-    dravlink::RegisterSimulator();
+    const std::string scenario = argc > 3 ? argv[3] : "";
+    kw::dialer::EngineFactory::Register(dravlink::kSimulatorName,
+                                        [scenario](const kw::dialer::EngineContext& context) {
+                                            dravlink::Options options;
+                                            options.scenario = scenario;
+                                            return std::make_shared<dravlink::Simulator>(
+                                                context.platform, options);
+                                        });
     const std::string assets = kw::dialer::Application::DefaultAssetsDir();
     kw::qt::QtPlatform platform(assets, "kestrelway-demo");
     kw::dialer::Application app(platform, assets);
