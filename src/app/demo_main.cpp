@@ -5,11 +5,11 @@
 //   kestrelway-demo OUTDIR [DESTINATION [SCENARIO]]
 // SCENARIO names how the simulated engine lets the call go (isp-password, call-home, ...).
 #include <QAbstractButton>
-#include <QPushButton>
 #include <QApplication>
 #include <QDir>
 #include <QMessageBox>
 #include <QPixmap>
+#include <QPushButton>
 #include <QScreen>
 #include <QTest>
 #include <QTimer>
@@ -21,9 +21,8 @@
 
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/core/main_win.h"
+#include "client/ui/dialer/engine/engine_factory.h"
 #include "client/ui/dialer/engine/frm_isp_login.h"
-#include "client/ui/dialer/engine/engine_factory.h"
-#include "client/ui/dialer/engine/engine_factory.h"
 #include "client/ui/dialer/engine/frm_login.h"
 #include "dravlink/simulator.h"
 #include "platform/qt/form_window.h"
@@ -35,10 +34,12 @@ namespace {
 using kw::dialer::MainWin;
 
 class Demo {
-public:
+  public:
     Demo(kw::qt::QtPlatform& platform, kw::dialer::Application& app, QString outDir,
          std::string destination)
-        : platform_(platform), app_(app), outDir_(std::move(outDir)),
+        : platform_(platform),
+          app_(app),
+          outDir_(std::move(outDir)),
           destination_(std::move(destination)) {}
 
     // Answers the dialogs and boxes that come up, whenever they come.
@@ -49,12 +50,15 @@ public:
     }
 
     void Run() {
-        Wait([this] { return app_.Forms().IsLoaded<MainWin>() && !Win().IsLoading &&
-                             !Win().IsGettingDialList; },
-             [this] { ChooseDestination(); });
+        Wait(
+            [this] {
+                return app_.Forms().IsLoaded<MainWin>() && !Win().IsLoading &&
+                       !Win().IsGettingDialList;
+            },
+            [this] { ChooseDestination(); });
     }
 
-private:
+  private:
     MainWin& Win() { return app_.Form<MainWin>(); }
 
     QWidget* WidgetNamed(kw::forms::Form& form, const char* name) {
@@ -71,8 +75,8 @@ private:
     void Shot(const QString& name) {
         QApplication::processEvents();
         QPixmap screen = QGuiApplication::primaryScreen()->grabWindow(0);
-        const QString path = outDir_ + "/" + QString("%1-").arg(++shots_, 2, 10, QChar('0')) +
-                             name + ".png";
+        const QString path =
+            outDir_ + "/" + QString("%1-").arg(++shots_, 2, 10, QChar('0')) + name + ".png";
         screen.save(path);
         std::printf("  %s\n", qPrintable(path));
         std::fflush(stdout);
@@ -101,29 +105,33 @@ private:
         }
         Shot("at-rest");
         Click(win, "btnConnect");
-        Wait([this] { return Win().imgPhoneDialing.Visible(); }, [this] {
-            Shot("dialing");
-            Wait([this] { return Win().imgAuthorizingISP.Visible(); }, [this] {
-                Shot("isp-login");
-                Wait([this] { return Win().IsConnected; }, [this] { Connected(); });
-            });
-        });
+        Wait([this] { return Win().imgPhoneDialing.Visible(); },
+             [this] {
+                 Shot("dialing");
+                 Wait([this] { return Win().imgAuthorizingISP.Visible(); },
+                      [this] {
+                          Shot("isp-login");
+                          Wait([this] { return Win().IsConnected; }, [this] { Connected(); });
+                      });
+             });
     }
 
     void Connected() {
         Shot("connected");
         Click(Win(), "btnRxPullout");
-        Wait([] { return true; }, [this] {
-            Shot("prescriber-open");
-            Click(Win(), "btnRxPullout");
-            QTimer::singleShot(1500, qApp, [this] {
-                Click(Win(), "btnConnect");
-                Wait([this] { return !Win().IsConnected && !Win().IsConnecting; }, [this] {
-                    Shot("disconnected");
-                    Finish();
-                });
-            });
-        });
+        Wait([] { return true; },
+             [this] {
+                 Shot("prescriber-open");
+                 Click(Win(), "btnRxPullout");
+                 QTimer::singleShot(1500, qApp, [this] {
+                     Click(Win(), "btnConnect");
+                     Wait([this] { return !Win().IsConnected && !Win().IsConnecting; },
+                          [this] {
+                              Shot("disconnected");
+                              Finish();
+                          });
+                 });
+             });
     }
 
     void AnswerWhatIsUp() {
@@ -190,13 +198,12 @@ int main(int argc, char** argv) {
     QDir().mkpath(outDir);
     kw::qt::UseDarkLook();
     const std::string scenario = argc > 3 ? argv[3] : "";
-    kw::dialer::EngineFactory::Register(dravlink::kSimulatorName,
-                                        [scenario](const kw::dialer::EngineContext& context) {
-                                            dravlink::Options options;
-                                            options.scenario = scenario;
-                                            return std::make_shared<dravlink::Simulator>(
-                                                context.platform, options);
-                                        });
+    kw::dialer::EngineFactory::Register(
+        dravlink::kSimulatorName, [scenario](const kw::dialer::EngineContext& context) {
+            dravlink::Options options;
+            options.scenario = scenario;
+            return std::make_shared<dravlink::Simulator>(context.platform, options);
+        });
     const std::string assets = kw::dialer::Application::DefaultAssetsDir();
     kw::qt::QtPlatform platform(assets, "kestrelway-demo");
     kw::dialer::Application app(platform, assets);

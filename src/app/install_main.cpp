@@ -32,16 +32,17 @@ int main() {
         return 1;
     }
     reg::HKEY key = nullptr;
-    if (reg::RegCreateKeyExA(reg::HKEY_LOCAL_MACHINE, kw::dialer::settings::kMachineKey, 0,
-                             nullptr, 0, reg::KEY_ALL_ACCESS, nullptr, &key, nullptr) != 0) {
+    if (reg::RegCreateKeyExA(reg::HKEY_LOCAL_MACHINE, kw::dialer::settings::kMachineKey, 0, nullptr,
+                             0, reg::KEY_ALL_ACCESS, nullptr, &key, nullptr) != 0) {
         std::fprintf(stderr, "kestrelway-install: cannot write the machine settings in %s\n",
                      reg::HivePath(reg::HKEY_LOCAL_MACHINE).c_str());
         return 1;
     }
     const std::string value = folder.string();
-    const reg::LONG status = reg::RegSetValueExA(
-        key, kw::dialer::settings::kInstallDir, 0, reg::REG_SZ,
-        reinterpret_cast<const reg::BYTE*>(value.c_str()), static_cast<reg::DWORD>(value.size() + 1));
+    const reg::LONG status =
+        reg::RegSetValueExA(key, kw::dialer::settings::kInstallDir, 0, reg::REG_SZ,
+                            reinterpret_cast<const reg::BYTE*>(value.c_str()),
+                            static_cast<reg::DWORD>(value.size() + 1));
     reg::RegCloseKey(key);
     if (status != 0) {
         std::fprintf(stderr, "kestrelway-install: cannot store installDir (status %d)\n", status);

@@ -1,8 +1,8 @@
 // Kestrelway: the program on the Qt platform, with the engine simulator as its default engine.
 #include <QApplication>
+#include <QTimer>
 #include <cstdio>
 #include <cstdlib>
-#include <QTimer>
 
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/core/main_win.h"

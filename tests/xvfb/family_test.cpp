@@ -43,7 +43,7 @@ Variant Names(std::initializer_list<const char*> names) {
 }
 
 class FamilyTest : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         std::string pattern = (fs::temp_directory_path() / "kw-family-XXXXXX").string();
         ASSERT_NE(mkdtemp(pattern.data()), nullptr);
@@ -62,12 +62,11 @@ protected:
         engine_->Default("GetPhoneList", Variant(true), {{0, Names({"Corporate", "Lab"})}});
         engine_->Default("GetLocationList", Variant(true), {{0, Names({"Home", "Hotel"})}});
         engine_->Default("GetCallingCardList", Variant(false));
-        kw::dialer::EngineFactory::Register(kw::dialer::kDefaultEngineName,
-                                            [this](const kw::dialer::EngineContext&) {
-                                                return engine_;
-                                            });
-        platform_ = std::make_unique<kw::qt::QtPlatform>(KW_SOURCE_DIR "/assets",
-                                                         "kestrelway-family-test");
+        kw::dialer::EngineFactory::Register(
+            kw::dialer::kDefaultEngineName,
+            [this](const kw::dialer::EngineContext&) { return engine_; });
+        platform_ =
+            std::make_unique<kw::qt::QtPlatform>(KW_SOURCE_DIR "/assets", "kestrelway-family-test");
         app_ = std::make_unique<kw::dialer::Application>(*platform_, KW_SOURCE_DIR "/assets");
         kw::dialer::Main(*app_);
         engine_->RaiseGetGenericISPList("", Variant());
@@ -89,7 +88,8 @@ protected:
     }
 
     fs::path home_;
-    std::shared_ptr<kw::test::ScriptedEngine> engine_ = std::make_shared<kw::test::ScriptedEngine>();
+    std::shared_ptr<kw::test::ScriptedEngine> engine_ =
+        std::make_shared<kw::test::ScriptedEngine>();
     std::unique_ptr<kw::qt::QtPlatform> platform_;
     std::unique_ptr<kw::dialer::Application> app_;
 };

@@ -2,6 +2,8 @@
 // outside the shape shows the desktop), and the lights come on during a simulated call.
 #include <gtest/gtest.h>
 
+#include <spawn.h>
+#include <sys/wait.h>
 #include <QApplication>
 #include <QDir>
 #include <QGuiApplication>
@@ -12,9 +14,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <spawn.h>
 #include <string>
-#include <sys/wait.h>
 #include <vector>
 
 #include "client/ui/dialer/core/settings.h"
@@ -30,11 +30,15 @@ namespace fs = std::filesystem;
 namespace at = kw::dialer::layout::mainwin;
 
 // The desktop of the bare X server is black.
-bool IsDesktop(QRgb pixel) { return qRed(pixel) < 8 && qGreen(pixel) < 8 && qBlue(pixel) < 8; }
-int Brightness(QRgb pixel) { return qRed(pixel) + qGreen(pixel) + qBlue(pixel); }
+bool IsDesktop(QRgb pixel) {
+    return qRed(pixel) < 8 && qGreen(pixel) < 8 && qBlue(pixel) < 8;
+}
+int Brightness(QRgb pixel) {
+    return qRed(pixel) + qGreen(pixel) + qBlue(pixel);
+}
 
 class RealWindowTest : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         std::string pattern = (fs::temp_directory_path() / "kw-xvfb-XXXXXX").string();
         ASSERT_NE(mkdtemp(pattern.data()), nullptr);
@@ -74,9 +78,7 @@ protected:
         return pid;
     }
 
-    static QImage Screen() {
-        return QGuiApplication::primaryScreen()->grabWindow(0).toImage();
-    }
+    static QImage Screen() { return QGuiApplication::primaryScreen()->grabWindow(0).toImage(); }
 
     fs::path home_;
     pid_t child_ = 0;
@@ -100,8 +102,8 @@ TEST_F(RealWindowTest, TheMainWindowHasTheShapeOfItsArtwork) {
     const int clientX = (screen.width() - width) / 2 + frame;
     const int clientY = (screen.height() - height) / 3 + caption;
 
-    const kw::dialer::BitmapBits art = kw::dialer::ReadBitmapFile(KW_SOURCE_DIR "/assets/" +
-                                                                  std::string(at::kPicture));
+    const kw::dialer::BitmapBits art =
+        kw::dialer::ReadBitmapFile(KW_SOURCE_DIR "/assets/" + std::string(at::kPicture));
     const QPoint inside(clientX + at::cmboFrom.x - 2, clientY + at::cmboFrom.y + 4);
     QImage shot;
     for (int tries = 0; tries < 100; ++tries) {
@@ -162,9 +164,9 @@ TEST_F(RealWindowTest, TheLightsComeOnDuringASimulatedCall) {
     const int caption = kw::dialer::layout::kFrameHeight;
     const int clientX = (screen.width() - (at::kWidth + 2 * frame)) / 2 + frame;
     const int clientY = (screen.height() - (at::kHeight + caption + frame)) / 3 + caption;
-    for (const auto& light : {at::imgModemDetected, at::imgPhoneDialing, at::imgConnectingISP,
-                              at::imgAuthorizingISP, at::imgCreatingTunnel,
-                              at::imgAuthorizingTunnel}) {
+    for (const auto& light :
+         {at::imgModemDetected, at::imgPhoneDialing, at::imgConnectingISP, at::imgAuthorizingISP,
+          at::imgCreatingTunnel, at::imgAuthorizingTunnel}) {
         const QPoint centre(clientX + light.x + light.w / 2, clientY + light.y + light.h / 2);
         EXPECT_GT(Brightness(after.pixel(centre)), Brightness(before.pixel(centre)) + 120)
             << "light at " << light.x << "," << light.y << " is not lit";

@@ -12,25 +12,42 @@ Control::Control(Form& form, std::string name, ControlKind kind, int index)
     form_.Register(this);
 }
 
-Control::~Control() { form_.Unregister(this); }
+Control::~Control() {
+    form_.Unregister(this);
+}
 
 const char* Control::TypeName() const {
     switch (kind_) {
-        case ControlKind::Label: return "Label";
-        case ControlKind::Image: return "Image";
-        case ControlKind::TextBox: return "TextBox";
-        case ControlKind::ComboBox: return "ComboBox";
-        case ControlKind::ListBox: return "ListBox";
-        case ControlKind::CommandButton: return "CommandButton";
-        case ControlKind::CheckBox: return "CheckBox";
-        case ControlKind::OptionButton: return "OptionButton";
-        case ControlKind::Frame: return "Frame";
-        case ControlKind::Panel: return "SSPanel";
-        case ControlKind::Timer: return "Timer";
-        case ControlKind::ListView: return "ListView";
-        case ControlKind::RichTextBox: return "RichTextBox";
-        case ControlKind::ProgressBar: return "ProgressBar";
-        case ControlKind::Chart: return "TChart";
+        case ControlKind::Label:
+            return "Label";
+        case ControlKind::Image:
+            return "Image";
+        case ControlKind::TextBox:
+            return "TextBox";
+        case ControlKind::ComboBox:
+            return "ComboBox";
+        case ControlKind::ListBox:
+            return "ListBox";
+        case ControlKind::CommandButton:
+            return "CommandButton";
+        case ControlKind::CheckBox:
+            return "CheckBox";
+        case ControlKind::OptionButton:
+            return "OptionButton";
+        case ControlKind::Frame:
+            return "Frame";
+        case ControlKind::Panel:
+            return "SSPanel";
+        case ControlKind::Timer:
+            return "Timer";
+        case ControlKind::ListView:
+            return "ListView";
+        case ControlKind::RichTextBox:
+            return "RichTextBox";
+        case ControlKind::ProgressBar:
+            return "ProgressBar";
+        case ControlKind::Chart:
+            return "TChart";
     }
     return "Control";
 }
@@ -51,11 +68,21 @@ void Control::SetVisible(bool visible) {
     Notify(Property::Visible);
 }
 
-void Control::SetLeft(int left) { Move(left, top_, width_, height_); }
-void Control::SetTop(int top) { Move(left_, top, width_, height_); }
-void Control::SetWidth(int width) { Move(left_, top_, width, height_); }
-void Control::SetHeight(int height) { Move(left_, top_, width_, height); }
-void Control::Move(int left, int top) { Move(left, top, width_, height_); }
+void Control::SetLeft(int left) {
+    Move(left, top_, width_, height_);
+}
+void Control::SetTop(int top) {
+    Move(left_, top, width_, height_);
+}
+void Control::SetWidth(int width) {
+    Move(left_, top_, width, height_);
+}
+void Control::SetHeight(int height) {
+    Move(left_, top_, width_, height);
+}
+void Control::Move(int left, int top) {
+    Move(left, top, width_, height_);
+}
 
 void Control::Move(int left, int top, int width, int height) {
     if (left == left_ && top == top_ && width == width_ && height == height_) {
@@ -106,9 +133,13 @@ void Control::SetBackColor(long colour) {
     Notify(Property::Colors);
 }
 
-void Control::SetFocus() { form_.SetActiveControl(this); }
+void Control::SetFocus() {
+    form_.SetActiveControl(this);
+}
 
-bool Control::HasFocus() const { return form_.ActiveControl() == this; }
+bool Control::HasFocus() const {
+    return form_.ActiveControl() == this;
+}
 
 void Control::ZOrder(int position) {
     (void)position;
@@ -210,10 +241,16 @@ void Control::UserFocus() {
     DispatchUser([this] { SetFocus(); });
 }
 
-void Control::ApplyKey(int keyAscii) { (void)keyAscii; }
+void Control::ApplyKey(int keyAscii) {
+    (void)keyAscii;
+}
 
-void Control::Notify(Property what) { form_.NotifyControl(*this, what); }
+void Control::Notify(Property what) {
+    form_.NotifyControl(*this, what);
+}
 
-Platform& Control::GetPlatform() const { return form_.GetPlatform(); }
+Platform& Control::GetPlatform() const {
+    return form_.GetPlatform();
+}
 
 }  // namespace kw::forms

@@ -52,7 +52,7 @@ using MouseHandler = std::function<void(int button, int shift, float x, float y)
 // the reaction the old toolkit fired, synchronously, inside the setter. User input reaches a
 // reaction only while the control, its containers and its form are enabled and visible.
 class Control {
-public:
+  public:
     Control(Form& form, std::string name, ControlKind kind, int index = -1);
     virtual ~Control();
     Control(const Control&) = delete;
@@ -138,7 +138,7 @@ public:
     void UserMouseUp(int button, int shift, float x, float y);
     void UserFocus();
 
-protected:
+  protected:
     void Notify(Property what);
     Platform& GetPlatform() const;
     // Runs a reaction as user input does: only when the control accepts input, guarded by the loop.
@@ -151,7 +151,7 @@ protected:
         }
     }
 
-private:
+  private:
     Form& form_;
     std::string name_;
     ControlKind kind_;

@@ -172,14 +172,13 @@ ListControl::ListControl(Form& form, std::string name, ControlKind kind, int ind
 void ListControl::AddItem(const std::string& item) {
     int position = ListCount();
     if (sorted_) {
-        auto at = std::upper_bound(items_.begin(), items_.end(), item,
-                                   [](const std::string& a, const std::string& b) {
-                                       return std::lexicographical_compare(
-                                           a.begin(), a.end(), b.begin(), b.end(),
-                                           [](unsigned char x, unsigned char y) {
-                                               return std::tolower(x) < std::tolower(y);
-                                           });
-                                   });
+        auto at = std::upper_bound(
+            items_.begin(), items_.end(), item, [](const std::string& a, const std::string& b) {
+                return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
+                                                    [](unsigned char x, unsigned char y) {
+                                                        return std::tolower(x) < std::tolower(y);
+                                                    });
+            });
         position = static_cast<int>(at - items_.begin());
     }
     AddItem(item, position);
@@ -400,9 +399,8 @@ void CheckBox::SetValue(int value) {
 }
 
 void CheckBox::UserClick() {
-    DispatchUser([this] {
-        SetValue(value_ == check::kChecked ? check::kUnchecked : check::kChecked);
-    });
+    DispatchUser(
+        [this] { SetValue(value_ == check::kChecked ? check::kUnchecked : check::kChecked); });
 }
 
 OptionButton::OptionButton(Form& form, std::string name, int index)
@@ -465,7 +463,9 @@ Timer::Timer(Form& form, std::string name, int index)
     SetVisible(false);
 }
 
-Timer::~Timer() { Stop(); }
+Timer::~Timer() {
+    Stop();
+}
 
 void Timer::SetInterval(int ms) {
     if (ms < 0) {

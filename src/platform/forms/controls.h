@@ -17,7 +17,7 @@ inline constexpr int kCenter = 2;
 }  // namespace align
 
 class Label : public Control {
-public:
+  public:
     Label(Form& form, std::string name, int index = -1);
     const std::string& Caption() const { return caption_; }
     void SetCaption(std::string caption);
@@ -26,24 +26,24 @@ public:
     bool Transparent() const { return transparent_; }
     void SetTransparent(bool transparent);
 
-private:
+  private:
     std::string caption_;
     int alignment_ = align::kLeft;
     bool transparent_ = true;
 };
 
 class Image : public Control {
-public:
+  public:
     Image(Form& form, std::string name, int index = -1);
     bool Stretch() const { return stretch_; }
     void SetStretch(bool stretch);
 
-private:
+  private:
     bool stretch_ = false;
 };
 
 class TextBox : public Control {
-public:
+  public:
     TextBox(Form& form, std::string name, int index = -1);
     const std::string& Text() const { return text_; }
     void SetText(std::string text);  // fires Change when the text changes
@@ -69,10 +69,10 @@ public:
     // The user replaces the whole text (a paste, or a renderer reporting an edit).
     void UserSetText(const std::string& text);
 
-protected:
+  protected:
     void ApplyKey(int keyAscii) override;
 
-private:
+  private:
     std::string text_;
     int maxLength_ = 0;
     char passwordChar_ = 0;
@@ -85,10 +85,11 @@ private:
 
 // The items of a combo or list box, with their ItemData, sorted on insertion when asked.
 class ListControl : public Control {
-public:
+  public:
     ListControl(Form& form, std::string name, ControlKind kind, int index);
 
-    // Adds at the end (or in order when Sorted), or at a 0-based position; fails with 5 past the end.
+    // Adds at the end (or in order when Sorted), or at a 0-based position; fails with 5 past the
+    // end.
     void AddItem(const std::string& item);
     void AddItem(const std::string& item, int position);
     void RemoveItem(int position);  // fails with 5 outside the list
@@ -110,11 +111,11 @@ public:
     // The user picks an item.
     void UserSelect(int index);
 
-protected:
+  protected:
     virtual void AfterListIndexChange() {}
     void SetListIndexSilently(int index) { listIndex_ = index; }
 
-private:
+  private:
     std::vector<std::string> items_;
     std::vector<long> itemData_;
     bool sorted_ = false;
@@ -129,7 +130,7 @@ inline constexpr int kDropdownList = 2;  // choose only
 }  // namespace combo
 
 class ComboBox : public ListControl {
-public:
+  public:
     ComboBox(Form& form, std::string name, int index = -1);
     int Style() const { return style_; }
     void SetStyle(int style);
@@ -145,11 +146,11 @@ public:
     bool Locked() const { return locked_; }
     void SetLocked(bool locked);
 
-protected:
+  protected:
     void AfterListIndexChange() override;
     void ApplyKey(int keyAscii) override;
 
-private:
+  private:
     int style_ = combo::kDropdownCombo;
     std::string text_;
     int selStart_ = 0;
@@ -158,13 +159,13 @@ private:
 };
 
 class ListBox : public ListControl {
-public:
+  public:
     ListBox(Form& form, std::string name, int index = -1);
     const std::string& Text() const;  // the selected item, "" when none
 };
 
 class CommandButton : public Control {
-public:
+  public:
     CommandButton(Form& form, std::string name, int index = -1);
     const std::string& Caption() const { return caption_; }
     void SetCaption(std::string caption);
@@ -175,7 +176,7 @@ public:
     // Setting Value to true from code presses the button: Click runs.
     void SetValue(bool pressed);
 
-private:
+  private:
     std::string caption_;
     bool default_ = false;
     bool cancel_ = false;
@@ -188,7 +189,7 @@ inline constexpr int kGrayed = 2;
 }  // namespace check
 
 class CheckBox : public Control {
-public:
+  public:
     CheckBox(Form& form, std::string name, int index = -1);
     const std::string& Caption() const { return caption_; }
     void SetCaption(std::string caption);
@@ -198,13 +199,13 @@ public:
     // A click toggles the box.
     void UserClick() override;
 
-private:
+  private:
     std::string caption_;
     int value_ = check::kUnchecked;
 };
 
 class OptionButton : public Control {
-public:
+  public:
     OptionButton(Form& form, std::string name, int index = -1);
     const std::string& Caption() const { return caption_; }
     void SetCaption(std::string caption);
@@ -213,30 +214,30 @@ public:
     void SetValue(bool value);
     void UserClick() override;
 
-private:
+  private:
     std::string caption_;
     bool value_ = false;
 };
 
 // A frame or panel: a container with a caption.
 class Frame : public Control {
-public:
+  public:
     Frame(Form& form, std::string name, int index = -1, ControlKind kind = ControlKind::Frame);
     const std::string& Caption() const { return caption_; }
     void SetCaption(std::string caption);
 
-private:
+  private:
     std::string caption_;
 };
 
 class Panel : public Frame {
-public:
+  public:
     Panel(Form& form, std::string name, int index = -1);
 };
 
 // A form's timer: ticks on the platform while enabled with an interval above 0 and the form loaded.
 class Timer : public Control {
-public:
+  public:
     Timer(Form& form, std::string name, int index = -1);
     ~Timer() override;
     int Interval() const { return interval_; }
@@ -248,7 +249,7 @@ public:
     // Started and stopped by the form's load and unload, and by the properties.
     void Sync();
 
-private:
+  private:
     void Stop();
     int interval_ = 0;
     TimerId id_ = 0;
@@ -271,7 +272,7 @@ struct ListItem {
 
 // A report-view list with check boxes. Items are 1-based, as the toolkit counts them.
 class ListView : public Control {
-public:
+  public:
     ListView(Form& form, std::string name, int index = -1);
 
     void AddColumn(std::string key, std::string text, int width);
@@ -299,14 +300,14 @@ public:
     void UserCheck(int index, bool checked);
     void UserSelectItem(int index);
 
-private:
+  private:
     std::vector<ColumnHeader> columns_;
     std::vector<ListItem> items_;
     bool checkboxes_ = false;
 };
 
 class RichTextBox : public Control {
-public:
+  public:
     RichTextBox(Form& form, std::string name, int index = -1);
     const std::string& Text() const { return text_; }
     void SetText(std::string text);  // fires Change
@@ -319,7 +320,7 @@ public:
     bool Locked() const { return locked_; }
     void SetLocked(bool locked);
 
-private:
+  private:
     std::string text_;
     int selStart_ = 0;
     int selLength_ = 0;
@@ -327,7 +328,7 @@ private:
 };
 
 class ProgressBar : public Control {
-public:
+  public:
     ProgressBar(Form& form, std::string name, int index = -1);
     double Min() const { return min_; }
     double Max() const { return max_; }
@@ -336,7 +337,7 @@ public:
     void SetMax(double max);
     void SetValue(double value);  // outside Min..Max fails with 380
 
-private:
+  private:
     double min_ = 0;
     double max_ = 100;
     double value_ = 0;
@@ -350,7 +351,7 @@ struct ChartSeries {
 
 // The data model of a chart; a renderer draws it.
 class Chart : public Control {
-public:
+  public:
     Chart(Form& form, std::string name, int index = -1);
     int SeriesCount() const { return static_cast<int>(series_.size()); }
     int AddSeries(std::string title, long colour);
@@ -364,7 +365,7 @@ public:
     const std::string& Title() const { return title_; }
     void SetTitle(std::string title);
 
-private:
+  private:
     std::vector<ChartSeries> series_;
     double axisMin_ = 0;
     double axisMax_ = 100;

@@ -106,11 +106,21 @@ void Form::SetEnabled(bool enabled) {
     Notify(FormProperty::Enabled);
 }
 
-void Form::SetLeft(int left) { Move(left, top_, width_, height_); }
-void Form::SetTop(int top) { Move(left_, top, width_, height_); }
-void Form::SetWidth(int width) { Move(left_, top_, width, height_); }
-void Form::SetHeight(int height) { Move(left_, top_, width_, height); }
-void Form::Move(int left, int top) { Move(left, top, width_, height_); }
+void Form::SetLeft(int left) {
+    Move(left, top_, width_, height_);
+}
+void Form::SetTop(int top) {
+    Move(left_, top, width_, height_);
+}
+void Form::SetWidth(int width) {
+    Move(left_, top_, width, height_);
+}
+void Form::SetHeight(int height) {
+    Move(left_, top_, width_, height);
+}
+void Form::Move(int left, int top) {
+    Move(left, top, width_, height_);
+}
 
 void Form::Move(int left, int top, int width, int height) {
     if (left == left_ && top == top_ && width == width_ && height == height_) {
@@ -160,7 +170,9 @@ void Form::ZOrder(int position) {
     Notify(FormProperty::ZOrder);
 }
 
-void Form::Refresh() { Notify(FormProperty::Repaint); }
+void Form::Refresh() {
+    Notify(FormProperty::Repaint);
+}
 
 Control* Form::FindControl(const std::string& name, int index) const {
     for (Control* c : controls_) {
@@ -239,13 +251,17 @@ void Form::UserDblClick() {
     DispatchUser([this] { Form_DblClick(); });
 }
 
-void Form::UserKeyPress(int keyAscii) { Form_KeyPress(keyAscii); }
+void Form::UserKeyPress(int keyAscii) {
+    Form_KeyPress(keyAscii);
+}
 
 void Form::Form_MouseDown(int, int, float, float) {}
 void Form::Form_MouseMove(int, int, float, float) {}
 void Form::Form_MouseUp(int, int, float, float) {}
 
-void Form::Register(Control* control) { controls_.push_back(control); }
+void Form::Register(Control* control) {
+    controls_.push_back(control);
+}
 
 void Form::Unregister(Control* control) {
     controls_.erase(std::remove(controls_.begin(), controls_.end(), control), controls_.end());

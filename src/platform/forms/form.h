@@ -43,7 +43,7 @@ inline constexpr int kMaximized = 2;
 // A form: a window with named controls, loaded at first touch, shown modeless or modal, hidden,
 // unloaded. Its event routines are the virtual Form_ methods.
 class Form {
-public:
+  public:
     Form(Platform& platform, std::string name);
     virtual ~Form();
     Form(const Form&) = delete;
@@ -150,7 +150,7 @@ public:
     void Unregister(Control* control);
     void SetActiveControl(Control* control);
 
-protected:
+  protected:
     virtual void Form_Load() {}
     virtual void Form_Activate() {}
     virtual void Form_QueryUnload(int& cancel, int reason) {
@@ -166,7 +166,7 @@ protected:
     virtual void Form_Click() {}
     virtual void Form_DblClick() {}
 
-private:
+  private:
     void SyncTimers();
     void DispatchUser(const std::function<void()>& reaction);
 

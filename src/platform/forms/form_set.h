@@ -14,7 +14,7 @@ namespace kw::forms {
 // the first time it is touched, and a fresh instance is loaded when it is touched after an unload.
 // Unloaded instances live on until the set goes, since their own routines may still be running.
 class FormSet {
-public:
+  public:
     FormSet() = default;
     FormSet(const FormSet&) = delete;
     FormSet& operator=(const FormSet&) = delete;
@@ -49,7 +49,7 @@ public:
     // Every form currently loaded.
     std::vector<Form*> LoadedForms() const;
 
-private:
+  private:
     struct Slot {
         std::function<std::unique_ptr<Form>()> make;
         std::unique_ptr<Form> current;

@@ -16,14 +16,14 @@ enum class Property {
     ToolTip,
     Picture,
     Colors,
-    List,       // items added, removed or cleared
-    ListIndex,  // selection of a combo or list box
-    Value,      // check box, option button, progress bar, button press
-    Selection,  // SelStart / SelLength of a text
-    Attributes, // MaxLength, PasswordChar, Locked, Style and the like
-    Columns,    // list view column headers
-    Items,      // list view items, their texts, checks and selection
-    Data,       // chart series and axes
+    List,        // items added, removed or cleared
+    ListIndex,   // selection of a combo or list box
+    Value,       // check box, option button, progress bar, button press
+    Selection,   // SelStart / SelLength of a text
+    Attributes,  // MaxLength, PasswordChar, Locked, Style and the like
+    Columns,     // list view column headers
+    Items,       // list view items, their texts, checks and selection
+    Data,        // chart series and axes
     Focus,
     ZOrder,
 };
@@ -44,7 +44,7 @@ enum class FormProperty {
 
 // A renderer observes the models; the models never know which renderer draws them.
 class FormObserver {
-public:
+  public:
     virtual ~FormObserver() = default;
     virtual void ControlChanged(Control& control, Property what) = 0;
     virtual void FormChanged(Form& form, FormProperty what) = 0;

@@ -16,8 +16,8 @@ int Platform::MsgBox(const std::string& text, int flags, const std::string& capt
 
 void Platform::ReportUnhandledFailure(const automation::Failure& failure) {
     MessageBoxRequest request;
-    request.text = "Run-time error '" + std::to_string(failure.Number()) + "':\n\n" +
-                   failure.Description();
+    request.text =
+        "Run-time error '" + std::to_string(failure.Number()) + "':\n\n" + failure.Description();
     request.flags = mb::kOkOnly | mb::kCritical;
     request.caption = applicationTitle_;
     MessageBox(request);

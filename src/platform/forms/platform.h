@@ -124,7 +124,7 @@ using WindowMessageHook =
 
 // Everything the program asks of its surroundings beyond its own forms.
 class Platform {
-public:
+  public:
     virtual ~Platform() = default;
 
     // A modal message box; the message loop keeps running inside it. Returns a result of mb::.
@@ -211,7 +211,7 @@ public:
     const std::string& ApplicationTitle() const { return applicationTitle_; }
     void SetApplicationTitle(std::string title) { applicationTitle_ = std::move(title); }
 
-private:
+  private:
     std::string applicationTitle_ = "Kestrelway";
 };
 

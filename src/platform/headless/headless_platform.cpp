@@ -10,7 +10,7 @@ namespace {
 constexpr forms::WindowHandle kForeignHandle = 0x1000;
 // How long a box that nobody answers may wait for something to close it: a day of virtual time.
 constexpr std::int64_t kLongestWaitMs = 24LL * 60 * 60 * 1000;
-}
+}  // namespace
 
 HeadlessPlatform::HeadlessPlatform() {
     metrics_[forms::metric::kCxScreen] = 1280;
@@ -49,7 +49,8 @@ bool HeadlessPlatform::FireNextDue(std::int64_t limit) {
     }
     now_ = std::max(now_, next->due);
     // An overdue timer fires once and counts on from now, as coalesced timer messages do.
-    next->due = std::max(next->due + next->interval, now_ + (next->due < now_ ? next->interval : 0));
+    next->due =
+        std::max(next->due + next->interval, now_ + (next->due < now_ ? next->interval : 0));
     next->order = nextOrder_++;
     // A tick does not re-enter itself: a nested loop inside it skips this timer.
     next->running = true;
@@ -72,9 +73,13 @@ forms::TimerId HeadlessPlatform::SetTimer(int intervalMs, std::function<void()> 
     return entry->id;
 }
 
-void HeadlessPlatform::KillTimer(forms::TimerId id) { timers_.erase(id); }
+void HeadlessPlatform::KillTimer(forms::TimerId id) {
+    timers_.erase(id);
+}
 
-int HeadlessPlatform::LiveTimerCount() const { return static_cast<int>(timers_.size()); }
+int HeadlessPlatform::LiveTimerCount() const {
+    return static_cast<int>(timers_.size());
+}
 
 void HeadlessPlatform::DoEvents() {
     while (FireNextDue(now_)) {
@@ -187,7 +192,9 @@ void HeadlessPlatform::InstallMessageHook(forms::Form& form, forms::WindowMessag
     hooks_[&form] = std::move(hook);
 }
 
-void HeadlessPlatform::RemoveMessageHook(forms::Form& form) { hooks_.erase(&form); }
+void HeadlessPlatform::RemoveMessageHook(forms::Form& form) {
+    hooks_.erase(&form);
+}
 
 bool HeadlessPlatform::DeliverWindowMessage(forms::Form& form, int message, std::intptr_t wParam,
                                             std::intptr_t lParam) {
@@ -299,7 +306,8 @@ void HeadlessPlatform::ShowHelp(const std::string& helpFile, int contextId) {
     helpShown_.push_back(helpFile + "#" + std::to_string(contextId));
 }
 
-std::optional<std::string> HeadlessPlatform::OpenFileDialog(const forms::FileDialogRequest& request) {
+std::optional<std::string> HeadlessPlatform::OpenFileDialog(
+    const forms::FileDialogRequest& request) {
     if (fileAnswers_.empty()) {
         throw Unanswered("file dialog nobody answered: " + request.title);
     }

@@ -49,7 +49,7 @@ struct ForeignWindow {
 // The deterministic Platform: a virtual clock that tests advance, timers fired in due order, boxes
 // and modal forms answered by responders the test installs, and a record of what was shown.
 class HeadlessPlatform : public forms::Platform {
-public:
+  public:
     // Answers a box: returns one of the mb:: results. It may advance the clock first. A responder
     // that returns mb::kResultTimeout leaves the box standing: the clock then runs until the box
     // closes itself (its timeoutMs) or something closes it with CloseMessageBox.
@@ -139,7 +139,7 @@ public:
     std::optional<std::string> OpenFileDialog(const forms::FileDialogRequest& request) override;
     [[noreturn]] void EndProcess(int exitCode) override;
 
-private:
+  private:
     struct TimerEntry {
         forms::TimerId id;
         int interval;

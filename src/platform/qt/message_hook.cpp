@@ -62,7 +62,8 @@ bool MessageHookFilter::eventFilter(QObject* watched, QEvent* event) {
         return false;
     }
     bool previousRuns = true;
-    platform_.Dispatch([&] { previousRuns = hook_(message->message, message->wParam, message->lParam); });
+    platform_.Dispatch(
+        [&] { previousRuns = hook_(message->message, message->wParam, message->lParam); });
     return !previousRuns;
 }
 

@@ -11,13 +11,13 @@ namespace kw::qt {
 // says otherwise.
 class MessageHookFilter : public QObject {
     Q_OBJECT
-public:
+  public:
     MessageHookFilter(QWidget& window, forms::Platform& platform, forms::WindowMessageHook hook);
 
-protected:
+  protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
-private:
+  private:
     QWidget& window_;
     forms::Platform& platform_;
     forms::WindowMessageHook hook_;

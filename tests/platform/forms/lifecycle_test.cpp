@@ -18,7 +18,7 @@ struct Journal {
 };
 
 class Pullout : public Form {
-public:
+  public:
     Pullout(Platform& p, Journal& j) : Form(p, "Pullout"), journal(j) {}
     Label lblCaption{*this, "lblCaption"};
     Timer tmrBlink{*this, "tmrBlink"};
@@ -27,7 +27,7 @@ public:
     int cancelUnload = 0;
     int lastReason = -1;
 
-protected:
+  protected:
     void Form_Load() override {
         journal.lines.push_back("Load");
         tmrBlink.SetInterval(100);
@@ -45,7 +45,7 @@ protected:
 };
 
 class LifecycleTest : public ::testing::Test {
-protected:
+  protected:
     headless::HeadlessPlatform platform;
     Journal journal;
     FormSet forms;
@@ -73,8 +73,8 @@ TEST_F(LifecycleTest, QueryUnloadOrUnloadCancelKeepsTheFormLoaded) {
     EXPECT_FALSE(p.Unload());
     EXPECT_TRUE(p.IsLoaded());
     EXPECT_TRUE(p.Visible());
-    EXPECT_EQ(journal.lines, (std::vector<std::string>{"Load", "QueryUnload:1", "QueryUnload:1",
-                                                       "Unload"}));
+    EXPECT_EQ(journal.lines,
+              (std::vector<std::string>{"Load", "QueryUnload:1", "QueryUnload:1", "Unload"}));
 }
 
 TEST_F(LifecycleTest, UserCloseAsksWithReasonZero) {
@@ -94,8 +94,7 @@ TEST_F(LifecycleTest, TouchAfterUnloadLoadsAFreshInstanceWithDesignValues) {
     Pullout& second = forms.Get<Pullout>();
     EXPECT_NE(&first, &second);
     EXPECT_EQ(second.lblCaption.Caption(), "");
-    EXPECT_EQ(journal.lines,
-              (std::vector<std::string>{"Load", "QueryUnload:1", "Unload", "Load"}));
+    EXPECT_EQ(journal.lines, (std::vector<std::string>{"Load", "QueryUnload:1", "Unload", "Load"}));
 }
 
 TEST_F(LifecycleTest, FormTimersRunOnlyWhileLoadedAndEnabled) {

@@ -15,7 +15,7 @@ namespace {
 using automation::Failure;
 
 class SampleForm : public Form {
-public:
+  public:
     explicit SampleForm(Platform& p) : Form(p, "SampleForm") {}
 
     ComboBox cmboFrom{*this, "cmboFrom"};
@@ -30,7 +30,7 @@ public:
 
     std::vector<std::string> log;
 
-protected:
+  protected:
     void Form_Load() override {
         rbTone.SetContainer(&fraOptions);
         rbPulse.SetContainer(&fraOptions);
@@ -47,7 +47,7 @@ protected:
 };
 
 class ReactionsTest : public ::testing::Test {
-protected:
+  protected:
     headless::HeadlessPlatform platform;
     SampleForm form{platform};
     void SetUp() override {

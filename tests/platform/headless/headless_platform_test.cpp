@@ -76,13 +76,13 @@ TEST(HeadlessClock, ATickDoesNotReEnterItselfFromANestedLoop) {
 }
 
 class Dialog : public forms::Form {
-public:
+  public:
     explicit Dialog(forms::Platform& p) : Form(p, "Dialog") {}
     forms::TextBox txtAnswer{*this, "txtAnswer"};
     forms::CommandButton btnOK{*this, "btnOK"};
     bool accepted = false;
 
-protected:
+  protected:
     void Form_Load() override {
         btnOK.Click = [this] {
             accepted = true;
@@ -115,7 +115,8 @@ TEST(HeadlessModal, ABoxShownFromInsideAModalFormIsRecordedAndAnswered) {
     d.Load();
     int answer = 0;
     d.btnOK.Click = [&] {
-        answer = p.MsgBox("Save the changes?", forms::mb::kYesNo | forms::mb::kExclamation, "Title");
+        answer =
+            p.MsgBox("Save the changes?", forms::mb::kYesNo | forms::mb::kExclamation, "Title");
         d.Hide();
     };
     p.AnswerNextBox(kResultNo);
@@ -146,8 +147,8 @@ TEST(HeadlessModal, NestedModalsUnwindInOrder) {
         f.Hide();
     });
     outer.Show(forms::kModal);
-    EXPECT_EQ(order, (std::vector<std::string>{"outer up", "inner up, outer modal=1",
-                                               "inner returned"}));
+    EXPECT_EQ(order,
+              (std::vector<std::string>{"outer up", "inner up, outer modal=1", "inner returned"}));
 }
 
 TEST(HeadlessModal, UnansweredBoxesAndFormsFailLoudlyNamingThem) {

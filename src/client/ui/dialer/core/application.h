@@ -18,7 +18,7 @@ namespace kw::dialer {
 // The process-wide values of the program, in one object that every form reaches: a test builds a
 // fresh program by building a fresh Application.
 class Application {
-public:
+  public:
     // The artwork and help pages are read from assetsDir.
     explicit Application(forms::Platform& platform, std::string assetsDir = DefaultAssetsDir());
     // $KESTRELWAY_ASSETS, else the assets folder the program was built with.
@@ -61,7 +61,7 @@ public:
     std::int32_t frameHeight = 0;
     std::intptr_t OldWindowProc = 0;
 
-private:
+  private:
     void RegisterForms();
 
     forms::Platform& platform_;

@@ -30,7 +30,8 @@ void FileTable::OpenForAppend(int number, const std::string& path) {
     }
     const std::filesystem::path p(path);
     std::error_code ec;
-    if (path.empty() || (p.has_parent_path() && !std::filesystem::is_directory(p.parent_path(), ec))) {
+    if (path.empty() ||
+        (p.has_parent_path() && !std::filesystem::is_directory(p.parent_path(), ec))) {
         throw Failure(automation::err::kPathNotFound, "Path not found: " + path);
     }
     std::FILE* file = std::fopen(path.c_str(), "ab");

@@ -9,7 +9,7 @@ namespace kw::dialer {
 // The program's open text files by number, as the log writers keep them: a free number, a file
 // opened for appending, lines written with CR LF, closed by number.
 class FileTable {
-public:
+  public:
     FileTable() = default;
     ~FileTable();
     FileTable(const FileTable&) = delete;
@@ -27,7 +27,7 @@ public:
     bool IsOpen(int number) const { return files_.count(number) != 0; }
     const std::string& PathOf(int number) const;
 
-private:
+  private:
     struct OpenFile {
         std::FILE* file;
         std::string path;

@@ -43,15 +43,15 @@ MainWin::MainWin(Application& app) : Form(app.Platform(), "MainWin"), app_(app) 
     lblHelpButton.SetToolTipText("Press for help");
     cmboFrom.SetStyle(forms::combo::kDropdownCombo);
     cmboTo.SetStyle(forms::combo::kDropdownCombo);
-    for (forms::Image* light : {&imgModemDetected, &imgPhoneDialing, &imgConnectingISP,
-                                &imgAuthorizingISP, &imgCreatingTunnel, &imgAuthorizingTunnel,
-                                &imgLogoOn}) {
+    for (forms::Image* light :
+         {&imgModemDetected, &imgPhoneDialing, &imgConnectingISP, &imgAuthorizingISP,
+          &imgCreatingTunnel, &imgAuthorizingTunnel, &imgLogoOn}) {
         light->SetVisible(false);
     }
     // Pictures held only to be copied onto other images are never seen themselves.
-    for (forms::Image* spare : {&imgConnectLightOn, &imgConnectLightOff, &imgYellowLightOn,
-                                &imgYellowLightOff, &btnLeft, &btnRight, &btnReg,
-                                &imgMoreBtnPressed, &Image5, &Image6, &imgPushedButton}) {
+    for (forms::Image* spare :
+         {&imgConnectLightOn, &imgConnectLightOff, &imgYellowLightOn, &imgYellowLightOff, &btnLeft,
+          &btnRight, &btnReg, &imgMoreBtnPressed, &Image5, &Image6, &imgPushedButton}) {
         spare->SetVisible(false);
     }
     SetKeyPreview(true);
@@ -263,18 +263,18 @@ void MainWin::Form_QueryUnload(int& cancel, int reason) {
     }
     if (IsLoading) {
         cancel = 1;
-        AppBox("The Kestrelway is still in the process of loading. Please wait a few moments and "
-               "try to exit again",
-               forms::mb::kOkOnly | forms::mb::kSetForeground);
+        AppBox(
+            "The Kestrelway is still in the process of loading. Please wait a few moments and "
+            "try to exit again",
+            forms::mb::kOkOnly | forms::mb::kSetForeground);
         return;
     }
     if (reason != forms::unload::kFormControlMenu) {
         return;
     }
     if (IsConnected) {
-        const int answer =
-            AppBox("There is an open connection, do you wish to terminate it?",
-                   forms::mb::kYesNo | forms::mb::kSetForeground);
+        const int answer = AppBox("There is an open connection, do you wish to terminate it?",
+                                  forms::mb::kYesNo | forms::mb::kSetForeground);
         if (answer == forms::mb::kResultYes) {
             btnConnect_Click();
             cancel = 0;
@@ -289,9 +289,10 @@ void MainWin::Form_QueryUnload(int& cancel, int reason) {
 
 void MainWin::btnCloseWin_Click() {
     if (IsLoading) {
-        AppBox("The Kestrelway is still in the process of loading. Please wait a few moments and "
-               "try to exit again",
-               forms::mb::kOkOnly | forms::mb::kSetForeground);
+        AppBox(
+            "The Kestrelway is still in the process of loading. Please wait a few moments and "
+            "try to exit again",
+            forms::mb::kOkOnly | forms::mb::kSetForeground);
         return;
     }
     if (IsConnecting) {
@@ -378,7 +379,9 @@ int MainWin::AppBox(const std::string& text, int flags) {
     return Box(text, flags, LoadResString(ResConst::kAppName));
 }
 
-void MainWin::SetConnectFace(const forms::Image& face) { btnConnect.SetPicture(face.Picture()); }
+void MainWin::SetConnectFace(const forms::Image& face) {
+    btnConnect.SetPicture(face.Picture());
+}
 
 // ---- engine event member --------------------------------------------------------------------
 
@@ -414,7 +417,9 @@ void MainWin::EngineEvents::GetUserYesNo(std::string& question, bool& answer) {
 void MainWin::EngineEvents::GetUserNowLaterNever(std::string& question, std::string& answer) {
     win_.l_DravlinkObj_GetUserNowLaterNever(question, answer);
 }
-void MainWin::EngineEvents::DravDebug(std::string& text) { win_.l_DravlinkObj_DravDebug(text); }
+void MainWin::EngineEvents::DravDebug(std::string& text) {
+    win_.l_DravlinkObj_DravDebug(text);
+}
 void MainWin::EngineEvents::ProgressUpdate(std::int16_t code, std::string& text) {
     win_.l_DravlinkObj_ProgressUpdate(code, text);
 }

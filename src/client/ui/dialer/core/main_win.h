@@ -17,7 +17,7 @@ class Application;
 // The main window: the two combos, the connect button, the six lights and the status line. It owns
 // the engine's events and keeps the connection state.
 class MainWin : public forms::Form, public EventSubscriber {
-public:
+  public:
     explicit MainWin(Application& app);
 
     // ---- controls ----
@@ -139,7 +139,7 @@ public:
 
     // The member that receives the engine's events and hands each to its routine above.
     class EngineEvents : public DravlinkEvents {
-    public:
+      public:
         explicit EngineEvents(MainWin& win) : win_(win) {}
         void CHXferUpdate(automation::Variant& first, automation::Variant& transfer) override;
         void ErrorEvent(std::string& message) override;
@@ -158,18 +158,18 @@ public:
         void ProgressUpdate(std::int16_t code, std::string& text) override;
         void StatusUpdate(std::string& text) override;
 
-    private:
+      private:
         MainWin& win_;
     };
     EngineEvents l_DravlinkObj{*this};
 
-protected:
+  protected:
     void Form_Load() override;
     void Form_QueryUnload(int& cancel, int reason) override;
     void Form_Unload(int& cancel) override;
     void Form_KeyPress(int& keyAscii) override;
 
-private:
+  private:
     void PlaceControls();
     void WireEvents();
     void CreateEngineAndLogOn();
@@ -197,7 +197,7 @@ private:
     Application& app_;
 
     // ---- the window family: pullouts, drag, minimise, message hook (shell/) ----
-public:
+  public:
     bool dragging = false;
     std::int32_t dragOffsetX = 0;  // cursor inside the window's outer frame when the drag began
     std::int32_t dragOffsetY = 0;
@@ -211,12 +211,12 @@ public:
                  std::intptr_t lParam, std::intptr_t& result);
     void Form_Resize() override;
 
-protected:
+  protected:
     void Form_MouseDown(int button, int shift, float x, float y) override;
     void Form_MouseMove(int button, int shift, float x, float y) override;
     void Form_MouseUp(int button, int shift, float x, float y) override;
 
-private:
+  private:
     struct PulloutButton;
     void PulloutButtonClick(const PulloutButton& button);
     void CloseToPullout(bool& ok);

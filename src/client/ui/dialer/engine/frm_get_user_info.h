@@ -11,7 +11,7 @@ class Application;
 
 // Offers the user a list to choose from on behalf of the engine.
 class frmGetUserInfo : public forms::Form {
-public:
+  public:
     explicit frmGetUserInfo(Application& app);
 
     forms::Label lblPrompt{*this, "lblPrompt"};
@@ -22,10 +22,10 @@ public:
     std::int16_t SelectedIndex = 0;
     bool Cancelled = false;
 
-protected:
+  protected:
     void Form_Load() override;
 
-private:
+  private:
     Application& app_;
 };
 

@@ -9,7 +9,7 @@ class Application;
 
 // Asks the user for one line of text on behalf of the engine.
 class frmGetUserInput : public forms::Form {
-public:
+  public:
     explicit frmGetUserInput(Application& app);
 
     forms::Label lblPrompt{*this, "lblPrompt"};
@@ -19,10 +19,10 @@ public:
 
     bool Cancelled = false;
 
-protected:
+  protected:
     void Form_Load() override;
 
-private:
+  private:
     Application& app_;
 };
 

@@ -3,10 +3,10 @@
 #include <cstdlib>
 
 #include "client/ui/dialer/core/application.h"
-#include "client/ui/dialer/shell/artwork_layout.h"
 #include "client/ui/dialer/core/main_win.h"
 #include "client/ui/dialer/engine/login_focus.h"
 #include "client/ui/dialer/engine/res_const.h"
+#include "client/ui/dialer/shell/artwork_layout.h"
 
 namespace kw::dialer {
 
@@ -96,8 +96,12 @@ void frmISPLogin::cmdCancel_Click() {
     Hide();
 }
 
-void frmISPLogin::Form_MouseDown(int button, int, float, float) { drag_.Press(*this, button); }
+void frmISPLogin::Form_MouseDown(int button, int, float, float) {
+    drag_.Press(*this, button);
+}
 
-void frmISPLogin::Form_MouseMove(int button, int, float, float) { drag_.Follow(*this, button); }
+void frmISPLogin::Form_MouseMove(int button, int, float, float) {
+    drag_.Follow(*this, button);
+}
 
 }  // namespace kw::dialer

@@ -10,7 +10,7 @@ class Application;
 
 // Asks for the login of one ISP, centred on the main window.
 class frmISPLogin : public forms::Form {
-public:
+  public:
     explicit frmISPLogin(Application& app);
 
     forms::Label txtTitle{*this, "txtTitle"};
@@ -26,14 +26,14 @@ public:
     void cmdOK_Click();
     void cmdCancel_Click();
 
-protected:
+  protected:
     void Form_Load() override;
     void Form_Activate() override;
     void Form_Resize() override;
     void Form_MouseDown(int button, int shift, float x, float y) override;
     void Form_MouseMove(int button, int shift, float x, float y) override;
 
-private:
+  private:
     void PlaceControls();
     void Frame();
 

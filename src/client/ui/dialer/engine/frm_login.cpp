@@ -1,9 +1,9 @@
 #include "client/ui/dialer/engine/frm_login.h"
 
 #include "client/ui/dialer/core/application.h"
-#include "client/ui/dialer/shell/artwork_layout.h"
 #include "client/ui/dialer/core/user_info.h"
 #include "client/ui/dialer/engine/login_focus.h"
+#include "client/ui/dialer/shell/artwork_layout.h"
 
 namespace kw::dialer {
 
@@ -61,7 +61,9 @@ void frmLogin::Form_Load() {
     drag_.Attach(*this, {&Label1, &lblLabels0, &lblLabels1});
 }
 
-void frmLogin::Shape() { app_.Shape(*this, true); }
+void frmLogin::Shape() {
+    app_.Shape(*this, true);
+}
 
 void frmLogin::Form_Activate() {
     if (Visible()) {
@@ -88,8 +90,12 @@ void frmLogin::cmdCancel_Click() {
     Hide();
 }
 
-void frmLogin::Form_MouseDown(int button, int, float, float) { drag_.Press(*this, button); }
+void frmLogin::Form_MouseDown(int button, int, float, float) {
+    drag_.Press(*this, button);
+}
 
-void frmLogin::Form_MouseMove(int button, int, float, float) { drag_.Follow(*this, button); }
+void frmLogin::Form_MouseMove(int button, int, float, float) {
+    drag_.Follow(*this, button);
+}
 
 }  // namespace kw::dialer

@@ -10,7 +10,7 @@ class Application;
 
 // Asks for the VPN user name and password. OK stores them and saves them through the engine.
 class frmLogin : public forms::Form {
-public:
+  public:
     explicit frmLogin(Application& app);
 
     forms::Label Label1{*this, "Label1"};
@@ -28,13 +28,13 @@ public:
     // Builds the window's shape from its artwork.
     void Shape();
 
-protected:
+  protected:
     void Form_Load() override;
     void Form_Activate() override;
     void Form_MouseDown(int button, int shift, float x, float y) override;
     void Form_MouseMove(int button, int shift, float x, float y) override;
 
-private:
+  private:
     void PlaceControls();
     void Frame();
 

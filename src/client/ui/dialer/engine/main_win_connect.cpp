@@ -123,9 +123,13 @@ void MainWin::DisableConnections() {
     btnConnect.SetEnabled(false);
 }
 
-void MainWin::EnableFromSelection() { cmboFrom.SetEnabled(true); }
+void MainWin::EnableFromSelection() {
+    cmboFrom.SetEnabled(true);
+}
 
-void MainWin::DisableFromSelection() { cmboFrom.SetEnabled(false); }
+void MainWin::DisableFromSelection() {
+    cmboFrom.SetEnabled(false);
+}
 
 void MainWin::cmboFrom_Click() {
     app_.Form<FromPullout>().cmboLocations.SetListIndex(cmboFrom.ListIndex());

@@ -55,14 +55,16 @@ void MainWin::COMErrHandler(const Failure& failure) {
                             kWarning, "");
             return;
         case 1019:
-            platform.MsgBox("Unable to connect\r\nPlease check to see if you have either a modem or "
-                            "VPN device install.\r\nPlease See release notes.",
-                            kWarning, "");
+            platform.MsgBox(
+                "Unable to connect\r\nPlease check to see if you have either a modem or "
+                "VPN device install.\r\nPlease See release notes.",
+                kWarning, "");
             return;
         case 1020:
-            platform.MsgBox("Please enter a valid from phone number on the from pullout.\r\ni.e., "
-                            "area code, exchange, and number.",
-                            kWarning, "");
+            platform.MsgBox(
+                "Please enter a valid from phone number on the from pullout.\r\ni.e., "
+                "area code, exchange, and number.",
+                kWarning, "");
             if (!fromShown) {
                 btnFromPullout_Click();
             }

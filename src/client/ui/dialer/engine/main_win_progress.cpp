@@ -85,8 +85,8 @@ void MainWin::l_DravlinkObj_ProgressUpdate(std::int16_t progressCode, std::strin
         case code::kConnectingIsp:
         case code::kAuthorizingIsp: {
             post();
-            forms::Image& light = progressCode == code::kModemDetected ? imgModemDetected
-                                  : progressCode == code::kDialing     ? imgPhoneDialing
+            forms::Image& light = progressCode == code::kModemDetected   ? imgModemDetected
+                                  : progressCode == code::kDialing       ? imgPhoneDialing
                                   : progressCode == code::kConnectingIsp ? imgConnectingISP
                                                                          : imgAuthorizingISP;
             light.SetVisible(true);

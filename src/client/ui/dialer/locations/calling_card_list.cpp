@@ -15,9 +15,8 @@ std::shared_ptr<CallingCard> CallingCardList::findByID(std::int16_t id) const {
 
 std::shared_ptr<CallingCard> CallingCardList::Add(std::string name, std::string number,
                                                   std::string longDistanceRule,
-                                                  std::string sameAreaRule,
-                                                  std::int16_t tapiIndex, std::int16_t index,
-                                                  const std::string& key) {
+                                                  std::string sameAreaRule, std::int16_t tapiIndex,
+                                                  std::int16_t index, const std::string& key) {
     auto card = std::make_shared<CallingCard>();
     card->name = std::move(name);
     card->number = std::move(number);

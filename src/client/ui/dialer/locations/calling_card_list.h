@@ -18,7 +18,7 @@ struct CallingCard {
 };
 
 class CallingCardList {
-public:
+  public:
     std::shared_ptr<CallingCard> findByID(std::int16_t id) const;
     std::shared_ptr<CallingCard> Add(std::string name, std::string number,
                                      std::string longDistanceRule, std::string sameAreaRule,
@@ -29,7 +29,7 @@ public:
     int Count() const { return static_cast<int>(cards_.size()); }
     void remove(int index);
 
-private:
+  private:
     struct Member {
         std::string key;
         std::shared_ptr<CallingCard> card;

@@ -31,11 +31,17 @@ Variant CountryInfo::asVariant() const {
     return Variant(std::move(out));
 }
 
-float CountryInfo::code() const { return code_.empty() ? 0.0F : Variant(code_).ToSingle(); }
+float CountryInfo::code() const {
+    return code_.empty() ? 0.0F : Variant(code_).ToSingle();
+}
 
-void CountryInfo::set_code(float code) { code_ = Variant(code).ToString(); }
+void CountryInfo::set_code(float code) {
+    code_ = Variant(code).ToString();
+}
 
-std::string CountryInfo::DisplayText() const { return name_ + " (" + code_ + ")"; }
+std::string CountryInfo::DisplayText() const {
+    return name_ + " (" + code_ + ")";
+}
 
 void CountryList::SetupCountries() {
     Variant list;
@@ -88,8 +94,9 @@ std::shared_ptr<CountryInfo> CountryList::Add(std::shared_ptr<CountryInfo> count
     if (!key.empty()) {
         for (const Member& m : members_) {
             if (m.key == key) {
-                throw Failure(457, "This key is already associated with an element of this "
-                                   "collection");
+                throw Failure(457,
+                              "This key is already associated with an element of this "
+                              "collection");
             }
         }
     }

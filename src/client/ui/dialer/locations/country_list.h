@@ -12,7 +12,7 @@ class Dravlink;
 
 // One country as the engine lists it. The dialing code is held as text.
 class CountryInfo {
-public:
+  public:
     // Fills the record from five variants: name, code, letterCode, localRadius, enable.
     void FromVariant(const automation::SafeArray& args);
     automation::Variant asVariant() const;
@@ -27,7 +27,7 @@ public:
     // The text of the country in a country box: "UNITED STATES (1)".
     std::string DisplayText() const;
 
-private:
+  private:
     std::string code_;
     std::string name_;
     std::string letterCode_;
@@ -37,7 +37,7 @@ private:
 
 // The client's copy of the engine's country table, read once at load.
 class CountryList {
-public:
+  public:
     explicit CountryList(Dravlink& engine) : engine_(engine) {}
 
     // Fills the table from GetCountryList; a refusal leaves it as it is.
@@ -53,7 +53,7 @@ public:
     int Count() const { return static_cast<int>(members_.size()); }
     void remove(int index);
 
-private:
+  private:
     struct Member {
         std::string key;
         std::shared_ptr<CountryInfo> country;

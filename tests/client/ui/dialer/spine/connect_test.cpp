@@ -12,7 +12,7 @@ using automation::Failure;
 using automation::Variant;
 
 class ConnectTest : public ProgramTest {
-protected:
+  protected:
     void SetUp() override {
         ProgramTest::SetUp();
         StoreUser("anna", "secret");

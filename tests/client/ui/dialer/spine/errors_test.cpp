@@ -17,7 +17,7 @@ constexpr int kStop = 0x10010;
 constexpr int kSystemStop = 4112;
 
 class ErrorsTest : public ProgramTest {
-protected:
+  protected:
     void SetUp() override {
         ProgramTest::SetUp();
         StoreUser("anna", "secret");

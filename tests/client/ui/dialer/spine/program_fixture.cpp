@@ -64,11 +64,10 @@ void ProgramTest::TearDown() {
 }
 
 void ProgramTest::UseEngine(std::function<std::shared_ptr<Dravlink>(const EngineContext&)> make) {
-    EngineFactory::Register(kDefaultEngineName,
-                            [this, make](const EngineContext& context) {
-                                ++enginesMade;
-                                return make(context);
-                            });
+    EngineFactory::Register(kDefaultEngineName, [this, make](const EngineContext& context) {
+        ++enginesMade;
+        return make(context);
+    });
 }
 
 void ProgramTest::StoreUser(const std::string& user, const std::string& password) {

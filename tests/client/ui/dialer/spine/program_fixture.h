@@ -23,7 +23,7 @@ automation::Variant NameList(const std::vector<std::string>& names);
 // Records what a form's renderer would be told: which lights went on and off, in order, and
 // every status line shown.
 class DisplayRecorder : public forms::FormObserver {
-public:
+  public:
     void ControlChanged(forms::Control& control, forms::Property what) override;
     void FormChanged(forms::Form&, forms::FormProperty) override {}
     std::vector<std::string> lights;  // "+imgModemDetected", "-imgLogoOn", ...
@@ -32,7 +32,7 @@ public:
 
 // Hears bus events, and vetoes what it is told to.
 class BusListener : public EventSubscriber {
-public:
+  public:
     void KestrelwayEventSub(std::int32_t& eventId, automation::Variant& data) override;
     std::int32_t KestrelwayVetoableEventFunction(std::int32_t& eventId,
                                                  automation::Variant& data) override;
@@ -43,7 +43,7 @@ public:
 // A fresh program on the headless platform, with its settings in a temporary folder and the
 // engine the test chooses.
 class ProgramTest : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override;
     void TearDown() override;
 

@@ -13,7 +13,7 @@ namespace {
 using automation::Variant;
 
 class ProgressTest : public ProgramTest {
-protected:
+  protected:
     void SetUp() override {
         ProgramTest::SetUp();
         StoreUser("anna", "secret");
@@ -50,17 +50,20 @@ TEST_F(ProgressTest, ACallLightsTheRowInTheOrderTheCodesComeAndCode1MeansConnect
         app->EventManagerObject.registerForEvent(id, &listener);
     }
     Win().btnConnect.UserClick();
-    for (auto [code, text] : std::vector<std::pair<std::int16_t, std::string>>{
-             {102, "Modem found"}, {103, "Dialing 555-0100"}, {104, "Connecting to ISP"},
-             {105, "Logging on to ISP"}, {202, "Creating tunnel"}, {201, "Tunnel created"},
-             {1, "Connected"}}) {
+    for (auto [code, text] :
+         std::vector<std::pair<std::int16_t, std::string>>{{102, "Modem found"},
+                                                           {103, "Dialing 555-0100"},
+                                                           {104, "Connecting to ISP"},
+                                                           {105, "Logging on to ISP"},
+                                                           {202, "Creating tunnel"},
+                                                           {201, "Tunnel created"},
+                                                           {1, "Connected"}}) {
         engine->RaiseProgressUpdate(code, text);
     }
-    EXPECT_EQ(recorder.lights,
-              (std::vector<std::string>{"+imgModemDetected", "+imgPhoneDialing",
-                                        "+imgConnectingISP", "+imgAuthorizingISP",
-                                        "+imgCreatingTunnel", "+imgAuthorizingTunnel",
-                                        "+imgLogoOn"}));
+    EXPECT_EQ(recorder.lights, (std::vector<std::string>{"+imgModemDetected", "+imgPhoneDialing",
+                                                         "+imgConnectingISP", "+imgAuthorizingISP",
+                                                         "+imgCreatingTunnel",
+                                                         "+imgAuthorizingTunnel", "+imgLogoOn"}));
     EXPECT_EQ(listener.heard, (std::vector<std::int32_t>{102, 103, 104, 105, 202, 201, 1}));
     MainWin& win = Win();
     EXPECT_TRUE(win.IsConnected);
@@ -81,9 +84,8 @@ TEST_F(ProgressTest, Code1AloneLightsOnlyTheTunnelAuthorisationAndTheLogo) {
     MainWin& win = Win();
     EXPECT_TRUE(win.imgAuthorizingTunnel.Visible());
     EXPECT_TRUE(win.imgLogoOn.Visible());
-    for (forms::Image* dark : {&win.imgModemDetected, &win.imgPhoneDialing,
-                               &win.imgConnectingISP, &win.imgAuthorizingISP,
-                               &win.imgCreatingTunnel}) {
+    for (forms::Image* dark : {&win.imgModemDetected, &win.imgPhoneDialing, &win.imgConnectingISP,
+                               &win.imgAuthorizingISP, &win.imgCreatingTunnel}) {
         EXPECT_FALSE(dark->Visible()) << dark->Name();
     }
     EXPECT_TRUE(win.IsConnected);

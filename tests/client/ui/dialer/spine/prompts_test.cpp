@@ -21,7 +21,7 @@ using forms::mb::kResultTimeout;
 using forms::mb::kResultYes;
 
 class PromptsTest : public ProgramTest {
-protected:
+  protected:
     void SetUp() override {
         ProgramTest::SetUp();
         StoreUser("anna", "secret");
@@ -63,9 +63,8 @@ TEST_F(PromptsTest, IspLoginAnswersNameCaretPasswordOrNothingOnCancel) {
     EXPECT_EQ(engine->RaiseGetUsernamePassword("Bluewave refused your login", "joe"), "joe^p4ss");
     EXPECT_EQ(app->Form<frmISPLogin>().txtPassword.Text(), "") << "nothing lingers";
 
-    platform.AnswerNextModal("frmISPLogin", [&](forms::Form&) {
-        app->Form<frmISPLogin>().cmdCancel.UserClick();
-    });
+    platform.AnswerNextModal("frmISPLogin",
+                             [&](forms::Form&) { app->Form<frmISPLogin>().cmdCancel.UserClick(); });
     EXPECT_EQ(engine->RaiseGetUsernamePassword("again", "joe"), "");
 }
 
@@ -211,10 +210,8 @@ struct LoginCase {
 TEST_F(PromptsTest, VpnLoginAcceptsAnyNameAndRefusesAnEmptyOneCaptionedLogin) {
     StartIdle();
     frmLogin& login = app->Form<frmLogin>();
-    for (const LoginCase& c : std::vector<LoginCase>{{"anna", "pw", true},
-                                                     {"anna", "", true},
-                                                     {"", "", false},
-                                                     {"", "pw", false}}) {
+    for (const LoginCase& c : std::vector<LoginCase>{
+             {"anna", "pw", true}, {"anna", "", true}, {"", "", false}, {"", "pw", false}}) {
         login.LoginAccepted = false;
         platform.ClearBoxes();
         login.Show();
@@ -241,10 +238,8 @@ TEST_F(PromptsTest, VpnLoginAcceptsAnyNameAndRefusesAnEmptyOneCaptionedLogin) {
 TEST_F(PromptsTest, IspLoginRefusesOnlyAPasswordWithoutANameCaptionedKestrelway) {
     StartIdle();
     frmISPLogin& login = app->Form<frmISPLogin>();
-    for (const LoginCase& c : std::vector<LoginCase>{{"joe", "pw", true},
-                                                     {"joe", "", true},
-                                                     {"", "", true},
-                                                     {"", "pw", false}}) {
+    for (const LoginCase& c : std::vector<LoginCase>{
+             {"joe", "pw", true}, {"joe", "", true}, {"", "", true}, {"", "pw", false}}) {
         login.LoginAccepted = false;
         platform.ClearBoxes();
         login.Show();

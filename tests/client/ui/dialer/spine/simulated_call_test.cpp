@@ -4,8 +4,8 @@
 
 #include "client/ui/dialer/core/settings.h"
 #include "client/ui/dialer/engine/frm_isp_login.h"
-#include "client/ui/dialer/side/rx_pullout.h"
 #include "client/ui/dialer/performance/perf_pulldown.h"
+#include "client/ui/dialer/side/rx_pullout.h"
 #include "dravlink/simulator.h"
 #include "program_fixture.h"
 
@@ -13,7 +13,7 @@ namespace kw::dialer::testing {
 namespace {
 
 class SimulatedCallTest : public ProgramTest {
-protected:
+  protected:
     void SetUp() override {
         ProgramTest::SetUp();
         UseEngine([this](const EngineContext& context) {
@@ -72,11 +72,20 @@ TEST_F(SimulatedCallTest, AWholeCallFromStartToClose) {
     std::vector<std::string> expectedLights;
     for (std::int32_t id : codes.heard) {
         switch (id) {
-            case 102: expectedLights.push_back("+imgModemDetected"); break;
-            case 103: expectedLights.push_back("+imgPhoneDialing"); break;
-            case 104: expectedLights.push_back("+imgConnectingISP"); break;
-            case 105: expectedLights.push_back("+imgAuthorizingISP"); break;
-            default: break;
+            case 102:
+                expectedLights.push_back("+imgModemDetected");
+                break;
+            case 103:
+                expectedLights.push_back("+imgPhoneDialing");
+                break;
+            case 104:
+                expectedLights.push_back("+imgConnectingISP");
+                break;
+            case 105:
+                expectedLights.push_back("+imgAuthorizingISP");
+                break;
+            default:
+                break;
         }
     }
     std::vector<std::string> lit;
@@ -136,7 +145,7 @@ namespace {
 
 // Hands every event on to the window and counts the statistics that pass.
 class CountingSink : public DravlinkEvents {
-public:
+  public:
     explicit CountingSink(DravlinkEvents& window) : window_(window) {}
     int statistics = 0;
     void CHXferUpdate(automation::Variant& a, automation::Variant& b) override {
@@ -168,7 +177,7 @@ public:
     void ProgressUpdate(std::int16_t c, std::string& t) override { window_.ProgressUpdate(c, t); }
     void StatusUpdate(std::string& t) override { window_.StatusUpdate(t); }
 
-private:
+  private:
     DravlinkEvents& window_;
 };
 

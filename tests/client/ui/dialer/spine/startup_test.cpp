@@ -47,9 +47,8 @@ TEST_F(StartupTest, RefusedStoredPasswordShowsTheLoginAgainEvenAfterCancel) {
     StoreUser("anna", "stale");
     ScriptLists();
     engine->Then("Logon", Variant(false)).Then("Logon", Variant(false));
-    platform.AnswerNextModal("frmLogin", [this](forms::Form&) {
-        app->Form<frmLogin>().cmdCancel.UserClick();
-    });
+    platform.AnswerNextModal("frmLogin",
+                             [this](forms::Form&) { app->Form<frmLogin>().cmdCancel.UserClick(); });
     platform.AnswerNextModal("frmLogin", [this](forms::Form&) {
         frmLogin& login = app->Form<frmLogin>();
         login.txtPassword.UserSetText("fresh");
