@@ -4,57 +4,23 @@
 
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/core/main_win.h"
-#include "client/ui/dialer/engine/login_focus.h"
+#include "client/ui/dialer/engine/login_dialog.h"
 #include "client/ui/dialer/engine/res_const.h"
 #include "client/ui/dialer/shell/artwork_layout.h"
 
 namespace kw::dialer {
 
 frmISPLogin::frmISPLogin(Application& app) : Form(app.Platform(), "frmISPLogin"), app_(app) {
-    SetCaption("Login");
-    SetForeColor(0x00FF00);  // pure green: the outside of the artwork
-    txtTitle.SetCaption("ISP Login Info:");
-    lblLabels0.SetCaption("&User Name:");
-    lblLabels1.SetCaption("&Password:");
-    txtPassword.SetPasswordChar('*');
-    cmdOK.SetCaption("OK");
-    cmdOK.SetDefault(true);
-    cmdCancel.SetCaption("Cancel");
-    cmdCancel.SetCancel(true);
-    for (forms::Control* c : Controls()) {
-        c->SetFontName("Arial");
-    }
-    PlaceControls();
+    View().Design("ISP Login Info:", layout::login::kIspLoginPicture);
 }
 
-void frmISPLogin::PlaceControls() {
-    namespace at = layout::login;
-    SetPicture(at::kIspLoginPicture);
-    Move(Left(), Top(), at::kWidth, at::kHeight);
-    auto place = [](forms::Control& c, const layout::LayoutRect& r) { c.Move(r.x, r.y, r.w, r.h); };
-    place(txtTitle, at::Label1);
-    place(lblLabels0, at::lblLabels0);
-    place(lblLabels1, at::lblLabels1);
-    place(txtUserName, at::txtUserName);
-    place(txtPassword, at::txtPassword);
-    place(cmdOK, at::cmdOK);
-    place(cmdCancel, at::cmdCancel);
-    for (forms::Label* label : {&txtTitle, &lblLabels0, &lblLabels1}) {
-        label->SetForeColor(0xE0E0E0);
-    }
-    txtTitle.SetFontBold(true);
-    txtTitle.SetFontSize(10);
-}
-
-void frmISPLogin::Frame() {
-    // The dialog has a real caption and frame, cut away by its shape.
-    SetFrameInset(app_.frameWidth, app_.frameHeight);
-    Move(Left(), Top(), layout::login::kWidth + 2 * app_.frameWidth,
-         layout::login::kHeight + app_.frameHeight + app_.frameWidth);
+LoginView frmISPLogin::View() {
+    return LoginView{*this,       txtTitle,    lblLabels0, lblLabels1,
+                     txtUserName, txtPassword, cmdOK,      cmdCancel};
 }
 
 void frmISPLogin::Form_Load() {
-    Frame();
+    View().Frame(app_);
     ScaleForm(*this, app_.Platform());
     app_.Shape(*this, true);
     txtPassword.SetText("");

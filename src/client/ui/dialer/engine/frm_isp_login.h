@@ -1,5 +1,6 @@
 #pragma once
 
+#include "client/ui/dialer/engine/login_dialog.h"
 #include "client/ui/dialer/shell/caption_drag.h"
 #include "platform/forms/controls.h"
 #include "platform/forms/form.h"
@@ -34,8 +35,7 @@ class frmISPLogin : public forms::Form {
     void Form_MouseMove(int button, int shift, float x, float y) override;
 
   private:
-    void PlaceControls();
-    void Frame();
+    LoginView View();
 
     Application& app_;
     CaptionDrag drag_;
