@@ -51,16 +51,14 @@ void Image::SetStretch(bool stretch) {
     Notify(Property::Attributes);
 }
 
-// ---- TextBox ------------------------------------------------------------------------------
+// ---- EditableText, TextBox ----------------------------------------------------------------
 
-TextBox::TextBox(Form& form, std::string name, int index)
-    : Control(form, std::move(name), ControlKind::TextBox, index) {
-    SetBackColor(0xFFFFFF);
-}
+EditableText::EditableText(Form& form, std::string name, ControlKind kind, int index)
+    : Control(form, std::move(name), kind, index) {}
 
-void TextBox::SetText(std::string text) {
-    if (maxLength_ > 0 && static_cast<int>(text.size()) > maxLength_) {
-        text.resize(static_cast<std::size_t>(maxLength_));
+void EditableText::SetText(std::string text) {
+    if (Limit() > 0 && static_cast<int>(text.size()) > Limit()) {
+        text.resize(static_cast<std::size_t>(Limit()));
     }
     if (text_ == text) {
         return;
@@ -69,6 +67,55 @@ void TextBox::SetText(std::string text) {
     ClipSelection(text_, selStart_, selLength_);
     Notify(Property::Text);
     Fire(Change);
+}
+
+void EditableText::SetSelStart(int start) {
+    if (start < 0) {
+        throw Failure(automation::err::kInvalidPropertyValue);
+    }
+    selStart_ = start;
+    selLength_ = 0;
+    ClipSelection(text_, selStart_, selLength_);
+    Notify(Property::Selection);
+}
+
+void EditableText::SetSelLength(int length) {
+    if (length < 0) {
+        throw Failure(automation::err::kInvalidPropertyValue);
+    }
+    selLength_ = length;
+    ClipSelection(text_, selStart_, selLength_);
+    Notify(Property::Selection);
+}
+
+std::string EditableText::SelText() const {
+    return text_.substr(static_cast<std::size_t>(selStart_), static_cast<std::size_t>(selLength_));
+}
+
+void EditableText::SetSelText(const std::string& text) {
+    std::string next = text_;
+    next.replace(static_cast<std::size_t>(selStart_), static_cast<std::size_t>(selLength_), text);
+    const int caret = selStart_ + static_cast<int>(text.size());
+    SetText(std::move(next));
+    selStart_ = caret;
+    selLength_ = 0;
+    ClipSelection(text_, selStart_, selLength_);
+    Notify(Property::Selection);
+}
+
+void EditableText::SetLocked(bool locked) {
+    locked_ = locked;
+    Notify(Property::Attributes);
+}
+
+void EditableText::PlaceCaretAtEnd() {
+    selStart_ = static_cast<int>(text_.size());
+    selLength_ = 0;
+}
+
+TextBox::TextBox(Form& form, std::string name, int index)
+    : EditableText(form, std::move(name), ControlKind::TextBox, index) {
+    SetBackColor(0xFFFFFF);
 }
 
 void TextBox::SetMaxLength(int maxLength) {
@@ -84,11 +131,6 @@ void TextBox::SetPasswordChar(char c) {
     Notify(Property::Attributes);
 }
 
-void TextBox::SetLocked(bool locked) {
-    locked_ = locked;
-    Notify(Property::Attributes);
-}
-
 void TextBox::SetMultiLine(bool multiLine) {
     multiLine_ = multiLine;
     Notify(Property::Attributes);
@@ -99,58 +141,24 @@ void TextBox::SetAlignment(int alignment) {
     Notify(Property::Attributes);
 }
 
-void TextBox::SetSelStart(int start) {
-    if (start < 0) {
-        throw Failure(automation::err::kInvalidPropertyValue);
-    }
-    selStart_ = start;
-    selLength_ = 0;
-    ClipSelection(text_, selStart_, selLength_);
-    Notify(Property::Selection);
-}
-
-void TextBox::SetSelLength(int length) {
-    if (length < 0) {
-        throw Failure(automation::err::kInvalidPropertyValue);
-    }
-    selLength_ = length;
-    ClipSelection(text_, selStart_, selLength_);
-    Notify(Property::Selection);
-}
-
-std::string TextBox::SelText() const {
-    return text_.substr(static_cast<std::size_t>(selStart_), static_cast<std::size_t>(selLength_));
-}
-
-void TextBox::SetSelText(const std::string& text) {
-    std::string next = text_;
-    next.replace(static_cast<std::size_t>(selStart_), static_cast<std::size_t>(selLength_), text);
-    const int caret = selStart_ + static_cast<int>(text.size());
-    SetText(std::move(next));
-    selStart_ = caret;
-    selLength_ = 0;
-    ClipSelection(text_, selStart_, selLength_);
-    Notify(Property::Selection);
-}
-
 void TextBox::UserSetText(const std::string& text) {
     DispatchUser([this, text] {
-        if (!locked_) {
+        if (!Locked()) {
             SetText(text);
-            selStart_ = static_cast<int>(text_.size());
-            selLength_ = 0;
+            PlaceCaretAtEnd();
         }
     });
 }
 
 void TextBox::ApplyKey(int keyAscii) {
-    if (locked_) {
+    if (Locked()) {
         return;
     }
     if (keyAscii == key::kBack) {
-        if (selLength_ == 0 && selStart_ > 0) {
-            selStart_ -= 1;
-            selLength_ = 1;
+        if (SelLength() == 0 && SelStart() > 0) {
+            const int start = SelStart() - 1;
+            SetSelStart(start);
+            SetSelLength(1);
         }
         SetSelText("");
         return;
@@ -158,7 +166,7 @@ void TextBox::ApplyKey(int keyAscii) {
     if (keyAscii < 32 || keyAscii > 255) {
         return;
     }
-    if (maxLength_ > 0 && static_cast<int>(text_.size()) - selLength_ >= maxLength_) {
+    if (maxLength_ > 0 && static_cast<int>(Text().size()) - SelLength() >= maxLength_) {
         return;
     }
     SetSelText(std::string(1, static_cast<char>(keyAscii)));
@@ -617,52 +625,7 @@ void ListView::UserSelectItem(int index) {
 // ---- RichTextBox, ProgressBar, Chart ------------------------------------------------------
 
 RichTextBox::RichTextBox(Form& form, std::string name, int index)
-    : Control(form, std::move(name), ControlKind::RichTextBox, index) {}
-
-void RichTextBox::SetText(std::string text) {
-    if (text_ == text) {
-        return;
-    }
-    text_ = std::move(text);
-    ClipSelection(text_, selStart_, selLength_);
-    Notify(Property::Text);
-    Fire(Change);
-}
-
-void RichTextBox::SetSelStart(int start) {
-    if (start < 0) {
-        throw Failure(automation::err::kInvalidPropertyValue);
-    }
-    selStart_ = start;
-    selLength_ = 0;
-    ClipSelection(text_, selStart_, selLength_);
-    Notify(Property::Selection);
-}
-
-void RichTextBox::SetSelLength(int length) {
-    if (length < 0) {
-        throw Failure(automation::err::kInvalidPropertyValue);
-    }
-    selLength_ = length;
-    ClipSelection(text_, selStart_, selLength_);
-    Notify(Property::Selection);
-}
-
-void RichTextBox::SetSelText(const std::string& text) {
-    std::string next = text_;
-    next.replace(static_cast<std::size_t>(selStart_), static_cast<std::size_t>(selLength_), text);
-    const int caret = selStart_ + static_cast<int>(text.size());
-    SetText(std::move(next));
-    selStart_ = caret;
-    selLength_ = 0;
-    ClipSelection(text_, selStart_, selLength_);
-    Notify(Property::Selection);
-}
-
-void RichTextBox::SetLocked(bool locked) {
-    locked_ = locked;
-    Notify(Property::Attributes);
-}
+    : EditableText(form, std::move(name), ControlKind::RichTextBox, index) {}
 
 ProgressBar::ProgressBar(Form& form, std::string name, int index)
     : Control(form, std::move(name), ControlKind::ProgressBar, index) {}

@@ -42,45 +42,59 @@ class Image : public Control {
     bool stretch_ = false;
 };
 
-class TextBox : public Control {
+// The text and selection that a text box and a rich text box share. SetText fires Change when the
+// text changes; a selection is clipped to the text, its start counted from 0.
+class EditableText : public Control {
   public:
-    TextBox(Form& form, std::string name, int index = -1);
     const std::string& Text() const { return text_; }
-    void SetText(std::string text);  // fires Change when the text changes
-    int MaxLength() const { return maxLength_; }
-    void SetMaxLength(int maxLength);  // 0: no limit
-    char PasswordChar() const { return passwordChar_; }
-    void SetPasswordChar(char c);
-    bool Locked() const { return locked_; }
-    void SetLocked(bool locked);
-    bool MultiLine() const { return multiLine_; }
-    void SetMultiLine(bool multiLine);
-    int Alignment() const { return alignment_; }
-    void SetAlignment(int alignment);
-
-    // Selection, 0-based start in characters, clipped to the text.
+    void SetText(std::string text);
     int SelStart() const { return selStart_; }
     int SelLength() const { return selLength_; }
     void SetSelStart(int start);
     void SetSelLength(int length);
     std::string SelText() const;
-    void SetSelText(const std::string& text);  // replaces the selection
+    // Replaces the selection; the caret ends after the inserted text.
+    void SetSelText(const std::string& text);
+    bool Locked() const { return locked_; }
+    void SetLocked(bool locked);
+
+  protected:
+    EditableText(Form& form, std::string name, ControlKind kind, int index);
+    // The longest text the control takes; 0 for no limit.
+    virtual int Limit() const { return 0; }
+    void PlaceCaretAtEnd();
+
+  private:
+    std::string text_;
+    int selStart_ = 0;
+    int selLength_ = 0;
+    bool locked_ = false;
+};
+
+class TextBox : public EditableText {
+  public:
+    TextBox(Form& form, std::string name, int index = -1);
+    int MaxLength() const { return maxLength_; }
+    void SetMaxLength(int maxLength);  // 0: no limit
+    char PasswordChar() const { return passwordChar_; }
+    void SetPasswordChar(char c);
+    bool MultiLine() const { return multiLine_; }
+    void SetMultiLine(bool multiLine);
+    int Alignment() const { return alignment_; }
+    void SetAlignment(int alignment);
 
     // The user replaces the whole text (a paste, or a renderer reporting an edit).
     void UserSetText(const std::string& text);
 
   protected:
+    int Limit() const override { return maxLength_; }
     void ApplyKey(int keyAscii) override;
 
   private:
-    std::string text_;
     int maxLength_ = 0;
     char passwordChar_ = 0;
-    bool locked_ = false;
     bool multiLine_ = false;
     int alignment_ = align::kLeft;
-    int selStart_ = 0;
-    int selLength_ = 0;
 };
 
 // The items of a combo or list box, with their ItemData, sorted on insertion when asked.
@@ -306,25 +320,9 @@ class ListView : public Control {
     bool checkboxes_ = false;
 };
 
-class RichTextBox : public Control {
+class RichTextBox : public EditableText {
   public:
     RichTextBox(Form& form, std::string name, int index = -1);
-    const std::string& Text() const { return text_; }
-    void SetText(std::string text);  // fires Change
-    int SelStart() const { return selStart_; }
-    int SelLength() const { return selLength_; }
-    void SetSelStart(int start);
-    void SetSelLength(int length);
-    // Inserts at the selection, replacing it; the caret ends after the inserted text.
-    void SetSelText(const std::string& text);
-    bool Locked() const { return locked_; }
-    void SetLocked(bool locked);
-
-  private:
-    std::string text_;
-    int selStart_ = 0;
-    int selLength_ = 0;
-    bool locked_ = false;
 };
 
 class ProgressBar : public Control {
