@@ -495,19 +495,22 @@ QImage Icon(const std::function<void(QPainter&)>& draw) {
     return icon;
 }
 
-void DrawDrawer(const QString& name, int w, int h, const std::function<void(QPainter&)>& extra) {
+void DrawDrawer(const QString& name, int w, int h, const std::function<void(QPainter&)>& extra,
+                bool titled = true) {
     QImage img = Canvas(w, h);
     QPainter p(&img);
     Begin(p);
     const QPainterPath body = DrawerPath(w, h, 16);
     Body(p, body);
     // Title band along the top, an accent line under it.
-    p.save();
-    p.setClipPath(body);
-    p.fillRect(QRectF(0, 0, w, 30), QColor(255, 255, 255, 14));
-    p.setPen(QPen(QColor(kAccent.red(), kAccent.green(), kAccent.blue(), 200), 1.5));
-    p.drawLine(QPointF(0, 31), QPointF(w - 12, 31));
-    p.restore();
+    if (titled) {
+        p.save();
+        p.setClipPath(body);
+        p.fillRect(QRectF(0, 0, w, 30), QColor(255, 255, 255, 14));
+        p.setPen(QPen(QColor(kAccent.red(), kAccent.green(), kAccent.blue(), 200), 1.5));
+        p.drawLine(QPointF(0, 31), QPointF(w - 12, 31));
+        p.restore();
+    }
     // A grip at the free end.
     p.setPen(Qt::NoPen);
     p.setBrush(QColor(98, 108, 124));
@@ -570,11 +573,12 @@ void DrawPullouts() {
     }
 
     namespace Mo = L::morepullout;
+    // Three buttons and no title: a title's line would run between them.
     DrawDrawer(Mo::kPicture, Mo::kWidth, Mo::kHeight, [](QPainter& p) {
         for (const auto& r : {Mo::btnDisplay, Mo::btnLog, Mo::btnPref}) {
             Well(p, R(r).adjusted(-1, -1, 1, 1), 5);
         }
-    });
+    }, false);
 
     namespace Lg = L::logpullout;
     namespace Pr = L::prefpullout;

@@ -10,12 +10,17 @@ class Application;
 
 // The dial list pullout: which ISPs and POPs are dialled, and in which order.
 class ToPullout : public forms::Form {
-public:
+  public:
     explicit ToPullout(Application& app);
 
     forms::Label Label1{*this, "Label1"};
     forms::ListBox lbDestinations{*this, "lbDestinations"};
+    forms::OptionButton rbPOP{*this, "rbPOP"};
+    forms::OptionButton rbISP{*this, "rbISP"};
     forms::ListView lstvDialList{*this, "lstvDialList"};
+    forms::Image btnUp{*this, "btnUp"};
+    forms::Image btnDown{*this, "btnDown"};
+    forms::CommandButton btnRefresh{*this, "btnRefresh"};
     forms::CommandButton btnSaveList{*this, "btnSaveList"};
 
     // The dial list the engine computed for the location and destination.
@@ -26,10 +31,12 @@ public:
     // The last list handed over by UpdateDialList.
     const automation::Variant& LastDialList() const { return lastList_; }
 
-protected:
+  protected:
     void Form_Load() override;
 
-private:
+  private:
+    // Where the artwork leaves room for each control, and how each looks on it.
+    void PlaceControls();
     void lbDestinations_Click();
 
     Application& app_;

@@ -181,10 +181,11 @@ inline constexpr LayoutRect cmboLocations{132, 8, 200, 21};
 inline constexpr LayoutRect lbCountry{48, 40, 90, 14};
 inline constexpr LayoutRect cmboCountries{140, 36, 192, 21};
 inline constexpr LayoutRect lblPhoneNumber{48, 66, 110, 14};
-inline constexpr LayoutRect Label7{190, 66, 8, 14};
-inline constexpr LayoutRect txtAreaCode{198, 63, 28, 20};
-inline constexpr LayoutRect Label8{226, 66, 8, 14};
-inline constexpr LayoutRect txtPhoneNumber{234, 63, 98, 20};  // Left 190 outside the US
+// Outside the US the number box moves to where the area code box stands.
+inline constexpr LayoutRect Label7{182, 66, 8, 14};
+inline constexpr LayoutRect txtAreaCode{190, 63, 28, 20};
+inline constexpr LayoutRect Label8{218, 66, 16, 14};
+inline constexpr LayoutRect txtPhoneNumber{234, 63, 98, 20};
 inline constexpr LayoutRect Label6{48, 92, 140, 14};          // "Dialing properties"
 inline constexpr int kDividerY = 99;
 inline constexpr LayoutRect lblOutsideLine{56, 113, 36, 14};
@@ -226,7 +227,7 @@ inline constexpr const char* kPicture = "art/RxPullout.bmp";
 inline constexpr LayoutRect Image1 = drawer::Image1;
 inline constexpr const char* kIcon = "art/RxPullout_Image1.bmp";
 inline constexpr LayoutRect Label1 = drawer::Label1;  // "Prescriber Output"
-inline constexpr LayoutRect txtStatus{48, 31, 338, 161};
+inline constexpr LayoutRect txtStatus{48, 35, 338, 157};  // clear of the title's line
 inline constexpr LayoutRect Command2{310, 198, 76, 24};
 }  // namespace rxpullout
 
@@ -269,12 +270,13 @@ inline constexpr const char* kPicture = "art/PrefPullout.bmp";
 inline constexpr const char* kIcon = "art/PrefPullout_Image1.bmp";
 inline constexpr LayoutRect Image1 = panel::Image1;
 inline constexpr LayoutRect Label1 = panel::Label1;  // "User Preferences"
-inline constexpr LayoutRect frCallingCard{24, 30, 284, 68};
-inline constexpr LayoutRect Label3{32, 49, 50, 14};
-inline constexpr LayoutRect cmboCallingCards{84, 46, 150, 21};
-inline constexpr LayoutRect btnSave{240, 46, 60, 22};
-inline constexpr LayoutRect Label2{32, 74, 50, 14};
-inline constexpr LayoutRect txtCardNumber{84, 71, 150, 20};
+// The frame stands below the title's line; the five it holds, inside it.
+inline constexpr LayoutRect frCallingCard{24, 34, 284, 66};
+inline constexpr LayoutRect Label3{32, 53, 50, 14};
+inline constexpr LayoutRect cmboCallingCards{84, 50, 150, 21};
+inline constexpr LayoutRect btnSave{240, 50, 60, 22};
+inline constexpr LayoutRect Label2{32, 78, 50, 14};
+inline constexpr LayoutRect txtCardNumber{84, 75, 150, 20};
 inline constexpr LayoutRect chkConfirmDial{76, 108, 232, 18};
 inline constexpr LayoutRect chkAutoDial{76, 134, 110, 18};
 inline constexpr LayoutRect Text2{190, 133, 30, 20};
@@ -284,13 +286,14 @@ inline constexpr LayoutRect Label4{224, 136, 30, 14};
 namespace displaypullout {
 inline constexpr const char* kPicture = "art/DisplayPullout.bmp";
 inline constexpr LayoutRect Label1 = panel::Label1;  // "Display Options"
-inline constexpr LayoutRect SSFrame1{24, 30, 284, 66};
-inline constexpr LayoutRect Image1{32, 29, 16, 16};  // in the frame's caption
+inline constexpr LayoutRect SSFrame1{24, 34, 284, 64};
+// In the frame's caption, over the blanks that lead it.
+inline constexpr LayoutRect Image1{29, 33, 16, 16};
 inline constexpr const char* kIcon = "art/DisplayPullout_Image1.bmp";
-inline constexpr LayoutRect Label2{32, 50, 62, 14};
-inline constexpr LayoutRect txtUserName{96, 47, 200, 20};
-inline constexpr LayoutRect Label3{32, 73, 62, 14};
-inline constexpr LayoutRect txtPassword{96, 70, 200, 20};
+inline constexpr LayoutRect Label2{32, 54, 62, 14};
+inline constexpr LayoutRect txtUserName{96, 51, 200, 20};
+inline constexpr LayoutRect Label3{32, 77, 62, 14};
+inline constexpr LayoutRect txtPassword{96, 74, 200, 20};
 inline constexpr LayoutRect SSFrame2{76, 104, 232, 48};
 // The four octet boxes with the dots between them.
 inline constexpr LayoutRect txtAltTunnelServer0{86, 122, 40, 20};

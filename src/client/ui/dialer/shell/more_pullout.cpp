@@ -37,9 +37,15 @@ MorePullout::MorePullout(Application& app) : Form(app.Platform(), "MorePullout")
     Place(btnDisplay, layout::morepullout::btnDisplay);
     Place(btnLog, layout::morepullout::btnLog);
     Place(btnPref, layout::morepullout::btnPref);
+    // Each button names the pullout it opens.
+    btnDisplay.SetCaption("Display");
+    btnLog.SetCaption("Log");
+    btnPref.SetCaption("Pref");
 }
 
 void MorePullout::Form_Load() {
+    ScaleForm(*this, app_.Platform());
+    app_.Shape(*this, false);
     btnDisplay.Click = [this] { btnDisplay_Click(); };
     btnLog.Click = [this] { btnLog_Click(); };
     btnPref.Click = [this] { btnPref_Click(); };

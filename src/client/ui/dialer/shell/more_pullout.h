@@ -13,9 +13,9 @@ class MorePullout : public forms::Form {
   public:
     explicit MorePullout(Application& app);
 
-    forms::Image btnDisplay{*this, "btnDisplay"};
-    forms::Image btnLog{*this, "btnLog"};
-    forms::Image btnPref{*this, "btnPref"};
+    forms::CommandButton btnDisplay{*this, "btnDisplay"};
+    forms::CommandButton btnLog{*this, "btnLog"};
+    forms::CommandButton btnPref{*this, "btnPref"};
 
     void btnDisplay_Click();
     void btnLog_Click();

@@ -3,6 +3,7 @@
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/core/settings.h"
 #include "client/ui/dialer/core/utilities.h"
+#include "client/ui/dialer/shell/faces.h"
 
 namespace kw::dialer {
 
@@ -10,16 +11,35 @@ using automation::Variant;
 
 LogPullout::LogPullout(Application& app) : Form(app.Platform(), "LogPullout"), app_(app) {
     SetCaption("LogPullout");
-    Move(0, 0, 320, 204);
+    SetForeColor(face::kKeyColour);
     Label1.SetCaption("Log Options");
     ConnectLogCheck.SetCaption("Log Connection History");
     PrescriberLogCheck.SetCaption("Log Prescriber window output");
     btnConnectHist.SetCaption("...");
     btnPrescriberLog.SetCaption("...");
+    PlaceControls();
+}
+
+void LogPullout::PlaceControls() {
+    namespace at = layout::logpullout;
+    SetPicture(at::kPicture);
+    Move(Left(), Top(), layout::panel::kWidth, layout::panel::kHeight);
+    Image1.SetPicture(at::kIcon);
+    face::Place(Image1, at::Image1);
+    face::Place(Label1, at::Label1);
+    face::Place(ConnectLogCheck, at::ConnectLogCheck);
+    face::Place(txtHistoryLog, at::txtHistoryLog);
+    face::Place(btnConnectHist, at::btnConnectHist);
+    face::Place(PrescriberLogCheck, at::PrescriberLogCheck);
+    face::Place(txtRxLog, at::txtRxLog);
+    face::Place(btnPrescriberLog, at::btnPrescriberLog);
+    face::OnSkin({&Label1, &ConnectLogCheck, &PrescriberLogCheck});
+    face::InWell({&txtHistoryLog, &txtRxLog});
 }
 
 void LogPullout::Form_Load() {
     ScaleForm(*this, app_.Platform());
+    app_.Shape(*this, false);
     // The check boxes are set from the settings here; their clicks must not write them back.
     loading_ = true;
     registry::HKEY key = OpenSettingsKey(app_.Platform());
@@ -32,8 +52,7 @@ void LogPullout::Form_Load() {
     Variant prescriber(std::int32_t{0});
     QueryValueEx(key, settings::kPrescriberLogSetting, prescriber);
     const bool logPrescriber = prescriber.ToLong() == 1;
-    PrescriberLogCheck.SetValue(logPrescriber ? forms::check::kChecked
-                                              : forms::check::kUnchecked);
+    PrescriberLogCheck.SetValue(logPrescriber ? forms::check::kChecked : forms::check::kUnchecked);
     SetLogControlsEnabled(txtRxLog, btnPrescriberLog, logPrescriber);
     registry::RegCloseKey(key);
 

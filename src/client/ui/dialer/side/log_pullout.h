@@ -10,7 +10,7 @@ class Application;
 // The log options pullout: whether the connection history and the Prescriber output are logged,
 // and to which files.
 class LogPullout : public forms::Form {
-public:
+  public:
     explicit LogPullout(Application& app);
 
     forms::Image Image1{*this, "Image1"};
@@ -25,10 +25,12 @@ public:
     void ConnectLogCheck_Click();
     void PrescriberLogCheck_Click();
 
-protected:
+  protected:
     void Form_Load() override;
 
-private:
+  private:
+    // Where the artwork leaves room for each control, and how each looks on it.
+    void PlaceControls();
     void ShowLogName(const char* valueName, const char* defaultFile, forms::TextBox& box);
     void SetLogControlsEnabled(forms::TextBox& box, forms::CommandButton& button, bool enabled);
 

@@ -1,13 +1,35 @@
 #include "client/ui/dialer/side/rx_pullout.h"
 
 #include "client/ui/dialer/core/application.h"
+#include "client/ui/dialer/shell/faces.h"
 
 namespace kw::dialer {
 
-RxPullout::RxPullout(Application& app) : Form(app.Platform(), "RxPullout") {
+RxPullout::RxPullout(Application& app) : Form(app.Platform(), "RxPullout"), app_(app) {
     SetCaption("RxPullout");
-    Move(0, 0, 400, 232);
+    SetForeColor(face::kKeyColour);
+    Label1.SetCaption("Prescriber Output");
     txtStatus.SetLocked(true);
+    Command2.SetCaption("Clear");
+    PlaceControls();
+}
+
+void RxPullout::PlaceControls() {
+    namespace at = layout::rxpullout;
+    SetPicture(at::kPicture);
+    Move(Left(), Top(), layout::drawer::kWidth, layout::drawer::kHeight);
+    Image1.SetPicture(at::kIcon);
+    face::Place(Image1, at::Image1);
+    face::Place(Label1, at::Label1);
+    face::Place(txtStatus, at::txtStatus);
+    face::Place(Command2, at::Command2);
+    face::OnSkin({&Label1});
+    face::InWell({&txtStatus});
+}
+
+void RxPullout::Form_Load() {
+    ScaleForm(*this, app_.Platform());
+    app_.Shape(*this, false);
 }
 
 }  // namespace kw::dialer

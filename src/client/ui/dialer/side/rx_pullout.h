@@ -9,10 +9,22 @@ class Application;
 
 // The Prescriber pullout: the running text of what the engine diagnoses.
 class RxPullout : public forms::Form {
-public:
+  public:
     explicit RxPullout(Application& app);
 
+    forms::Image Image1{*this, "Image1"};
+    forms::Label Label1{*this, "Label1"};
     forms::RichTextBox txtStatus{*this, "txtStatus"};
+    forms::CommandButton Command2{*this, "Command2"};
+
+  protected:
+    void Form_Load() override;
+
+  private:
+    // Where the artwork leaves room for each control, and how each looks on it.
+    void PlaceControls();
+
+    Application& app_;
 };
 
 }  // namespace kw::dialer

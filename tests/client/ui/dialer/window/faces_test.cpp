@@ -1,0 +1,142 @@
+// The pullouts as the user sees them: each in the outline of its own artwork, and every control
+// standing on the part of it that shows, also after the cut that makes it come from beneath the
+// main window or MorePullout.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "window_fixture.h"
+
+namespace kw::dialer::testing {
+namespace {
+
+class PulloutFacesTest : public WindowFamilyTest {
+  protected:
+    // The picture that gives the form its outline: its own, or FromPullout's Image2.
+    std::string ShapingPicture(const forms::Form& form) {
+        if (&form == &Get<FromPullout>()) {
+            return Get<FromPullout>().Image2.Picture();
+        }
+        return form.Picture();
+    }
+
+    void ExpectShapedByItsArtwork(forms::Form& form) {
+        SCOPED_TRACE(form.Name());
+        ASSERT_TRUE(form.IsLoaded());
+        EXPECT_EQ(form.ForeColor(), 0x00FF00) << "pure green is the outside of every picture";
+        const std::string picture = ShapingPicture(form);
+        ASSERT_FALSE(picture.empty());
+        const BitmapBits& art = app->Art().Bitmap(picture);
+        EXPECT_EQ(form.Width(), art.width);
+        EXPECT_EQ(form.Height(), art.height);
+        ASSERT_TRUE(form.Region().has_value()) << "a blank rectangle, not the artwork";
+        const Region shape = WindowRegion(form);
+        EXPECT_FALSE(shape.IsEmpty());
+        EXPECT_EQ(shape.Bounds(), (Rect{0, 0, art.width, art.height}));
+        EXPECT_NE(shape, Region::FromRect(0, 0, art.width, art.height)) << "the corners are cut";
+    }
+
+    // Every control but the shaping picture itself, at its place on the form, lies inside the
+    // form's present shape.
+    void ExpectControlsInsideTheShape(forms::Form& form) {
+        SCOPED_TRACE(form.Name());
+        const Region shape = WindowRegion(form);
+        const std::string shaping = ShapingPicture(form);
+        int checked = 0;
+        for (const forms::Control* c : form.Controls()) {
+            if (c->Kind() == forms::ControlKind::Timer ||
+                (c->Kind() == forms::ControlKind::Image && c->Picture() == shaping)) {
+                continue;
+            }
+            int left = c->Left();
+            int top = c->Top();
+            for (const forms::Control* box = c->Container(); box; box = box->Container()) {
+                left += box->Left();
+                top += box->Top();
+            }
+            ASSERT_GT(c->Width(), 0) << c->Name() << " has no place";
+            ASSERT_GT(c->Height(), 0) << c->Name() << " has no place";
+            const Region area = Region::FromRect(left, top, left + c->Width(), top + c->Height());
+            EXPECT_TRUE(Region::Combine(area, shape, RGN_DIFF).IsEmpty())
+                << c->Name() << (c->Index() >= 0 ? std::to_string(c->Index()) : "") << " at "
+                << left << "," << top << " " << c->Width() << "x" << c->Height()
+                << " sticks out of the shape";
+            ++checked;
+        }
+        EXPECT_GT(checked, 2);
+    }
+};
+
+TEST_F(PulloutFacesTest, EachPulloutLoadsInTheOutlineOfItsOwnArtwork) {
+    ExpectShapedByItsArtwork(Get<FromPullout>());
+    ExpectShapedByItsArtwork(Get<ToPullout>());
+    ExpectShapedByItsArtwork(Get<RxPullout>());
+    ExpectShapedByItsArtwork(Get<MorePullout>());
+    ExpectShapedByItsArtwork(Get<LogPullout>());
+    ExpectShapedByItsArtwork(Get<PrefPullout>());
+    ExpectShapedByItsArtwork(Get<DisplayPullout>());
+    // The outline is the picture's: the wide drawers share one size, and yet each has its own.
+    EXPECT_NE(WindowRegion(Get<FromPullout>()), WindowRegion(Get<MorePullout>()));
+}
+
+TEST_F(PulloutFacesTest, OpenedBesideTheMainWindowNoControlIsCutAway) {
+    MainWin& win = Win();
+    win.btnFromPullout.UserClick();
+    ASSERT_TRUE(Get<FromPullout>().Visible());
+    ExpectControlsInsideTheShape(Get<FromPullout>());
+    win.btnToPullout.UserClick();
+    ASSERT_TRUE(Get<ToPullout>().Visible());
+    ExpectControlsInsideTheShape(Get<ToPullout>());
+    win.btnRxPullout.UserClick();
+    ASSERT_TRUE(Get<RxPullout>().Visible());
+    ExpectControlsInsideTheShape(Get<RxPullout>());
+    win.btnMorePullout.UserClick();
+    ASSERT_TRUE(Get<MorePullout>().Visible());
+    ExpectControlsInsideTheShape(Get<MorePullout>());
+}
+
+TEST_F(PulloutFacesTest, OpenedAboveMorePulloutNoControlIsCutAway) {
+    Win().btnMorePullout.UserClick();
+    MorePullout& more = Get<MorePullout>();
+    more.btnLog.UserClick();
+    ASSERT_TRUE(Get<LogPullout>().Visible());
+    ExpectControlsInsideTheShape(Get<LogPullout>());
+    more.btnPref.UserClick();
+    ASSERT_TRUE(Get<PrefPullout>().Visible());
+    ExpectControlsInsideTheShape(Get<PrefPullout>());
+    more.btnDisplay.UserClick();
+    ASSERT_TRUE(Get<DisplayPullout>().Visible());
+    ExpectControlsInsideTheShape(Get<DisplayPullout>());
+}
+
+TEST_F(PulloutFacesTest, ControlsInAFrameFollowItAndTheFrameTakesTheColourBehindIt) {
+    Win().btnMorePullout.UserClick();
+    Get<MorePullout>().btnPref.UserClick();
+    PrefPullout& pref = Get<PrefPullout>();
+    ASSERT_TRUE(pref.Visible());
+    MakePrefDirty();
+    ASSERT_TRUE(pref.btnSave.AcceptsInput());
+    ASSERT_TRUE(pref.Label2.AcceptsInput());
+    // Hiding the frame takes the five it holds along; the check box below it stays.
+    pref.frCallingCard.SetVisible(false);
+    EXPECT_FALSE(pref.btnSave.AcceptsInput());
+    EXPECT_FALSE(pref.Label2.AcceptsInput());
+    EXPECT_TRUE(pref.chkConfirmDial.AcceptsInput());
+    pref.frCallingCard.SetVisible(true);
+
+    // A frame is filled plainly: anything else than the skin around it would show as a patch.
+    for (const forms::Control* frame :
+         {static_cast<const forms::Control*>(&pref.frCallingCard),
+          static_cast<const forms::Control*>(&Get<DisplayPullout>().SSFrame1),
+          static_cast<const forms::Control*>(&Get<DisplayPullout>().SSFrame2)}) {
+        const BitmapBits& art = app->Art().Bitmap(frame->Parent().Picture());
+        const RgbColour skin = art.colours[art.At(frame->Left() + 1, frame->Top() + 8)];
+        const long back = frame->BackColor();
+        EXPECT_NEAR(back & 0xFF, skin.red, 6) << frame->Name();
+        EXPECT_NEAR((back >> 8) & 0xFF, skin.green, 6) << frame->Name();
+        EXPECT_NEAR((back >> 16) & 0xFF, skin.blue, 6) << frame->Name();
+    }
+}
+
+}  // namespace
+}  // namespace kw::dialer::testing
