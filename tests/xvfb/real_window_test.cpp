@@ -40,12 +40,19 @@ int Brightness(QRgb pixel) {
 class RealWindowTest : public ::testing::Test {
   protected:
     void SetUp() override {
-        std::string pattern = (fs::temp_directory_path() / "kw-xvfb-XXXXXX").string();
+        static const fs::path temp = fs::temp_directory_path();  // before TMPDIR points inside
+        std::string pattern = (temp / "kw-xvfb-XXXXXX").string();
         ASSERT_NE(mkdtemp(pattern.data()), nullptr);
         home_ = pattern;
         setenv("XDG_CONFIG_HOME", (home_ / "config").c_str(), 1);
         setenv("XDG_DATA_HOME", (home_ / "data").c_str(), 1);
         setenv("KESTRELWAY_ASSETS", KW_SOURCE_DIR "/assets", 1);
+        // The one-instance channel lives in these: a program of another run must not answer.
+        fs::create_directories(home_ / "tmp");
+        fs::create_directories(home_ / "run");
+        fs::permissions(home_ / "run", fs::perms::owner_all);
+        setenv("TMPDIR", (home_ / "tmp").c_str(), 1);
+        setenv("XDG_RUNTIME_DIR", (home_ / "run").c_str(), 1);
         kw::registry::Configure(kw::registry::DefaultConfig());
     }
     void TearDown() override {
