@@ -17,6 +17,7 @@ rm -rf "$out"
 mkdir -p "$out/home"
 # The demonstration keeps its settings and engine data to itself.
 export XDG_CONFIG_HOME="$PWD/$out/home/config" XDG_DATA_HOME="$PWD/$out/home/data"
+mkdir -p "$out/home/tmp" && export TMPDIR="$PWD/$out/home/tmp"
 "$app/kestrelway-install"
 xvfb-run -a -s "-screen 0 1024x768x24" "$app/kestrelway-demo" "$out" "${DEMO_DESTINATION:-Ostvarra Corporate}" \
     ${DEMO_SCENARIO:+"$DEMO_SCENARIO"}
