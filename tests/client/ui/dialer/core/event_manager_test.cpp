@@ -24,11 +24,13 @@ class Recorder : public EventSubscriber {
     void KestrelwayEventSub(std::int32_t& id, Variant& data) override {
         log.push_back(name + ":" + std::to_string(id));
         lastData = data;
-        if (onEvent) onEvent();
+        if (onEvent)
+            onEvent();
     }
     std::int32_t KestrelwayVetoableEventFunction(std::int32_t& id, Variant&) override {
         log.push_back(name + "?" + std::to_string(id));
-        if (onEvent) onEvent();
+        if (onEvent)
+            onEvent();
         return answer;
     }
     std::string name;
@@ -160,7 +162,8 @@ TEST_F(EventBusTest, SubscribersComingAndGoingDuringTheWalk) {
     RegisterAll(1006, {&b, &c});
     bool posted = false;
     a.onEvent = [&] {
-        if (!std::exchange(posted, true)) bus.postEvent(1006, Variant());
+        if (!std::exchange(posted, true))
+            bus.postEvent(1006, Variant());
     };
     EXPECT_EQ(Post(1002), (Log{"a:1002", "b:1006", "c:1006", "b:1002"}));
 }

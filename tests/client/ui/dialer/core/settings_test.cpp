@@ -138,9 +138,10 @@ TEST_F(SettingsTest, MissingValuesKeepTheDefaultAndWrittenOnesComeBackWithTheirT
     EXPECT_EQ(read.ToString(), path);
 
     // Other kinds of values are not written at all.
-    const std::pair<const char*, Variant> others[] = {
-        {"Ratio", Variant(1.5)}, {"Flag", Variant(true)}, {"Nothing", Variant()},
-        {"Object", Variant(automation::ObjectRef{})}};
+    const std::pair<const char*, Variant> others[] = {{"Ratio", Variant(1.5)},
+                                                      {"Flag", Variant(true)},
+                                                      {"Nothing", Variant()},
+                                                      {"Object", Variant(automation::ObjectRef{})}};
     for (const auto& [name, value] : others) {
         EXPECT_EQ(SetValueEx(value, key, name), 13) << name;
         EXPECT_EQ(Inspect(key, name).status, reg::ERROR_FILE_NOT_FOUND) << name;

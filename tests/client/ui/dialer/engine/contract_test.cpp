@@ -80,8 +80,8 @@ TEST_F(NamedEngines, ARegisteredEngineIsCreatedByItsNameEachTimeAfreshAMissingOn
         EXPECT_EQ(failure.Number(), 429);
         EXPECT_EQ(failure.Description(), "ActiveX component can't create object");
     }
-    EngineFactory::Register("test.scripted",
-                            [&](const EngineContext&) { return std::make_shared<ScriptedEngine>(); });
+    EngineFactory::Register(
+        "test.scripted", [&](const EngineContext&) { return std::make_shared<ScriptedEngine>(); });
     auto first = EngineFactory::Create("test.scripted", context);
     ASSERT_NE(first, nullptr);
     EXPECT_NE(first, EngineFactory::Create("test.scripted", context));
