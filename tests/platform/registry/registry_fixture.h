@@ -6,8 +6,8 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -17,7 +17,7 @@ namespace kw::registry::testing {
 
 // A user hive and a machine hive in a fresh temporary folder for each test.
 class RegistryTest : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         char templ[] = "/tmp/kw-registry-XXXXXX";
         ASSERT_NE(::mkdtemp(templ), nullptr);
@@ -73,36 +73,31 @@ protected:
             return std::nullopt;
         }
         out.bytes.resize(size);
-        if (RegQueryValueExA(key, name, nullptr, &out.type, out.bytes.data(), &size) !=
-            ERROR_SUCCESS) {
+        if (RegQueryValueExA(key, name, nullptr, &out.type, out.bytes.data(), &size) != 0) {
             return std::nullopt;
         }
-        out.bytes.resize(size);
         return out;
     }
 
     static std::optional<std::string> QueryString(HKEY key, const char* name) {
         auto v = Query(key, name);
-        if (!v || v->bytes.empty() || v->bytes.back() != 0) return std::nullopt;
+        if (!v || v->bytes.empty() || v->bytes.back() != 0)
+            return std::nullopt;
         return std::string(v->bytes.begin(), v->bytes.end() - 1);
     }
 
     static std::string ReadFile(const std::string& path) {
         std::ifstream in(path, std::ios::binary);
-        std::stringstream s;
-        s << in.rdbuf();
-        return s.str();
+        return std::string(std::istreambuf_iterator<char>(in), {});
     }
 
     static void WriteFile(const std::string& path, const std::string& content) {
-        std::ofstream out(path, std::ios::binary | std::ios::trunc);
-        out << content;
+        std::ofstream(path, std::ios::binary | std::ios::trunc) << content;
     }
 
     static mode_t Mode(const std::string& path) {
         struct stat st {};
-        if (::stat(path.c_str(), &st) != 0) return 0;
-        return st.st_mode & 07777;
+        return ::stat(path.c_str(), &st) == 0 ? st.st_mode & 07777 : 0;
     }
 
     std::vector<std::string> FilesInDir() const {

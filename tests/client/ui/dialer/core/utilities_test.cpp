@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "client/ui/dialer/core/utilities.h"
 #include "platform/automation/failure_number.h"
@@ -55,47 +56,30 @@ TEST(FindComboEntryTest, MissAndFirstEntryBothGiveZero) {
     EXPECT_EQ(cmboFrom.ListIndex(), -1);  // looking selects nothing
 }
 
-TEST(CountryNameTest, TextBeforeTheBlankBeforeTheParenthesis) {
+TEST(CountryNameTest, TextBeforeTheBlankBeforeTheParenthesisOrFailure5) {
     EXPECT_EQ(CountryNameFromText("UNITED STATES (1)"), "UNITED STATES");
     EXPECT_EQ(CountryNameFromText("BOSNIA (HERZEGOVINA) (387)"), "BOSNIA");
     EXPECT_EQ(CountryNameFromText("FRANCE(33)"), "FRANC");  // no blank: a letter goes instead
     EXPECT_EQ(CountryNameFromText("X(1)"), "");
     EXPECT_EQ(CountryNameFromText(" (44)"), "");
+    for (const char* text : {"UNITED STATES", "", "(1) UNITED STATES"}) {
+        EXPECT_EQ(FailureNumber([&] { CountryNameFromText(text); }), 5) << text;
+    }
 }
 
-TEST(CountryNameTest, EntryWithoutOrStartingWithParenthesisFails) {
-    EXPECT_EQ(FailureNumber([] { CountryNameFromText("UNITED STATES"); }), 5);
-    EXPECT_EQ(FailureNumber([] { CountryNameFromText(""); }), 5);
-    EXPECT_EQ(FailureNumber([] { CountryNameFromText("(1) UNITED STATES"); }), 5);
-}
-
-TEST(SplitColourTest, RedIsTheLowestByte) {
-    std::int16_t red = -1, green = -1, blue = -1;
-    SplitColour(0x0000FF00, red, green, blue);  // the key colour of the artwork
-    EXPECT_EQ(red, 0);
-    EXPECT_EQ(green, 255);
-    EXPECT_EQ(blue, 0);
-
-    SplitColour(0x00C08040, red, green, blue);
-    EXPECT_EQ(red, 0x40);
-    EXPECT_EQ(green, 0x80);
-    EXPECT_EQ(blue, 0xC0);
-
-    SplitColour(0x00FFFFFF, red, green, blue);
-    EXPECT_EQ(red, 255);
-    EXPECT_EQ(green, 255);
-    EXPECT_EQ(blue, 255);
-
-    SplitColour(0, red, green, blue);
-    EXPECT_EQ(red, 0);
-    EXPECT_EQ(green, 0);
-    EXPECT_EQ(blue, 0);
-
-    // Whatever lies above the blue byte stays in blue.
-    SplitColour(0x01000203, red, green, blue);
-    EXPECT_EQ(red, 3);
-    EXPECT_EQ(green, 2);
-    EXPECT_EQ(blue, 256);
+TEST(SplitColourTest, RedIsTheLowestByteAndBlueKeepsWhatLiesAbove) {
+    const struct {
+        std::int32_t colour;
+        std::int16_t red, green, blue;
+    } cases[] = {{0x0000FF00, 0, 255, 0},  // the key colour of the artwork
+                 {0x00C08040, 0x40, 0x80, 0xC0},
+                 {0x01000203, 3, 2, 256}};
+    for (const auto& c : cases) {
+        std::int16_t red = -1, green = -1, blue = -1;
+        SplitColour(c.colour, red, green, blue);
+        EXPECT_EQ(std::vector<int>({red, green, blue}), std::vector<int>({c.red, c.green, c.blue}))
+            << std::hex << c.colour;
+    }
 }
 
 }  // namespace
