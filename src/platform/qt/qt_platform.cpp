@@ -143,6 +143,7 @@ void QtPlatform::AttachForm(forms::Form& form) {
 }
 
 void QtPlatform::DetachForm(forms::Form& form) {
+    RemoveMessageHook(form);  // a window on its way out tells the program nothing more
     auto it = windows_.find(&form);
     if (it != windows_.end()) {
         it->second->Detach();

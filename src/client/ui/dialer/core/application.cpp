@@ -12,6 +12,7 @@
 #include "client/ui/dialer/locations/from_pullout.h"
 #include "client/ui/dialer/locations/pref_pullout.h"
 #include "client/ui/dialer/performance/perf_pulldown.h"
+#include "client/ui/dialer/shell/message_hook.h"
 #include "client/ui/dialer/shell/more_pullout.h"
 #include "client/ui/dialer/side/display_pullout.h"
 #include "client/ui/dialer/side/frm_file_xfer.h"
@@ -34,7 +35,10 @@ Application::Application(forms::Platform& platform, std::string assetsDir)
     RegisterForms();
 }
 
-Application::~Application() = default;
+Application::~Application() {
+    // The forms go with this object: the main window's hook must not reach them on the way.
+    RemoveMessageHook(*this);
+}
 
 std::string Application::DefaultAssetsDir() {
     if (const char* dir = std::getenv("KESTRELWAY_ASSETS"); dir != nullptr && *dir != '\0') {

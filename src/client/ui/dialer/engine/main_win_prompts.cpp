@@ -64,6 +64,7 @@ void MainWin::l_DravlinkObj_GetUsernamePassword(std::string& prompt, std::string
     }
     frmISPLogin& dialog = app_.Form<frmISPLogin>();
     dialog.txtTitle.SetCaption(prompt);
+    dialog.txtTitle.SetToolTipText(prompt);  // a long prompt is cut to the title's line
     dialog.txtUserName.SetText(user);
     dialog.txtPassword.SetText("");
     dialog.Show(forms::kModal);
