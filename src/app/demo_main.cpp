@@ -22,6 +22,8 @@
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/core/main_win.h"
 #include "client/ui/dialer/engine/engine_factory.h"
+#include "client/ui/dialer/engine/frm_get_user_info.h"
+#include "client/ui/dialer/engine/frm_get_user_input.h"
 #include "client/ui/dialer/engine/frm_isp_login.h"
 #include "client/ui/dialer/engine/frm_login.h"
 #include "dravlink/simulator.h"
@@ -143,6 +145,17 @@ class Demo {
         if (auto* login = forms.Peek<kw::dialer::frmLogin>(); login && login->IsModal()) {
             login->txtPassword.UserSetText("demo");
             Click(*login, "cmdOK");
+            return;
+        }
+        if (auto* choice = forms.Peek<kw::dialer::frmGetUserInfo>(); choice && choice->IsModal()) {
+            Shot("choice-asked");
+            Click(*choice, "btnOK");
+            return;
+        }
+        if (auto* input = forms.Peek<kw::dialer::frmGetUserInput>(); input && input->IsModal()) {
+            Shot("input-asked");
+            input->txtInput.UserSetText("482913");
+            Click(*input, "btnOK");
             return;
         }
         if (auto* isp = forms.Peek<kw::dialer::frmISPLogin>(); isp && isp->IsModal()) {

@@ -7,7 +7,19 @@ namespace kw::dialer {
 frmGetUserInfo::frmGetUserInfo(Application& app)
     : Form(app.Platform(), "frmGetUserInfo"), app_(app) {
     SetCaption("Ostvarra");
-    Move(0, 0, 300, 220);
+    // A plain dialog in the colours of the skin, in the middle of the screen.
+    SetBackColor(0x3A312B);
+    const int width = 300;
+    const int height = 220;
+    Move((app.Platform().SystemMetric(forms::metric::kCxScreen) - width) / 2,
+         (app.Platform().SystemMetric(forms::metric::kCyScreen) - height) / 3, width, height);
+    lblPrompt.Move(12, 10, 276, 40);
+    lblPrompt.SetForeColor(0xEBE8E6);
+    lbChoices.Move(12, 54, 276, 116);
+    lbChoices.SetBackColor(0x29221D);
+    lbChoices.SetForeColor(0xEBE8E6);
+    btnOK.Move(120, 182, 80, 26);
+    btnCancel.Move(208, 182, 80, 26);
     btnOK.SetCaption("OK");
     btnOK.SetDefault(true);
     btnCancel.SetCaption("Cancel");

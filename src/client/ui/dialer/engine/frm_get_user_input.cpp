@@ -7,7 +7,19 @@ namespace kw::dialer {
 frmGetUserInput::frmGetUserInput(Application& app)
     : Form(app.Platform(), "frmGetUserInput"), app_(app) {
     SetCaption("Ostvarra");
-    Move(0, 0, 300, 130);
+    // A plain dialog in the colours of the skin, in the middle of the screen.
+    SetBackColor(0x3A312B);
+    const int width = 300;
+    const int height = 130;
+    Move((app.Platform().SystemMetric(forms::metric::kCxScreen) - width) / 2,
+         (app.Platform().SystemMetric(forms::metric::kCyScreen) - height) / 3, width, height);
+    lblPrompt.Move(12, 10, 276, 36);
+    lblPrompt.SetForeColor(0xEBE8E6);
+    txtInput.Move(12, 50, 276, 22);
+    txtInput.SetBackColor(0x29221D);
+    txtInput.SetForeColor(0xEBE8E6);
+    btnOK.Move(120, 92, 80, 26);
+    btnCancel.Move(208, 92, 80, 26);
     btnOK.SetCaption("OK");
     btnOK.SetDefault(true);
     btnCancel.SetCaption("Cancel");
