@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "client/ui/dialer/engine/dravlink.h"
@@ -79,45 +80,95 @@ class ScriptedEngine : public dialer::Dravlink {
     void RaiseCHXferUpdate(Variant transfer, Variant first = Variant());
 
     // Operations.
-    Variant GetPhoneList(Variant& list) override;
-    Variant GetEntryList(Variant& list) override;
+    Variant GetPhoneList(Variant& list) override { return Call("GetPhoneList", list); }
+    Variant GetEntryList(Variant& list) override { return Call("GetEntryList", list); }
     Variant GetISPEntryProperty(const std::string& entryName, const std::string& key,
-                                std::string& value) override;
-    Variant GetLocationList(Variant& list) override;
+                                std::string& value) override {
+        return Call("GetISPEntryProperty", entryName, key, value);
+    }
+    Variant GetLocationList(Variant& list) override { return Call("GetLocationList", list); }
     Variant GetLocationProperty(const std::string& location, const std::string& key,
-                                std::string& value) override;
+                                std::string& value) override {
+        return Call("GetLocationProperty", location, key, value);
+    }
     Variant SetLocationProperty(const std::string& location, const std::string& key,
-                                const std::string& value) override;
+                                const std::string& value) override {
+        return Call("SetLocationProperty", location, key, value);
+    }
     Variant SavePOPList(const std::string& location, const std::string& destination,
-                        Variant& list) override;
-    Variant RefreshPOPList(const std::string& destination, const std::string& location) override;
-    Variant BuildDialList(const std::string& location, const std::string& destination) override;
-    Variant Disconnect(std::int32_t& handle) override;
-    Variant Connect(const std::string& destination, bool option) override;
-    Variant Logon(std::string& user, std::string& password, const std::string& third) override;
+                        Variant& list) override {
+        return Call("SavePOPList", location, destination, list);
+    }
+    Variant RefreshPOPList(const std::string& destination, const std::string& location) override {
+        return Call("RefreshPOPList", destination, location);
+    }
+    Variant BuildDialList(const std::string& location, const std::string& destination) override {
+        return Call("BuildDialList", location, destination);
+    }
+    Variant Disconnect(std::int32_t& handle) override { return Call("Disconnect", handle); }
+    Variant Connect(const std::string& destination, bool option) override {
+        return Call("Connect", destination, option);
+    }
+    Variant Logon(std::string& user, std::string& password, const std::string& third) override {
+        return Call("Logon", user, password, third);
+    }
     Variant GetVPNEntryProperty(const std::string& entryName, const std::string& key,
-                                std::string& value) override;
-    Variant GetEntryType(const std::string& entryName, std::string& entryType) override;
-    Variant Logoff() override;
-    Variant GetLinkSpeed(const std::string& deviceName) override;
-    Variant LocationExists(const std::string& location) override;
-    Variant CreateLocation(const std::string& location) override;
-    Variant SaveLocation(const std::string& location) override;
-    Variant GetConnectionNames(std::string& destination, std::string& deviceName) override;
-    Variant DeleteLocation(const std::string& location) override;
+                                std::string& value) override {
+        return Call("GetVPNEntryProperty", entryName, key, value);
+    }
+    Variant GetEntryType(const std::string& entryName, std::string& entryType) override {
+        return Call("GetEntryType", entryName, entryType);
+    }
+    Variant Logoff() override { return Call("Logoff"); }
+    Variant GetLinkSpeed(const std::string& deviceName) override {
+        return Call("GetLinkSpeed", deviceName);
+    }
+    Variant LocationExists(const std::string& location) override {
+        return Call("LocationExists", location);
+    }
+    Variant CreateLocation(const std::string& location) override {
+        return Call("CreateLocation", location);
+    }
+    Variant SaveLocation(const std::string& location) override {
+        return Call("SaveLocation", location);
+    }
+    Variant GetConnectionNames(std::string& destination, std::string& deviceName) override {
+        return Call("GetConnectionNames", destination, deviceName);
+    }
+    Variant DeleteLocation(const std::string& location) override {
+        return Call("DeleteLocation", location);
+    }
     Variant SetISPLogin(std::string& user, std::string& ispName, const std::string& ispUser,
-                        const std::string& ispPassword) override;
-    Variant GetISPLogin(std::string& user, std::string& ispName, Variant& login) override;
-    Variant SaveUser(std::string& user, std::string& password, const std::string& third) override;
-    Variant GetUser(std::string& user, std::string& password, std::string& third) override;
-    Variant GetCallingCardList(Variant& list) override;
-    Variant SetCallingCardNumber(std::string& cardId, const std::string& number) override;
-    Variant GetISPList(const std::string& destination, Variant& list) override;
-    Variant SaveISPList(const std::string& destination, Variant& list) override;
-    Variant RefreshISPList(const std::string& destination) override;
+                        const std::string& ispPassword) override {
+        return Call("SetISPLogin", user, ispName, ispUser, ispPassword);
+    }
+    Variant GetISPLogin(std::string& user, std::string& ispName, Variant& login) override {
+        return Call("GetISPLogin", user, ispName, login);
+    }
+    Variant SaveUser(std::string& user, std::string& password, const std::string& third) override {
+        return Call("SaveUser", user, password, third);
+    }
+    Variant GetUser(std::string& user, std::string& password, std::string& third) override {
+        return Call("GetUser", user, password, third);
+    }
+    Variant GetCallingCardList(Variant& list) override { return Call("GetCallingCardList", list); }
+    Variant SetCallingCardNumber(std::string& cardId, const std::string& number) override {
+        return Call("SetCallingCardNumber", cardId, number);
+    }
+    Variant GetISPList(const std::string& destination, Variant& list) override {
+        return Call("GetISPList", destination, list);
+    }
+    Variant SaveISPList(const std::string& destination, Variant& list) override {
+        return Call("SaveISPList", destination, list);
+    }
+    Variant RefreshISPList(const std::string& destination) override {
+        return Call("RefreshISPList", destination);
+    }
     Variant GetPolicySetting(std::string& user, const std::string& key,
-                             std::string& value) override;
-    Variant CancelFileTransfer() override;
+                             std::string& value) override {
+        return Call("GetPolicySetting", user, key, value);
+    }
+    Variant CancelFileTransfer() override { return Call("CancelFileTransfer"); }
 
     std::int32_t GetIDsOfNames(const std::string& name) override;
     Variant Invoke(std::int32_t id, std::span<Variant> args) override;
@@ -125,6 +176,28 @@ class ScriptedEngine : public dialer::Dravlink {
   private:
     // Records the call, runs its hook and picks its reply; throws the reply's failure.
     EngineReply Answer(const std::string& op, std::vector<Variant> args);
+    // Answers op with args recorded, and writes the reply's outs into the arguments taken by
+    // non-const reference.
+    template <class... A>
+    Variant Call(const std::string& op, A&... args) {
+        const EngineReply reply = Answer(op, {Variant(args)...});
+        int pos = 0;
+        (Out(reply, pos++, args), ...);
+        return reply.result;
+    }
+    template <class T>
+    static void Out(const EngineReply& reply, int pos, T& arg) {
+        const auto it = reply.outs.find(pos);
+        if (it == reply.outs.end())
+            return;
+        if constexpr (std::is_same_v<T, std::string>) {
+            arg = automation::CStr(it->second);
+        } else if constexpr (std::is_same_v<T, std::int32_t>) {
+            arg = automation::CLng(it->second);
+        } else if constexpr (std::is_same_v<T, Variant>) {
+            arg = it->second;
+        }
+    }
     dialer::DravlinkEvents& Sink() const;
 
     std::vector<RecordedCall> calls_;

@@ -7,19 +7,12 @@ using namespace kw::automation;
 
 namespace {
 
-TEST(SafeArrayShape, DefaultIsOneEmptyDimension) {
-    const SafeArray a;
-    EXPECT_EQ(a.Dims(), 1);
-    EXPECT_EQ(a.LBound(), 0);
-    EXPECT_EQ(a.UBound(), -1);
-    EXPECT_EQ(a.Count(), 0u);
-    EXPECT_EQ(a.Element(), SafeArray::ElementType::Variant);
-    EXPECT_EQ(FailureNumber([&] { a.Get(0); }), err::kSubscriptOutOfRange);
-    EXPECT_EQ(FailureNumber([&] { a.LBound(2); }), err::kSubscriptOutOfRange);
-    EXPECT_EQ(FailureNumber([&] { a.UBound(0); }), err::kSubscriptOutOfRange);
-}
-
 TEST(SafeArrayShape, BoundsOfEachDimension) {
+    const SafeArray none;
+    EXPECT_EQ(none.Dims(), 1);
+    EXPECT_EQ(none.UBound(), -1);
+    EXPECT_EQ(none.Count(), 0u);
+
     const SafeArray a = SafeArray::TwoDim(-1, 1, 5, 8);
     EXPECT_EQ(a.Dims(), 2);
     EXPECT_EQ(a.LBound(1), -1);
@@ -27,10 +20,11 @@ TEST(SafeArrayShape, BoundsOfEachDimension) {
     EXPECT_EQ(a.LBound(2), 5);
     EXPECT_EQ(a.UBound(2), 8);
     EXPECT_EQ(a.Count(), 12u);
-    EXPECT_EQ(FailureNumber([&] { a.UBound(3); }), err::kSubscriptOutOfRange);
-
     EXPECT_EQ(SafeArray::OneDim(3, 2).Count(), 0u);  // an empty dimension
     EXPECT_EQ(SafeArray::TwoDim(0, -1, 1, 4).Count(), 0u);
+    for (int dimension : {0, 3}) {
+        EXPECT_EQ(FailureNumber([&] { a.UBound(dimension); }), err::kSubscriptOutOfRange);
+    }
     EXPECT_EQ(FailureNumber([] { SafeArray::OneDim(3, 1); }), err::kSubscriptOutOfRange);
     EXPECT_EQ(FailureNumber([] { SafeArray::TwoDim(0, 1, 2, 0); }), err::kSubscriptOutOfRange);
 }
@@ -42,23 +36,20 @@ TEST(SafeArrayElements, FirstSubscriptVariesFastestInStorage) {
     }
     const auto& storage = a.Storage();
     ASSERT_EQ(storage.size(), 6u);
-    const int rows = 3;
     for (int row = 1; row <= 3; ++row) {
         for (int field = 10; field <= 11; ++field) {
-            const std::size_t offset = static_cast<std::size_t>((row - 1) + (field - 10) * rows);
+            const auto offset = static_cast<std::size_t>((row - 1) + (field - 10) * 3);
             EXPECT_EQ(CLng(storage[offset]), row * 100 + field);
             EXPECT_EQ(CLng(a.Get(row, field)), row * 100 + field);
         }
     }
-    EXPECT_EQ(CLng(storage[1]), 210);  // (2,10) right after (1,10)
-    EXPECT_EQ(CLng(storage[3]), 111);  // (1,11) after the whole first field
 }
 
 TEST(SafeArrayElements, SubscriptsOutsideTheBoundsOrOfTheWrongCountFail) {
     SafeArray one = SafeArray::OneDim(1, 3);
     SafeArray two = SafeArray::TwoDim(0, 1, 1, 2);
+    EXPECT_EQ(FailureNumber([&] { SafeArray().Get(0); }), err::kSubscriptOutOfRange);
     EXPECT_EQ(FailureNumber([&] { one.Get(0); }), err::kSubscriptOutOfRange);
-    EXPECT_EQ(FailureNumber([&] { one.Get(4); }), err::kSubscriptOutOfRange);
     EXPECT_EQ(FailureNumber([&] { one.Set(4, 1); }), err::kSubscriptOutOfRange);
     EXPECT_EQ(FailureNumber([&] { one.Get(1, 1); }), err::kSubscriptOutOfRange);
     EXPECT_EQ(FailureNumber([&] { two.Get(0); }), err::kSubscriptOutOfRange);
@@ -66,23 +57,18 @@ TEST(SafeArrayElements, SubscriptsOutsideTheBoundsOrOfTheWrongCountFail) {
     EXPECT_EQ(FailureNumber([&] { two.Get(0, 0); }), err::kSubscriptOutOfRange);
     EXPECT_EQ(FailureNumber([&] { two.Get(0, 3); }), err::kSubscriptOutOfRange);
     EXPECT_EQ(FailureNumber([&] { two.Get(-1, 1); }), err::kSubscriptOutOfRange);
-    EXPECT_EQ(FailureNumber([&] { one.Get(1); }), 0);
+    EXPECT_EQ(FailureNumber([&] { one.Get(3); }), 0);
     EXPECT_EQ(FailureNumber([&] { two.Get(1, 2); }), 0);
 }
 
-TEST(SafeArrayElements, VariantElementsStartEmptyAndKeepTheirType) {
-    SafeArray a = SafeArray::OneDim(0, 2);
-    EXPECT_TRUE(a.Get(0).IsEmpty());
-    a.Set(1, 2.5);
-    a.Set(2, Variant::Null());
-    EXPECT_EQ(a.Get(1).Type(), VarType::Double);
-    EXPECT_TRUE(a.Get(2).IsNull());
-}
+TEST(SafeArrayElements, VariantElementsStartEmptyStringElementsHoldConvertedText) {
+    SafeArray v = SafeArray::OneDim(0, 1);
+    EXPECT_TRUE(v.Get(0).IsEmpty());
+    v.Set(1, Variant::Null());
+    EXPECT_TRUE(v.Get(1).IsNull());
 
-TEST(SafeArrayElements, StringElementsHoldConvertedText) {
     SafeArray a = SafeArray::TwoDim(0, 1, 0, 1, SafeArray::ElementType::String);
-    EXPECT_EQ(a.Get(1, 1).Type(), VarType::String);
-    EXPECT_EQ(CStr(a.Get(1, 1)), "");
+    EXPECT_EQ(a.Get(1, 1), Variant(""));
     a.Set(0, 0, 7);
     a.Set(0, 1, true);
     a.Set(1, 0, 2.5);
@@ -90,7 +76,7 @@ TEST(SafeArrayElements, StringElementsHoldConvertedText) {
     EXPECT_EQ(a.Get(0, 1), Variant("True"));
     EXPECT_EQ(a.Get(1, 0), Variant("2.5"));
     EXPECT_EQ(FailureNumber([&] { a.Set(1, 1, Variant::Null()); }), err::kInvalidUseOfNull);
-    EXPECT_EQ(CStr(a.Get(1, 1)), "");  // a failed store leaves the element alone
+    EXPECT_EQ(a.Get(1, 1), Variant(""));  // a failed store leaves the element alone
 }
 
 TEST(SafeArrayCopies, CopiesAreIndependentAndCompareByValue) {
@@ -102,19 +88,16 @@ TEST(SafeArrayCopies, CopiesAreIndependentAndCompareByValue) {
 
     SafeArray b = a;
     EXPECT_EQ(a, b);
-    b.Set(1, "y");
-    EXPECT_EQ(CStr(a.Get(1)), "x");
-    EXPECT_FALSE(a == b);
-
-    SafeArray c = a;
-    SafeArray inner = c.Get(2).ToArray();
+    SafeArray inner = b.Get(2).ToArray();
     inner.Set(0, 2);
-    c.Set(2, Variant(inner));
+    b.Set(2, Variant(inner));
     EXPECT_EQ(CLng(a.Get(2).ToArray().Get(0)), 1);  // the nested array was copied too
+    EXPECT_FALSE(a == b);
 
     EXPECT_FALSE(SafeArray::OneDim(0, 1) ==
                  SafeArray::OneDim(0, 1, SafeArray::ElementType::String));
     EXPECT_FALSE(SafeArray::OneDim(0, 3) == SafeArray::TwoDim(0, 1, 0, 1));
+    EXPECT_FALSE(SafeArray::OneDim(0, 2) == SafeArray::OneDim(1, 3));
 }
 
 }  // namespace

@@ -19,7 +19,6 @@ class DialForm : public forms::Form {
         btnConnect.Move(8, 30, 80, 24);
         btnConnect.SetCaption("&Connect");
         btnCancel.Move(96, 30, 80, 24);
-        btnCancel.SetCaption("Cancel");
         txtUser.Move(8, 60, 120, 20);
         cmboFrom.Move(8, 86, 120, 20);
         cmboFrom.SetStyle(forms::combo::kDropdownList);
@@ -27,7 +26,6 @@ class DialForm : public forms::Form {
         chkSave.Move(8, 112, 120, 18);
         chkSave.SetCaption("Save password");
         fraDial.Move(8, 134, 150, 60);
-        fraDial.SetCaption("Dialing");
         rbTone.SetContainer(&fraDial);
         rbTone.Move(6, 16, 60, 18);
         rbTone.SetCaption("Tone");
@@ -36,15 +34,14 @@ class DialForm : public forms::Form {
         rbPulse.SetCaption("Pulse");
         imgLight0.Move(200, 8, 12, 12);
         imgLight0.SetToolTipText("Modem");
-        imgLight1.Move(214, 8, 12, 12);
         imgLight1.SetToolTipText("Dialing");
+        imgLight1.Move(214, 8, 12, 12);
         lstvDial.Move(170, 130, 140, 80);
+        barTransfer.Move(8, 200, 150, 12);
+        rtfRx.Move(8, 216, 150, 36);
         lstvDial.AddColumn("isp", "ISP", 80);
         lstvDial.AddColumn("pop", "POP", 60);
         lstvDial.SetCheckboxes(true);
-        barTransfer.Move(8, 200, 150, 12);
-        rtfRx.Move(8, 216, 150, 36);
-        chtRate.Move(170, 214, 140, 40);
 
         btnConnect.Click = [this] { Note("btnConnect_Click"); };
         btnCancel.Click = [this] { Note("btnCancel_Click"); };
@@ -64,8 +61,7 @@ class DialForm : public forms::Form {
         rbTone.Click = [this] { Note("rbTone_Click"); };
         rbPulse.Click = [this] { Note("rbPulse_Click"); };
         imgLight0.MouseDown = [this](int button, int, float x, float y) {
-            Note("imgLight_MouseDown:" + std::to_string(button) + "@" + std::to_string(int(x)) +
-                 "," + std::to_string(int(y)));
+            Note("imgLight_MouseDown:" + At(button, x, y));
         };
         imgLight0.MouseUp = [this](int, int, float, float) { Note("imgLight_MouseUp"); };
         imgLight0.Click = [this] { Note("imgLight_Click"); };
@@ -76,6 +72,9 @@ class DialForm : public forms::Form {
     }
 
     void Note(std::string line) { journal.push_back(std::move(line)); }
+    static std::string At(int button, float x, float y) {
+        return std::to_string(button) + "@" + std::to_string(int(x)) + "," + std::to_string(int(y));
+    }
 
     forms::Label lblStatus{*this, "lblStatus"};
     forms::CommandButton btnConnect{*this, "btnConnect"};
@@ -92,7 +91,6 @@ class DialForm : public forms::Form {
     forms::ListView lstvDial{*this, "lstvDial"};
     forms::ProgressBar barTransfer{*this, "barTransfer"};
     forms::RichTextBox rtfRx{*this, "rtfRx"};
-    forms::Chart chtRate{*this, "chtRate"};
     forms::Timer tmrBlink{*this, "tmrBlink"};
 
     std::vector<std::string> journal;
@@ -101,12 +99,10 @@ class DialForm : public forms::Form {
 
   protected:
     void Form_MouseDown(int button, int, float x, float y) override {
-        formEvents.push_back("down:" + std::to_string(button) + "@" + std::to_string(int(x)) + "," +
-                             std::to_string(int(y)));
+        formEvents.push_back("down:" + At(button, x, y));
     }
     void Form_MouseMove(int button, int, float x, float y) override {
-        formEvents.push_back("move:" + std::to_string(button) + "@" + std::to_string(int(x)) + "," +
-                             std::to_string(int(y)));
+        formEvents.push_back("move:" + At(button, x, y));
     }
     void Form_MouseUp(int button, int, float, float) override {
         formEvents.push_back("up:" + std::to_string(button));

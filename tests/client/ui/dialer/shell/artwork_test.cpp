@@ -15,7 +15,9 @@ namespace {
 
 namespace L = layout;
 
-BitmapBits Read(const std::string& picture) { return ReadBitmapFile(std::string(KW_ASSETS_DIR) + "/" + picture); }
+BitmapBits Read(const std::string& picture) {
+    return ReadBitmapFile(std::string(KW_ASSETS_DIR) + "/" + picture);
+}
 
 Region ShapeOf(const std::string& picture) {
     const BitmapBits bits = Read(picture);
