@@ -201,60 +201,51 @@ TEST_F(PromptsTest, DebugTextAndTransfersReachTheUser) {
 
 // ---- the two login dialogs, case by case ----
 
+// The two login dialogs accept different pairs and refuse them under different captions.
 struct LoginCase {
     std::string user;
     std::string password;
     bool accepted;
 };
 
-TEST_F(PromptsTest, VpnLoginAcceptsAnyNameAndRefusesAnEmptyOneCaptionedLogin) {
-    StartIdle();
-    frmLogin& login = app->Form<frmLogin>();
-    for (const LoginCase& c : std::vector<LoginCase>{
-             {"anna", "pw", true}, {"anna", "", true}, {"", "", false}, {"", "pw", false}}) {
+template <class Dialog>
+void CheckLoginTable(headless::HeadlessPlatform& platform, Dialog& login,
+                     const std::vector<LoginCase>& cases, const std::string& refusalCaption) {
+    platform.AnswerBoxes([](const headless::BoxRecord&) { return kResultOk; });
+    for (const LoginCase& c : cases) {
         login.LoginAccepted = false;
         platform.ClearBoxes();
         login.Show();
         login.txtUserName.SetText(c.user);
         login.txtPassword.SetText(c.password);
-        platform.AnswerBoxes([](const headless::BoxRecord&) { return kResultOk; });
         login.cmdOK.UserClick();
         EXPECT_EQ(login.LoginAccepted, c.accepted) << c.user << "/" << c.password;
-        EXPECT_EQ(login.Visible(), !c.accepted);
+        EXPECT_EQ(login.Visible(), !c.accepted) << "a refused entry leaves the dialog open";
         if (!c.accepted) {
             ASSERT_EQ(platform.Boxes().size(), 1u);
             EXPECT_EQ(platform.Boxes()[0].text, "Invalid User Name, try again!");
-            EXPECT_EQ(platform.Boxes()[0].caption, "Login");
+            EXPECT_EQ(platform.Boxes()[0].caption, refusalCaption);
             EXPECT_EQ(platform.Boxes()[0].flags, 0x10000);
             EXPECT_TRUE(login.txtUserName.HasFocus());
-        } else {
-            EXPECT_EQ(app->UserName, c.user);
-            EXPECT_EQ(app->Password, c.password);
         }
         login.Hide();
     }
 }
 
+TEST_F(PromptsTest, VpnLoginAcceptsAnyNameAndRefusesAnEmptyOneCaptionedLogin) {
+    StartIdle();
+    CheckLoginTable(platform, app->Form<frmLogin>(),
+                    {{"anna", "pw", true}, {"anna", "", true}, {"", "", false}, {"", "pw", false}},
+                    "Login");
+    EXPECT_EQ(app->UserName, "anna") << "the accepted pair is taken";
+    EXPECT_EQ(app->Password, "");
+}
+
 TEST_F(PromptsTest, IspLoginRefusesOnlyAPasswordWithoutANameCaptionedKestrelway) {
     StartIdle();
-    frmISPLogin& login = app->Form<frmISPLogin>();
-    for (const LoginCase& c : std::vector<LoginCase>{
-             {"joe", "pw", true}, {"joe", "", true}, {"", "", true}, {"", "pw", false}}) {
-        login.LoginAccepted = false;
-        platform.ClearBoxes();
-        login.Show();
-        login.txtUserName.SetText(c.user);
-        login.txtPassword.SetText(c.password);
-        platform.AnswerBoxes([](const headless::BoxRecord&) { return kResultOk; });
-        login.cmdOK.UserClick();
-        EXPECT_EQ(login.LoginAccepted, c.accepted) << c.user << "/" << c.password;
-        EXPECT_EQ(login.Visible(), !c.accepted);
-        if (!c.accepted) {
-            ASSERT_EQ(platform.Boxes().size(), 1u);
-            EXPECT_EQ(platform.Boxes()[0].caption, "Kestrelway");
-        }
-        login.Hide();
-    }
+    CheckLoginTable(platform, app->Form<frmISPLogin>(),
+                    {{"joe", "pw", true}, {"joe", "", true}, {"", "", true}, {"", "pw", false}},
+                    "Kestrelway");
 }
 
 TEST_F(PromptsTest, IspLoginCentresOnTheMainWindowMirroringAPlaceLeftOfTheScreen) {
