@@ -74,13 +74,12 @@ TEST_F(DragTest, AMoveWithoutAPressOrAfterTheReleaseMovesNothing) {
     EXPECT_EQ(win.Left(), left);
 }
 
-TEST_F(DragTest, TheOpenPulloutsAndThePerformancePanelFollowToTheirPlaces) {
+TEST_F(DragTest, TheOpenPulloutsFollowToTheirPlacesAndTheClosedOnesStay) {
     MainWin& win = Win();
     MorePullout& more = Get<MorePullout>();
-    PerfPulldown& perf = Get<PerfPulldown>();
+    const int fromLeft = Get<FromPullout>().Left();
     win.btnMorePullout.UserClick();
     more.btnDisplay.UserClick();
-
     CursorTo(OnScreen(60, 20));
     win.UserMouseDown(kLeft, 0, 60, 20);
     CursorTo({300, 150});
@@ -95,21 +94,7 @@ TEST_F(DragTest, TheOpenPulloutsAndThePerformancePanelFollowToTheirPlaces) {
     EXPECT_EQ(more.Top(), my + 227);
     EXPECT_EQ(Get<DisplayPullout>().Left(), mx + 114);
     EXPECT_EQ(Get<DisplayPullout>().Top(), my + 127);
-    EXPECT_EQ(perf.Left(), mx + FrameWidth());
-    EXPECT_EQ(perf.Top(), my + 176) << "retracted";
-    EXPECT_EQ(perf.Width(), perf.Image1.Width() + 20);
-    EXPECT_EQ(perf.Height(), perf.Image1.Height() + 10);
-    // FromPullout is closed: it stays where it is.
-    EXPECT_FALSE(Get<FromPullout>().Visible());
-
-    win.UserMouseUp(kLeft, 0, 0, 0);
-    perf.downBtn.UserClick();
-    CursorTo(OnScreen(60, 20));
-    win.UserMouseDown(kLeft, 0, 60, 20);
-    CursorBy(7, 9);
-    win.UserMouseMove(kLeft, 0, 0, 0);
-    EXPECT_EQ(perf.Top(), win.Top() + 300) << "pulled down";
-    EXPECT_EQ(perf.Left(), win.Left() + FrameWidth());
+    EXPECT_EQ(Get<FromPullout>().Left(), fromLeft);
 }
 
 TEST_F(DragTest, APanelOfMorePulloutThatIsHiddenIsLeftBehind) {
@@ -140,18 +125,26 @@ TEST_F(DragTest, APanelOfMorePulloutThatIsHiddenIsLeftBehind) {
     EXPECT_NE(display.Left(), win.Left() + 114);
 }
 
-class PerfPlaceTest : public WindowFamilyTest {};
-
-TEST_F(PerfPlaceTest, ThePanelJumpsDownAndBackCuttingItsPulledDownShapeOnce) {
+TEST_F(DragTest, ThePerformancePanelJumpsDownAndBackCutOnceAndFollowsADragInEitherPlace) {
     MainWin& win = Win();
     PerfPulldown& perf = Get<PerfPulldown>();
-    EXPECT_TRUE(perf.Visible());
-    EXPECT_EQ(perf.Left(), win.Left() + FrameWidth());
-    EXPECT_EQ(perf.Top(), win.Top() + 176);
     FormChanges changes;
     FormChanges main;
     perf.AddObserver(&changes);
     win.AddObserver(&main);
+    auto drag = [&] {
+        CursorTo(OnScreen(60, 20));
+        win.UserMouseDown(kLeft, 0, 60, 20);
+        CursorBy(7, 9);
+        win.UserMouseMove(kLeft, 0, 0, 0);
+        win.UserMouseUp(kLeft, 0, 0, 0);
+        EXPECT_EQ(perf.Left(), win.Left() + FrameWidth());
+    };
+    EXPECT_TRUE(perf.Visible());
+    drag();
+    EXPECT_EQ(perf.Top(), win.Top() + 176) << "retracted";
+    EXPECT_EQ(perf.Width(), perf.Image1.Width() + 20);
+    EXPECT_EQ(perf.Height(), perf.Image1.Height() + 10);
 
     perf.downBtn.UserClick();
     EXPECT_TRUE(win.perfDown);
@@ -160,6 +153,8 @@ TEST_F(PerfPlaceTest, ThePanelJumpsDownAndBackCuttingItsPulledDownShapeOnce) {
     EXPECT_EQ(perf.Width(), perf.Image1.Width() + 15);
     EXPECT_EQ(perf.Height(), perf.Image1.Height() + 22);
     EXPECT_EQ(changes.Of(forms::FormProperty::Region), 1);
+    drag();
+    EXPECT_EQ(perf.Top(), win.Top() + 300) << "pulled down";
 
     perf.downBtn.UserClick();
     EXPECT_FALSE(win.perfDown);
