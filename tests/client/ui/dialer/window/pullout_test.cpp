@@ -11,14 +11,13 @@ using forms::FormProperty;
 
 class PulloutTest : public WindowFamilyTest {};
 
-TEST_F(PulloutTest, ATabOpensItsPulloutBesideTheWindowClosingTheOpenOneAndASecondClickClosesIt) {
+TEST_F(PulloutTest, ATabOpensItsPulloutBesideTheWindowClosingTheOpenOne) {
     MainWin& win = Win();
     const std::string rxFace = win.btnRxPullout.Picture();
     ToPullout& to = Get<ToPullout>();
     win.btnToPullout.UserClick();
     EXPECT_TRUE(to.Visible() && win.toShown);
-    EXPECT_EQ(to.Left(), win.Left() + 90);
-    EXPECT_EQ(to.Top(), win.Top() + 80);
+    EXPECT_EQ(Beside(to), (std::pair{90, 80}));
     EXPECT_EQ(to.Width(), 400);
     EXPECT_EQ(to.Height(), 232);
     EXPECT_EQ(win.btnToPullout.Picture(), win.btnLeft.Picture());
@@ -38,8 +37,7 @@ TEST_F(PulloutTest, ATabOpensItsPulloutBesideTheWindowClosingTheOpenOneAndASecon
     MorePullout& more = Get<MorePullout>();
     EXPECT_FALSE(Get<RxPullout>().Visible());
     EXPECT_TRUE(more.Visible());
-    EXPECT_EQ(more.Left(), win.Left() + 114);
-    EXPECT_EQ(more.Top(), win.Top() + 227);
+    EXPECT_EQ(Beside(more), (std::pair{114, 227}));
     EXPECT_EQ(win.btnMorePullout.Picture(), win.btnLeft.Picture());
 }
 
@@ -168,8 +166,7 @@ TEST_F(MorePulloutTest, ItsButtonsOpenOneAtATimeAboveItUnlessTheOpenOneRefuses) 
     DisplayPullout& display = Get<DisplayPullout>();
     more.btnLog.UserClick();
     EXPECT_TRUE(log.Visible() && win.logShown);
-    EXPECT_EQ(log.Left(), win.Left() + 114);
-    EXPECT_EQ(log.Top(), win.Top() + 127);
+    EXPECT_EQ(Beside(log), (std::pair{114, 127}));
     EXPECT_EQ(log.Width(), 320);
 
     more.btnDisplay.UserClick();
@@ -205,8 +202,7 @@ TEST_F(MorePulloutTest, ClickingTheOpenPanelsButtonNeitherClosesNorRecutsButPlac
     EXPECT_TRUE(display.Visible() && win.displayShown);
     EXPECT_EQ(changes.Of(FormProperty::Region), 1);
     EXPECT_EQ(WindowRegion(display), shape);
-    EXPECT_EQ(display.Left(), win.Left() + 114);
-    EXPECT_EQ(display.Top(), win.Top() + 127);
+    EXPECT_EQ(Beside(display), (std::pair{114, 127}));
     display.RemoveObserver(&changes);
 }
 
