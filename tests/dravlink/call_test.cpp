@@ -14,6 +14,11 @@ using Codes = std::vector<int>;
 
 const std::string kLab = "Engineering Lab";  // a plain call: no scenario of its own
 
+// A hook that answers the prompts of one kind.
+std::function<std::string(const Seen&)> Answer(std::string what, std::string answer) {
+    return [=](const Seen& s) { return s.what == what ? answer : std::string(); };
+}
+
 bool Has(const std::vector<std::string>& texts, const std::string& part) {
     return std::any_of(texts.begin(), texts.end(),
                        [&](const std::string& t) { return t.find(part) != std::string::npos; });
@@ -143,7 +148,7 @@ TEST_F(SimulatorTest, PromptsAreAnsweredAndTheCallGoesOnWithTheAnswer) {
 
     Start("question");
     sink_.seen.clear();
-    sink_.answerYesNo = [] { return true; };
+    sink_.on = Answer("YESNO", "y");
     Call(kLab);
     ASSERT_EQ(sink_.Of("YESNO").size(), 1u);
     EXPECT_TRUE(Has(sink_.Of("YESNO"), "compression"));
@@ -152,7 +157,7 @@ TEST_F(SimulatorTest, PromptsAreAnsweredAndTheCallGoesOnWithTheAnswer) {
 
     Start("choice");
     sink_.seen.clear();
-    sink_.answerChoice = [](const std::vector<std::string>& choices) { return choices.at(2); };
+    sink_.on = [&](const Seen& s) { return s.what == "INFO" ? sink_.choicesOffered.at(2) : ""; };
     Call(kLab);
     ASSERT_EQ(sink_.choicesOffered.size(), 3u);
     EXPECT_EQ(sink_.Of("P202")[0], "Creating tunnel to " + sink_.choicesOffered[2]);
@@ -171,7 +176,7 @@ TEST_F(SimulatorTest, ARefusedIspLoginAsksForAnotherAndRemembersItACancelledOneH
     // Cancelled, or answered with a placeholder password by a client that cannot show its dialog.
     for (const char* answer : {"", "ana^qqq"}) {
         sink_.seen.clear();
-        sink_.answerLogin = [&](const std::string&) { return std::string(answer); };
+        sink_.on = Answer("LOGIN", answer);
         Call(kLab);
         EXPECT_EQ(sink_.Codes(), (Codes{102, 103, 104, 105, 132, 31, 32})) << answer;
     }
@@ -183,12 +188,9 @@ TEST_F(SimulatorTest, ARefusedIspLoginAsksForAnotherAndRemembersItACancelledOneH
 
     Start("isp-password");
     sink_.seen.clear();
-    sink_.answerLogin = [](const std::string& name) {
-        EXPECT_EQ(name, "ana") << "the prompt offers the name on record";
-        return std::string("ana.isp^n3w-pass");
-    };
+    sink_.on = Answer("LOGIN", "ana.isp^n3w-pass");
     Call(kLab);
-    EXPECT_EQ(sink_.Of("LOGIN").size(), 1u);
+    EXPECT_EQ(sink_.Of("LOGIN"), std::vector<std::string>{"ana"}) << "offered the name on record";
     EXPECT_EQ(sink_.Codes().back(), 1);
     ASSERT_TRUE(CBool(engine_->GetISPLogin(user, isp, login)));
     EXPECT_EQ(CStr(login.ToArray().Get(0)), "ana.isp");
@@ -199,7 +201,9 @@ TEST_F(SimulatorTest, APromptWaitsForItsAnswerWhileStatisticsKeepArriving) {
     Start("input");
     std::size_t statsDuringPrompt = 0;
     Codes codesDuringPrompt;
-    sink_.answerInput = [&] {
+    sink_.on = [&](const Seen& s) {
+        if (s.what != "INPUT")
+            return std::string();
         // The user takes five seconds to type: the dialog's loop runs the engine's timers.
         const auto stats = sink_.stats.size();
         const auto codes = sink_.Codes();
@@ -217,7 +221,7 @@ TEST_F(SimulatorTest, APromptWaitsForItsAnswerWhileStatisticsKeepArriving) {
 
 TEST_F(SimulatorTest, ACallHomeFetchesTheFilesToTheEndCanBeCancelledAndNeverMeansNever) {
     Start("call-home");
-    sink_.answerNowLaterNever = "y";
+    sink_.on = Answer("NLN", "y");
     Hangup(Call(kLab, 30000));
     ASSERT_GE(sink_.transfers.size(), 4u);
     const SafeArray& last = sink_.transfers.back().ToArray();
@@ -242,7 +246,7 @@ TEST_F(SimulatorTest, ACallHomeFetchesTheFilesToTheEndCanBeCancelledAndNeverMean
     EXPECT_FALSE(CBool(engine_->CancelFileTransfer()));
     Hangup(handle);
 
-    sink_.answerNowLaterNever = "n";
+    sink_.on = Answer("NLN", "n");
     Hangup(Call(kLab));
     Call(kLab);
     EXPECT_EQ(sink_.Of("NLN").size(), 3u) << "after Never the offer does not come again";
@@ -257,10 +261,10 @@ TEST_F(SimulatorTest, DisconnectInsideAProgressOrErrorHandlerStopsTheSetUpCleanl
         sink_.seen.clear();
         std::int32_t handle = 0;
         // As the client does on an error: the error box, then its disconnect branch.
-        sink_.onError = [&] { engine_->Disconnect(handle); };
-        sink_.onProgress = [&](std::int16_t code) {
-            if (code == 103 && *scenario == '\0')
+        sink_.on = [&](const Seen& s) {
+            if (s.what == (*scenario ? "E" : "P103"))
                 engine_->Disconnect(handle);
+            return std::string();
         };
         DialList("Home Office", kLab);
         handle = CLng(engine_->Connect(kLab, false));
@@ -274,11 +278,13 @@ TEST_F(SimulatorTest, DisconnectWhileAQuestionIsOpenBringsTheLineDownInsideTheDi
     Start("question");
     std::int32_t handle = 0;
     Codes codesInside;
-    sink_.answerYesNo = [&] {
+    sink_.on = [&](const Seen& s) {
+        if (s.what != "YESNO")
+            return std::string();
         engine_->Disconnect(handle);
         platform_.Advance(3000);  // the box is still up; the line comes down meanwhile
         codesInside = sink_.Codes();
-        return true;
+        return std::string("y");
     };
     DialList("Home Office", kLab);
     handle = CLng(engine_->Connect(kLab, false));
@@ -291,9 +297,10 @@ TEST_F(SimulatorTest, DisconnectWhileAQuestionIsOpenBringsTheLineDownInsideTheDi
 TEST_F(SimulatorTest, ANewCallStartedFromTheLineDownHandlerRunsNormally) {
     Start();
     int calls = 0;
-    sink_.onProgress = [&](std::int16_t code) {
-        if (code == 32 && calls++ == 0)
+    sink_.on = [&](const Seen& s) {
+        if (s.what == "P32" && calls++ == 0)
             engine_->Connect(kLab, false);
+        return std::string();
     };
     Hangup(Call(kLab), 15000);
     const auto codes = sink_.Codes();
@@ -303,9 +310,10 @@ TEST_F(SimulatorTest, ANewCallStartedFromTheLineDownHandlerRunsNormally) {
 
 TEST_F(SimulatorTest, ReleasingTheEngineInsideAHandlerEndsEverythingWithoutHarm) {
     Start();
-    sink_.onProgress = [&](std::int16_t code) {
-        if (code == 104)
+    sink_.on = [&](const Seen& s) {
+        if (s.what == "P104")
             Stop();
+        return std::string();
     };
     Call(kLab);
     EXPECT_EQ(sink_.Codes(), (Codes{102, 103, 104}));

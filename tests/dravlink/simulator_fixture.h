@@ -29,7 +29,8 @@ struct Seen {
     std::int64_t at = 0;
 };
 
-// A sink that records everything and answers prompts through hooks the test sets.
+// A sink that records everything and hands each event to the test's hook as it arrives; what the
+// hook gives is the answer to a prompt (any text is Yes to a question).
 class RecordingSink : public kw::dialer::DravlinkEvents {
   public:
     explicit RecordingSink(kw::headless::HeadlessPlatform& platform) : platform_(platform) {}
@@ -38,13 +39,7 @@ class RecordingSink : public kw::dialer::DravlinkEvents {
     std::vector<Variant> lists, transfers;
     std::vector<std::pair<Variant, Variant>> stats;
     std::vector<std::string> choicesOffered;
-    std::function<void(std::int16_t)> onProgress;
-    std::function<void()> onError;
-    std::function<std::string(const std::string& user)> answerLogin;
-    std::function<bool()> answerYesNo;
-    std::function<std::string(const std::vector<std::string>&)> answerChoice;
-    std::function<std::string()> answerInput;
-    std::string answerNowLaterNever = "l";
+    std::function<std::string(const Seen&)> on;
 
     std::vector<int> Codes() const {
         std::vector<int> codes;
@@ -74,11 +69,7 @@ class RecordingSink : public kw::dialer::DravlinkEvents {
         transfers.push_back(transfer);
         Add("XFER", CStr(transfer.ToArray().Get(7)));
     }
-    void ErrorEvent(std::string& message) override {
-        Add("E", message);
-        if (onError)
-            onError();
-    }
+    void ErrorEvent(std::string& message) override { Add("E", message); }
     void GetConnectionStatistics(Variant& isp, Variant& vpn) override {
         stats.emplace_back(isp, vpn);
         Add("STATS", "");
@@ -88,42 +79,38 @@ class RecordingSink : public kw::dialer::DravlinkEvents {
         Add("LIST", message);
     }
     void GetUserInfo(std::string& prompt, Variant& choices, std::string& answer) override {
-        Add("INFO", prompt);
-        choicesOffered.clear();
         const SafeArray& a = choices.ToArray();
+        choicesOffered.clear();
         for (std::int32_t i = a.LBound(); i <= a.UBound(); ++i) {
             choicesOffered.push_back(CStr(a.Get(i)));
         }
-        answer = answerChoice ? answerChoice(choicesOffered) : "";
+        answer = Add("INFO", prompt);
     }
     void GetUserInput(std::string& prompt, std::string&, std::string& answer) override {
-        Add("INPUT", prompt);
-        answer = answerInput ? answerInput() : "";
+        answer = Add("INPUT", prompt);
     }
-    void GetUsernamePassword(std::string& prompt, std::string& user) override {
-        Add("LOGIN", prompt);
-        user = answerLogin ? answerLogin(user) : "";
+    // Records the name offered, not the prompt.
+    void GetUsernamePassword(std::string&, std::string& user) override {
+        user = Add("LOGIN", user);
     }
     void GetUserOk(std::string& message) override { Add("OK", message); }
     void GetUserYesNo(std::string& question, bool& answer) override {
-        Add("YESNO", question);
-        answer = answerYesNo && answerYesNo();
+        answer = !Add("YESNO", question).empty();
     }
     void GetUserNowLaterNever(std::string& question, std::string& answer) override {
-        Add("NLN", question);
-        answer = answerNowLaterNever;
+        answer = Add("NLN", question);
     }
     void DravDebug(std::string&) override {}
     void ProgressUpdate(std::int16_t code, std::string& text) override {
         Add("P" + std::to_string(code), text);
-        if (onProgress)
-            onProgress(code);
     }
     void StatusUpdate(std::string& text) override { Add("S", text); }
 
   private:
-    void Add(std::string what, std::string text) {
+    std::string Add(std::string what, std::string text) {
         seen.push_back(Seen{std::move(what), std::move(text), platform_.Now()});
+        const Seen event = seen.back();  // the hook may bring more events
+        return on ? on(event) : "";
     }
     kw::headless::HeadlessPlatform& platform_;
 };
