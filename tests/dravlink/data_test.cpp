@@ -75,11 +75,11 @@ TEST_F(SimulatorTest, SavedCredentialsAreReadableByAnotherProcessAndTheEngineTak
             _exit(2);
         }
         auto read = [&](const char* name) {
-            char text[256] = {};
-            reg::DWORD size = sizeof text;
-            reg::RegQueryValueExA(key, name, nullptr, nullptr, reinterpret_cast<reg::BYTE*>(text),
+            char value[256] = {};
+            reg::DWORD size = sizeof value;
+            reg::RegQueryValueExA(key, name, nullptr, nullptr, reinterpret_cast<reg::BYTE*>(value),
                                   &size);
-            return std::string(text);
+            return std::string(value);
         };
         const std::string stored = read("Password");
         _exit(read("UserName") == "ana" && stored != "s3cret pass" &&
