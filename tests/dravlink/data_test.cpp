@@ -74,18 +74,18 @@ TEST_F(SimulatorTest, SavedCredentialsAreReadableByAnotherProcessAndTheEngineTak
                                reg::KEY_QUERY_VALUE, &key) != 0) {
             _exit(2);
         }
-        char name[64] = {};
-        char stored[256] = {};
-        reg::DWORD type = 0;
-        reg::DWORD size = sizeof name;
-        reg::RegQueryValueExA(key, "UserName", nullptr, &type, reinterpret_cast<reg::BYTE*>(name),
-                              &size);
-        size = sizeof stored;
-        reg::RegQueryValueExA(key, "Password", nullptr, &type, reinterpret_cast<reg::BYTE*>(stored),
-                              &size);
-        const bool good = std::string(name) == "ana" && std::string(stored) != "s3cret pass" &&
-                          DecodePassword(stored) == "s3cret pass";
-        _exit(good ? 0 : 3);
+        auto read = [&](const char* name) {
+            char value[256] = {};
+            reg::DWORD size = sizeof value;
+            reg::RegQueryValueExA(key, name, nullptr, nullptr, reinterpret_cast<reg::BYTE*>(value),
+                                  &size);
+            return std::string(value);
+        };
+        const std::string stored = read("Password");
+        _exit(read("UserName") == "ana" && stored != "s3cret pass" &&
+                      DecodePassword(stored) == "s3cret pass"
+                  ? 0
+                  : 3);
     }
     int status = 0;
     ASSERT_EQ(waitpid(child, &status, 0), child);
@@ -111,11 +111,13 @@ TEST_F(SimulatorTest, LocationsAreCreatedOnlyOnAFreeNameAndOutliveTheEngine) {
     EXPECT_FALSE(Ok(engine_->LocationExists("Home Office"))) << "false: the name is taken";
     EXPECT_FALSE(Ok(engine_->LocationExists(" home office ")));
     EXPECT_TRUE(Ok(engine_->LocationExists("  Denver Hotel ")));
-    EXPECT_TRUE(Ok(engine_->SetLocationProperty("Denver Hotel", "CountryName", "UNITED STATES")));
-    EXPECT_TRUE(Ok(engine_->SetLocationProperty("Denver Hotel", "CountryCode", "1")));
-    EXPECT_TRUE(Ok(engine_->SetLocationProperty("Denver Hotel", "AreaCode", "303")));
-    EXPECT_FALSE(Ok(engine_->SetLocationProperty("Denver Hotel", "Colour", "red")));
-    EXPECT_FALSE(Ok(engine_->SetLocationProperty("Denver Hotel", "CountryCode", "one")));
+    auto set = [&](const char* property, const char* value) {
+        return Ok(engine_->SetLocationProperty("Denver Hotel", property, value));
+    };
+    EXPECT_TRUE(set("CountryName", "UNITED STATES") && set("CountryCode", "1") &&
+                set("AreaCode", "303"));
+    EXPECT_FALSE(set("Colour", "red"));
+    EXPECT_FALSE(set("CountryCode", "one"));
     Variant list;
     engine_->GetLocationList(list);
     EXPECT_EQ(list.ToArray().UBound(), 2) << "not listed before CreateLocation";
@@ -147,12 +149,10 @@ TEST_F(SimulatorTest, TheCountryTableIsReachedByNameWithRealDialingCodes) {
         ASSERT_EQ(a.Get(i + 1).Type(), kw::automation::VarType::Single);
         codes[CStr(a.Get(i))] = kw::automation::CSng(a.Get(i + 1));
     }
-    EXPECT_EQ(codes.at("UNITED STATES"), 1.0f);
-    EXPECT_EQ(codes.at("UNITED KINGDOM"), 44.0f);
-    EXPECT_EQ(codes.at("GERMANY"), 49.0f);
-    EXPECT_EQ(codes.at("JAPAN"), 81.0f);
-    EXPECT_EQ(codes.at("BRAZIL"), 55.0f);
-    EXPECT_EQ(codes.at("SOUTH AFRICA"), 27.0f);
+    for (const auto& [name, code] : std::map<std::string, float>{
+             {"UNITED STATES", 1}, {"UNITED KINGDOM", 44}, {"GERMANY", 49}, {"JAPAN", 81}}) {
+        EXPECT_EQ(codes.at(name), code) << name;
+    }
     EXPECT_EQ(codes.size(), a.Count() / 5) << "country names are unique";
 }
 
@@ -200,7 +200,7 @@ TEST_F(SimulatorTest, AUsLocationGetsItsOwnAreasPopsFirstThenTollFreeThenTheRest
     EXPECT_EQ(enabled[static_cast<std::size_t>(miami - numbers.begin())], "0");
     const auto weights = Column(rows, 7);
     EXPECT_LT(std::stoi(weights.front()), std::stoi(weights.back()));
-    EXPECT_EQ(sink_->Of("LIST").back(), "");
+    EXPECT_EQ(sink_.Of("LIST").back(), "");
 
     // Another country: its own POPs only; a destination limited to two ISPs uses only those.
     const auto london = Column(DialList("London Office", "Ostvarra Corporate"), 1);
@@ -243,7 +243,7 @@ TEST_F(SimulatorTest, ASavedPopOrderingComesBackAsSavedUntilRefreshed) {
         EXPECT_EQ(savedNumbers[r], numbers[order[r]]);
     }
     EXPECT_EQ(Column(saved, 6)[1], "0");
-    EXPECT_EQ(sink_->Of("LIST").back(), "") << "nothing new since the save";
+    EXPECT_EQ(sink_.Of("LIST").back(), "") << "nothing new since the save";
     // Other pairs keep their own lists.
     EXPECT_EQ(Column(DialList("Home Office", "Engineering Lab"), 1)[0], numbers[0]);
 
@@ -260,13 +260,12 @@ TEST_F(SimulatorTest, AnIspListSavedWithAnIspOffLeavesItsPopsOutOfTheDialList) {
     ASSERT_EQ(names, (std::vector<std::string>{"Bluewave Online", "Meridian Dial"}));
     EXPECT_EQ(Column(isps, 3), (std::vector<std::string>{"1", "1"}));
 
+    // Meridian first and on, Bluewave second and off: name, enabled, position.
     auto save = SafeArray::TwoDim(0, 1, 0, 6, SafeArray::ElementType::String);
-    save.Set(0, 0, Variant("Meridian Dial"));
-    save.Set(0, 1, Variant("1"));
-    save.Set(0, 2, Variant("0"));
-    save.Set(1, 0, Variant("Bluewave Online"));
-    save.Set(1, 1, Variant("0"));
-    save.Set(1, 2, Variant("1"));
+    const char* rows[2][3] = {{"Meridian Dial", "1", "0"}, {"Bluewave Online", "0", "1"}};
+    for (int r = 0; r < 2; ++r) {
+        for (int c = 0; c < 3; ++c) save.Set(r, c, Variant(rows[r][c]));
+    }
     Variant list(save);
     engine_->SaveISPList("Engineering Lab", list);
     engine_->GetISPList("Engineering Lab", isps);
@@ -297,9 +296,9 @@ TEST_F(SimulatorTest, DialListRequestsThatCannotBeServedSayWhy) {
     EXPECT_TRUE(DialList("Home Office", "Ostvarra Corporate").IsEmpty());
     const std::int32_t handle = CLng(engine_->Connect("Engineering Lab", false));
     platform_.Advance(5000);
-    EXPECT_EQ(sink_->Codes(), (std::vector<int>{202, 201, 1}));
+    EXPECT_EQ(sink_.Codes(), (std::vector<int>{202, 201, 1}));
     Hangup(handle);
-    EXPECT_EQ(sink_->Codes(), (std::vector<int>{202, 201, 1, 232, 231, 31, 32}));
+    EXPECT_EQ(sink_.Codes(), (std::vector<int>{202, 201, 1, 232, 231, 31, 32}));
 }
 
 // ---- the data files ----------------------------------------------------------------------------
@@ -313,54 +312,43 @@ TEST_F(SimulatorTest, TheFirstStartSeedsTheDataDirectoryAndLaterStartsKeepTheUse
     std::ofstream(dataDir_ / "engine.ini") << "[Engine]\nScenario = busy\n";
     Start();
     EXPECT_EQ(engine_->ScenarioFor("Engineering Lab"), "busy");
+    // An unknown scenario is refused, given directly or in the file.
+    EXPECT_THROW(Simulator(platform_, Options{dataDir_, {}, "meteor-strike"}), Failure);
+    std::ofstream(dataDir_ / "engine.ini") << "[Engine]\nScenario = meteor-strike\n";
+    EXPECT_THROW(Simulator(platform_, Options{dataDir_, {}, ""}), Failure);
 }
 
 TEST_F(SimulatorTest, AMalformedDataFileStopsTheStartNamingTheFileAndTheLine) {
-    Start();
-    engine_->Unadvise();
-    engine_.reset();
-    {
-        std::ofstream pops(dataDir_ / "pops.txt");
-        pops << "# a comment\n"
-                "Bluewave Online | 1 | 512 | 512-555-0134 | Austin | TX | V.90 | 1 | 1\n"
-                "\n"
-                "Bluewave Online | 1 | 512 | 512-555-0188 | Round Rock | TX | V.34 | 1\n";
+    const struct {
+        const char* file;
+        const char* content;
+        std::vector<std::string> told;
+    } cases[] = {
+        {"pops.txt",
+         "# a comment\n"
+         "Bluewave Online | 1 | 512 | 512-555-0134 | Austin | TX | V.90 | 1 | 1\n\n"
+         "Bluewave Online | 1 | 512 | 512-555-0188 | Round Rock | TX | V.34 | 1\n",
+         {"pops.txt, line 4", "expected 9 fields"}},
+        {"pops.txt",
+         "Nobody Net | 1 | 512 | 512-555-0101 | Austin | TX | V.90 | 1 | 1\n",
+         {"pops.txt, line 1", "Nobody Net"}},
+        {"accounts.ini", "[*]\nPassword = *\nPOPordering\n", {"accounts.ini, line 3"}},
+    };
+    Start();  // seeds the data directory
+    Stop();
+    for (const auto& c : cases) {
+        std::filesystem::remove(dataDir_ / "pops.txt");  // seeded again from the sample
+        std::ofstream(dataDir_ / c.file) << c.content;
+        try {
+            Simulator broken(platform_, Options{dataDir_, {}, ""});
+            ADD_FAILURE() << "the engine must not start on half its data: " << c.told[0];
+        } catch (const Failure& f) {
+            EXPECT_EQ(f.Number(), 429);
+            for (const auto& part : c.told) {
+                EXPECT_NE(f.Description().find(part), std::string::npos) << f.Description();
+            }
+        }
     }
-    try {
-        Simulator broken(platform_, Options{dataDir_, {}, ""});
-        FAIL() << "the engine must not start on half its data";
-    } catch (const Failure& f) {
-        EXPECT_EQ(f.Number(), 429);
-        EXPECT_NE(f.Description().find("pops.txt, line 4"), std::string::npos) << f.Description();
-        EXPECT_NE(f.Description().find("expected 9 fields"), std::string::npos);
-    }
-
-    std::ofstream(dataDir_ / "pops.txt") << "Nobody Net | 1 | 512 | 512-555-0101 | Austin | TX | "
-                                            "V.90 | 1 | 1\n";
-    try {
-        Simulator broken(platform_, Options{dataDir_, {}, ""});
-        FAIL();
-    } catch (const Failure& f) {
-        EXPECT_NE(f.Description().find("pops.txt, line 1"), std::string::npos) << f.Description();
-        EXPECT_NE(f.Description().find("Nobody Net"), std::string::npos);
-    }
-
-    fs::remove(dataDir_ / "pops.txt");  // seeded again from the sample
-    std::ofstream(dataDir_ / "accounts.ini") << "[*]\nPassword = *\nPOPordering\n";
-    try {
-        Simulator broken(platform_, Options{dataDir_, {}, ""});
-        FAIL();
-    } catch (const Failure& f) {
-        EXPECT_NE(f.Description().find("accounts.ini, line 3"), std::string::npos)
-            << f.Description();
-    }
-}
-
-TEST_F(SimulatorTest, AnUnknownScenarioIsRefused) {
-    EXPECT_THROW(Simulator(platform_, Options{dataDir_, {}, "meteor-strike"}), Failure);
-    Start();
-    std::ofstream(dataDir_ / "engine.ini") << "[Engine]\nScenario = meteor-strike\n";
-    EXPECT_THROW(Simulator(platform_, Options{dataDir_, {}, ""}), Failure);
 }
 
 TEST_F(SimulatorTest, TheSimulatorIsCreatedThroughTheFactoryByItsName) {
@@ -372,11 +360,7 @@ TEST_F(SimulatorTest, TheSimulatorIsCreatedThroughTheFactoryByItsName) {
     auto engine = kw::dialer::CreateEngine(kw::dialer::EngineContext{platform_});
     EXPECT_NE(std::dynamic_pointer_cast<Simulator>(engine), nullptr);
     EXPECT_TRUE(fs::exists(dir_ / "Ostvarra" / "Dravlink" / "pops.txt"));
-    if (saved) {
-        setenv("XDG_DATA_HOME", previous.c_str(), 1);
-    } else {
-        unsetenv("XDG_DATA_HOME");
-    }
+    saved ? setenv("XDG_DATA_HOME", previous.c_str(), 1) : unsetenv("XDG_DATA_HOME");
     kw::dialer::EngineFactory::Unregister(kSimulatorName);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <functional>
@@ -20,84 +21,168 @@ using kw::automation::CStr;
 using kw::automation::SafeArray;
 using kw::automation::Variant;
 
-// What a client saw, in order, with the virtual time it arrived.
+// What a client saw, in order ("P102", "S", "E", "STATS", "LIST", "OK", "YESNO", "INFO", "INPUT",
+// "LOGIN", "NLN", "XFER"), with the virtual time it arrived.
 struct Seen {
-    std::string what;  // "P102", "S", "E", "STATS", "LIST", "OK", "YESNO", "INFO", "INPUT",
-                       // "LOGIN", "NLN", "XFER", "DEBUG"
+    std::string what;
     std::string text;
     std::int64_t at = 0;
 };
 
-// A sink that records everything and answers prompts through hooks the test sets.
+// A sink that records everything and hands each event to the test's hook as it arrives; what the
+// hook gives is the answer to a prompt (any text is Yes to a question).
 class RecordingSink : public kw::dialer::DravlinkEvents {
   public:
     explicit RecordingSink(kw::headless::HeadlessPlatform& platform) : platform_(platform) {}
 
     std::vector<Seen> seen;
-    std::vector<Variant> lists;  // GetGenericISPList
+    std::vector<Variant> lists, transfers;
     std::vector<std::pair<Variant, Variant>> stats;
-    std::vector<Variant> transfers;
     std::vector<std::string> choicesOffered;
+    std::function<std::string(const Seen&)> on;
 
-    std::function<void(std::int16_t, const std::string&)> onProgress;
-    std::function<void(const std::string&)> onError;
-    std::function<std::string(const std::string&, const std::string&)> answerLogin;
-    std::function<bool(const std::string&)> answerYesNo;
-    std::function<std::string(const std::vector<std::string>&)> answerChoice;
-    std::function<std::string(const std::string&)> answerInput;
-    std::function<std::string(const std::string&)> answerNowLaterNever;
-    std::function<void(const std::string&)> onOk;
+    std::vector<int> Codes() const {
+        std::vector<int> codes;
+        for (const auto& s : seen) {
+            if (s.what.size() > 1 && s.what[0] == 'P')
+                codes.push_back(std::stoi(s.what.substr(1)));
+        }
+        return codes;
+    }
+    std::vector<std::string> Of(const std::string& what) const {
+        std::vector<std::string> texts;
+        for (const auto& s : seen) {
+            if (s.what == what)
+                texts.push_back(s.text);
+        }
+        return texts;
+    }
+    std::int64_t TimeOf(const std::string& what) const {
+        for (const auto& s : seen) {
+            if (s.what == what)
+                return s.at;
+        }
+        return -1;
+    }
 
-    std::vector<int> Codes() const;
-    std::vector<std::string> Of(const std::string& what) const;
-    int CountOf(const std::string& what) const;
-
-    void CHXferUpdate(Variant& first, Variant& transfer) override;
-    void ErrorEvent(std::string& message) override;
-    void GetConnectionStatistics(Variant& ispStats, Variant& vpnStats) override;
-    void GetGenericISPList(std::string& message, Variant& list) override;
-    void GetUserInfo(std::string& prompt, Variant& choices, std::string& answer) override;
-    void GetUserInput(std::string& prompt, std::string& defaultText, std::string& answer) override;
-    void GetUsernamePassword(std::string& prompt, std::string& user) override;
-    void GetUserOk(std::string& message) override;
-    void GetUserYesNo(std::string& question, bool& answer) override;
-    void GetUserNowLaterNever(std::string& question, std::string& answer) override;
-    void DravDebug(std::string& text) override;
-    void ProgressUpdate(std::int16_t code, std::string& text) override;
-    void StatusUpdate(std::string& text) override;
+    void CHXferUpdate(Variant&, Variant& transfer) override {
+        transfers.push_back(transfer);
+        Add("XFER", CStr(transfer.ToArray().Get(7)));
+    }
+    void ErrorEvent(std::string& message) override { Add("E", message); }
+    void GetConnectionStatistics(Variant& isp, Variant& vpn) override {
+        stats.emplace_back(isp, vpn);
+        Add("STATS", "");
+    }
+    void GetGenericISPList(std::string& message, Variant& list) override {
+        lists.push_back(list);
+        Add("LIST", message);
+    }
+    void GetUserInfo(std::string& prompt, Variant& choices, std::string& answer) override {
+        const SafeArray& a = choices.ToArray();
+        choicesOffered.clear();
+        for (std::int32_t i = a.LBound(); i <= a.UBound(); ++i) {
+            choicesOffered.push_back(CStr(a.Get(i)));
+        }
+        answer = Add("INFO", prompt);
+    }
+    void GetUserInput(std::string& prompt, std::string&, std::string& answer) override {
+        answer = Add("INPUT", prompt);
+    }
+    // Records the name offered, not the prompt.
+    void GetUsernamePassword(std::string&, std::string& user) override {
+        user = Add("LOGIN", user);
+    }
+    void GetUserOk(std::string& message) override { Add("OK", message); }
+    void GetUserYesNo(std::string& question, bool& answer) override {
+        answer = !Add("YESNO", question).empty();
+    }
+    void GetUserNowLaterNever(std::string& question, std::string& answer) override {
+        answer = Add("NLN", question);
+    }
+    void DravDebug(std::string&) override {}
+    void ProgressUpdate(std::int16_t code, std::string& text) override {
+        Add("P" + std::to_string(code), text);
+    }
+    void StatusUpdate(std::string& text) override { Add("S", text); }
 
   private:
-    void Add(std::string what, std::string text);
+    std::string Add(std::string what, std::string text) {
+        seen.push_back(Seen{std::move(what), std::move(text), platform_.Now()});
+        const Seen event = seen.back();  // the hook may bring more events
+        return on ? on(event) : "";
+    }
     kw::headless::HeadlessPlatform& platform_;
 };
 
 // A fresh data directory seeded from the shipped sample, and a settings hive of its own.
 class SimulatorTest : public ::testing::Test {
   protected:
-    void SetUp() override;
-    void TearDown() override;
-
+    void SetUp() override {
+        dir_ = std::filesystem::temp_directory_path() /
+               ("kw-dravlink-" + std::to_string(::getpid()) + "-" +
+                ::testing::UnitTest::GetInstance()->current_test_info()->name());
+        std::filesystem::remove_all(dir_);
+        dataDir_ = dir_ / "data";
+        std::filesystem::create_directories(dir_);
+        savedRegistry_ = kw::registry::DefaultConfig();
+        kw::registry::Configure({(dir_ / "user.reg").string(), (dir_ / "system.reg").string()});
+    }
+    void TearDown() override {
+        Stop();
+        kw::registry::Configure(savedRegistry_);
+        std::filesystem::remove_all(dir_);
+    }
+    void Stop() {
+        if (engine_)
+            engine_->Unadvise();
+        engine_.reset();
+    }
     // Makes the engine (again), logged on as user, with the sink advised.
-    std::shared_ptr<Simulator> Start(const std::string& scenario = "",
-                                     const std::string& user = "ana",
-                                     const std::string& password = "secret");
+    void Start(const std::string& scenario = "", std::string user = "ana",
+               std::string password = "secret") {
+        Stop();
+        engine_ = std::make_shared<Simulator>(platform_, Options{dataDir_, {}, scenario});
+        engine_->Advise(&sink_);
+        EXPECT_TRUE(kw::automation::CBool(engine_->Logon(user, password, "")));
+    }
     // Builds the dial list and waits for it to arrive; gives the rows.
-    Variant DialList(const std::string& location, const std::string& destination);
+    Variant DialList(const std::string& location, const std::string& destination) {
+        const auto before = sink_.lists.size();
+        EXPECT_EQ(kw::automation::CLng(engine_->BuildDialList(location, destination)), 0);
+        platform_.Advance(1000);
+        EXPECT_EQ(sink_.lists.size(), before + 1) << "the dial list did not arrive";
+        return sink_.lists.empty() ? Variant() : sink_.lists.back();
+    }
     // Connects and lets the call run for ms of virtual time.
-    std::int32_t Call(const std::string& destination, int ms = 15000,
-                      const std::string& location = "Home Office");
-    void Hangup(std::int32_t handle, int ms = 3000);
+    std::int32_t Call(const std::string& destination, int ms = 15000) {
+        DialList("Home Office", destination);
+        const std::int32_t handle = kw::automation::CLng(engine_->Connect(destination, false));
+        platform_.Advance(ms);
+        return handle;
+    }
+    void Hangup(std::int32_t handle, int ms = 3000) {
+        engine_->Disconnect(handle);
+        platform_.Advance(ms);
+    }
 
-    std::filesystem::path dir_;
-    std::filesystem::path dataDir_;
+    std::filesystem::path dir_, dataDir_;
     kw::headless::HeadlessPlatform platform_;
-    std::unique_ptr<RecordingSink> sink_;
+    RecordingSink sink_{platform_};
     std::shared_ptr<Simulator> engine_;
 
   private:
     kw::registry::RegistryConfig savedRegistry_;
 };
 
-std::vector<std::string> Column(const Variant& rows, int field);
+inline std::vector<std::string> Column(const Variant& rows, int field) {
+    std::vector<std::string> column;
+    if (!rows.IsArray())
+        return column;
+    const SafeArray& a = rows.ToArray();
+    for (std::int32_t r = a.LBound(1); r <= a.UBound(1); ++r)
+        column.push_back(CStr(a.Get(r, field)));
+    return column;
+}
 
 }  // namespace dravlink::testing

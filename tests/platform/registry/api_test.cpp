@@ -174,8 +174,32 @@ TEST_F(Handles, ClosedHandlesMissingKeysDispositionAndBadPaths) {
               ERROR_BAD_PATHNAME);
 }
 
-TEST_F(Handles, DeletingValuesAndAKeyBehindAnOpenHandle) {
+// Keys and values match in any case and keep their first spelling; deleting one goes behind
+// the handles open on it.
+TEST_F(Handles, CaseInsensitiveNamesAndDeletingValuesAndAKeyBehindAnOpenHandle) {
     HKEY key = Create(HKEY_CURRENT_USER, kUserKey);
+    ASSERT_EQ(SetString(key, "UserName", "ann"), ERROR_SUCCESS);
+    HKEY shouted = nullptr;
+    ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "SOFTWARE\\ostvarra\\KESTRELWAY", 0, KEY_ALL_ACCESS,
+                            &shouted),
+              ERROR_SUCCESS);
+    EXPECT_EQ(QueryString(shouted, "USERNAME"), "ann");
+    ASSERT_EQ(SetString(shouted, "username", "bob"), ERROR_SUCCESS);
+    EXPECT_EQ(QueryString(key, "UserName"), "bob");
+    DWORD disposition = 0;
+    HKEY again = nullptr;
+    ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "software\\OSTVARRA\\kestrelway", 0, "0", 0,
+                              KEY_ALL_ACCESS, nullptr, &again, &disposition),
+              ERROR_SUCCESS);
+    EXPECT_EQ(disposition, REG_OPENED_EXISTING_KEY);
+    const std::string file = ReadFile(userHive_);
+    EXPECT_NE(file.find("[Software\\\\Ostvarra\\\\Kestrelway]"), std::string::npos) << file;
+    EXPECT_NE(file.find("\"UserName\"=\"bob\""), std::string::npos) << file;
+    EXPECT_EQ(file.find("username"), std::string::npos) << file;
+    EXPECT_EQ(file.find("OSTVARRA"), std::string::npos) << file;
+    RegCloseKey(shouted);
+    RegCloseKey(again);
+
     ASSERT_EQ(SetString(key, "A", "1"), ERROR_SUCCESS);
     ASSERT_EQ(SetString(key, "B", "2"), ERROR_SUCCESS);
     EXPECT_EQ(RegDeleteValueA(key, "a"), ERROR_SUCCESS);
@@ -201,35 +225,6 @@ TEST_F(Handles, DeletingValuesAndAKeyBehindAnOpenHandle) {
               ERROR_FILE_NOT_FOUND);
     RegCloseKey(key);
     RegCloseKey(parent);
-}
-
-using CaseInsensitiveNames = RegistryTest;
-
-TEST_F(CaseInsensitiveNames, KeysAndValuesMatchInAnyCaseAndKeepTheirFirstSpelling) {
-    HKEY key = Create(HKEY_CURRENT_USER, kUserKey);
-    ASSERT_EQ(SetString(key, "UserName", "ann"), ERROR_SUCCESS);
-
-    HKEY shouted = nullptr;
-    ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "SOFTWARE\\ostvarra\\KESTRELWAY", 0, KEY_ALL_ACCESS,
-                            &shouted),
-              ERROR_SUCCESS);
-    EXPECT_EQ(QueryString(shouted, "USERNAME"), "ann");
-    ASSERT_EQ(SetString(shouted, "username", "bob"), ERROR_SUCCESS);
-    EXPECT_EQ(QueryString(key, "UserName"), "bob");
-
-    DWORD disposition = 0;
-    HKEY again = nullptr;
-    ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "software\\OSTVARRA\\kestrelway", 0, "0", 0,
-                              KEY_ALL_ACCESS, nullptr, &again, &disposition),
-              ERROR_SUCCESS);
-    EXPECT_EQ(disposition, REG_OPENED_EXISTING_KEY);
-
-    const std::string file = ReadFile(userHive_);
-    EXPECT_NE(file.find("[Software\\\\Ostvarra\\\\Kestrelway]"), std::string::npos) << file;
-    EXPECT_NE(file.find("\"UserName\"=\"bob\""), std::string::npos) << file;
-    EXPECT_EQ(file.find("username"), std::string::npos) << file;
-    EXPECT_EQ(file.find("OSTVARRA"), std::string::npos) << file;
-    for (HKEY k : {key, shouted, again}) RegCloseKey(k);
 }
 
 using Hives = RegistryTest;

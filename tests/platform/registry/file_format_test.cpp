@@ -1,6 +1,7 @@
 // The text form of the hives: escapes, exact rewrites, lines kept, damage detected.
 
 #include <algorithm>
+#include <tuple>
 
 #include "platform/registry/hive_text.h"
 #include "platform/registry/registry_fixture.h"
@@ -76,23 +77,21 @@ TEST_F(Escapes, AwkwardStringsAndNamesComeBackFromTheFileUnchanged) {
     ASSERT_TRUE(multi);
     EXPECT_EQ(std::string(multi->bytes.begin(), multi->bytes.end()), inner + '\0');
     RegCloseKey(key);
-}
 
-TEST_F(Escapes, KeyNamesWithBracketsAndNonAsciiSurviveTheFileStringsNotUtf8StayBytes) {
-    HKEY key = Create(HKEY_CURRENT_USER, "Software\\Sub Key [x]\\Caf\xc3\xa9");
+    // Key names with brackets and non-ASCII; a string that is not UTF-8 stays bytes.
+    key = Create(HKEY_CURRENT_USER, "Software\\Sub Key [x]\\Caf\xc3\xa9");
     ASSERT_EQ(SetBytes(key, "Latin1", REG_SZ, Bytes({'c', 'a', 'f', 0xe9, 0})), ERROR_SUCCESS);
     EXPECT_EQ(SetString(key, "bad \xff name", "x"), ERROR_INVALID_PARAMETER);
-    const std::string file = ReadFile(userHive_);
-    EXPECT_NE(file.find("[Software\\\\Sub Key \\[x\\]\\\\Caf\\xe9]"), std::string::npos) << file;
-    EXPECT_NE(file.find("\"Latin1\"=hex(1):63,61,66,e9,00"), std::string::npos) << file;
+    const std::string again = ReadFile(userHive_);
+    EXPECT_NE(again.find("[Software\\\\Sub Key \\[x\\]\\\\Caf\\xe9]"), std::string::npos);
+    EXPECT_NE(again.find("\"Latin1\"=hex(1):63,61,66,e9,00"), std::string::npos) << again;
     Restart();
-    HKEY again = nullptr;
-    ASSERT_EQ(
-        RegOpenKeyExA(HKEY_CURRENT_USER, "software\\sub key [X]\\CAF\xc3\xa9", 0, KEY_READ, &again),
-        ERROR_SUCCESS);
-    EXPECT_EQ(Query(again, "Latin1")->bytes, Bytes({'c', 'a', 'f', 0xe9, 0}));
     RegCloseKey(key);
-    RegCloseKey(again);
+    ASSERT_EQ(
+        RegOpenKeyExA(HKEY_CURRENT_USER, "software\\sub key [X]\\CAF\xc3\xa9", 0, KEY_READ, &key),
+        ERROR_SUCCESS);
+    EXPECT_EQ(Query(key, "Latin1")->bytes, Bytes({'c', 'a', 'f', 0xe9, 0}));
+    RegCloseKey(key);
 }
 
 TEST(EscapeReading, WineSpellingsAreUnderstood) {
@@ -120,25 +119,25 @@ TEST(EscapeReading, WineSpellingsAreUnderstood) {
     ASSERT_EQ(doc->keys.size(), 1u);
     const text::Key& key = doc->keys[0];
     EXPECT_EQ(key.path, "Software\\Demo");
-    auto value = [&](const char* name) {
+    std::vector<BYTE> bin;
+    for (int b = 0; b <= 0x16; ++b) bin.push_back(static_cast<BYTE>(b));
+    const std::vector<std::tuple<const char*, DWORD, std::string>> expected = {
+        {"", REG_SZ, std::string("default value\0", 14)},
+        {"Path", REG_SZ, std::string("C:\\dir\\\"q\" caf\xc3\xa9\0", 17)},
+        {"Raw", REG_SZ, std::string("caf\xc3\xa9 AAq\0", 10)},
+        {"Multi", REG_MULTI_SZ, std::string("one\0two\0\0", 9)},
+        {"Dw", REG_DWORD, std::string("\x2a\0\0\0", 4)},
+        {"Big", REG_DWORD_BIG_ENDIAN, std::string("\0\0\0\x2a", 4)},
+        {"Bin", REG_BINARY, std::string(bin.begin(), bin.end())},
+        {"Expand", REG_EXPAND_SZ, std::string("%SystemRoot%\\system32\0", 22)},
+    };
+    for (const auto& [name, type, data] : expected) {
         const text::Entry* e = text::FindValue(key, name);
         auto v = e ? text::ReadValue(*e) : std::nullopt;
-        return v ? *v : text::Value{999, {}};
-    };
-    auto str = [&](const char* name) {
-        auto v = value(name);
-        return std::string(v.data.begin(), v.data.end());
-    };
-    EXPECT_EQ(str(""), std::string("default value\0", 14));
-    EXPECT_EQ(str("Path"), std::string("C:\\dir\\\"q\" caf\xc3\xa9\0", 17));
-    EXPECT_EQ(str("Raw"), std::string("caf\xc3\xa9 AAq\0", 10));
-    EXPECT_EQ(str("Multi"), std::string("one\0two\0\0", 9));
-    EXPECT_EQ(value("Dw").data, Bytes({0x2a, 0, 0, 0}));
-    EXPECT_EQ(value("Big").type, 5u);
-    EXPECT_EQ(value("Big").data, Bytes({0, 0, 0, 0x2a}));
-    EXPECT_EQ(value("Bin").data.size(), 23u);
-    EXPECT_EQ(value("Bin").data.back(), 0x16);
-    EXPECT_EQ(value("Expand").type, 2u);
+        ASSERT_TRUE(v) << name;
+        EXPECT_EQ(v->type, type) << name;
+        EXPECT_EQ(std::string(v->data.begin(), v->data.end()), data) << name;
+    }
 }
 
 // A file the store wrote reads back into the same bytes; the rewrite of an unchanged section

@@ -69,20 +69,18 @@ class RegistryTest : public ::testing::Test {
     static std::optional<Stored> Query(HKEY key, const char* name) {
         Stored out;
         DWORD size = 0;
-        if (RegQueryValueExA(key, name, nullptr, &out.type, nullptr, &size) != ERROR_SUCCESS) {
-            return std::nullopt;
-        }
+        if (RegQueryValueExA(key, name, nullptr, &out.type, nullptr, &size) != 0)
+            return {};
         out.bytes.resize(size);
-        if (RegQueryValueExA(key, name, nullptr, &out.type, out.bytes.data(), &size) != 0) {
-            return std::nullopt;
-        }
+        if (RegQueryValueExA(key, name, nullptr, &out.type, out.bytes.data(), &size) != 0)
+            return {};
         return out;
     }
 
     static std::optional<std::string> QueryString(HKEY key, const char* name) {
         auto v = Query(key, name);
         if (!v || v->bytes.empty() || v->bytes.back() != 0)
-            return std::nullopt;
+            return {};
         return std::string(v->bytes.begin(), v->bytes.end() - 1);
     }
 

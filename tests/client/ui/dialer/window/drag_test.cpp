@@ -29,13 +29,11 @@ TEST_F(DragTest, ADragThatStartsOnALightMovesTheWindowWithoutAJump) {
     CursorTo(OnScreen(light.Left() + 3, light.Top() + 4));
     light.UserMouseDown(kLeft, 0, 3, 4);
     light.UserMouseMove(kLeft, 0, 3, 4);
-    EXPECT_EQ(win.Left(), left);
-    EXPECT_EQ(win.Top(), top);
+    EXPECT_EQ(At(win), (std::pair{left, top}));
 
     CursorBy(25, -10);
     light.UserMouseMove(kLeft, 0, 28, -6);
-    EXPECT_EQ(win.Left(), left + 25);
-    EXPECT_EQ(win.Top(), top - 10);
+    EXPECT_EQ(At(win), (std::pair{left + 25, top - 10}));
     light.UserMouseUp(kLeft, 0, 28, -6);
 
     // A label drags alike.
@@ -44,8 +42,7 @@ TEST_F(DragTest, ADragThatStartsOnALightMovesTheWindowWithoutAJump) {
     status.UserMouseDown(kLeft, 0, 7, 2);
     CursorBy(-40, 30);
     status.UserMouseMove(kLeft, 0, -33, 32);
-    EXPECT_EQ(win.Left(), left + 25 - 40);
-    EXPECT_EQ(win.Top(), top - 10 + 30);
+    EXPECT_EQ(At(win), (std::pair{left + 25 - 40, top - 10 + 30}));
 }
 
 TEST_F(DragTest, AMoveWithoutAPressOrAfterTheReleaseMovesNothing) {
@@ -55,8 +52,7 @@ TEST_F(DragTest, AMoveWithoutAPressOrAfterTheReleaseMovesNothing) {
     CursorTo({10, 10});
     win.UserMouseMove(kLeft, 0, 50, 50);
     win.lblFrom.UserMouseMove(kLeft, 0, 5, 5);
-    EXPECT_EQ(win.Left(), left);
-    EXPECT_EQ(win.Top(), top);
+    EXPECT_EQ(At(win), (std::pair{left, top}));
 
     CursorTo(OnScreen(50, 60));
     win.UserMouseDown(kLeft, 0, 50, 60);
@@ -74,42 +70,24 @@ TEST_F(DragTest, AMoveWithoutAPressOrAfterTheReleaseMovesNothing) {
     EXPECT_EQ(win.Left(), left);
 }
 
-TEST_F(DragTest, TheOpenPulloutsAndThePerformancePanelFollowToTheirPlaces) {
+TEST_F(DragTest, TheOpenPulloutsFollowToTheirPlacesAndTheClosedOnesStay) {
     MainWin& win = Win();
     MorePullout& more = Get<MorePullout>();
-    PerfPulldown& perf = Get<PerfPulldown>();
+    const int fromLeft = Get<FromPullout>().Left();
     win.btnMorePullout.UserClick();
     more.btnDisplay.UserClick();
-
     CursorTo(OnScreen(60, 20));
     win.UserMouseDown(kLeft, 0, 60, 20);
     CursorTo({300, 150});
     win.UserMouseMove(kLeft, 0, 0, 0);
     const int mx = 300 - 60 - FrameWidth();
     const int my = 150 - 20 - FrameHeight();
-    EXPECT_EQ(win.Left(), mx);
-    EXPECT_EQ(win.Top(), my);
+    EXPECT_EQ(At(win), (std::pair{mx, my}));
     EXPECT_EQ(win.Width(), 133 + 15);
     EXPECT_EQ(win.Height(), 395 + 22 + FrameHeight());
-    EXPECT_EQ(more.Left(), mx + 114);
-    EXPECT_EQ(more.Top(), my + 227);
-    EXPECT_EQ(Get<DisplayPullout>().Left(), mx + 114);
-    EXPECT_EQ(Get<DisplayPullout>().Top(), my + 127);
-    EXPECT_EQ(perf.Left(), mx + FrameWidth());
-    EXPECT_EQ(perf.Top(), my + 176) << "retracted";
-    EXPECT_EQ(perf.Width(), perf.Image1.Width() + 20);
-    EXPECT_EQ(perf.Height(), perf.Image1.Height() + 10);
-    // FromPullout is closed: it stays where it is.
-    EXPECT_FALSE(Get<FromPullout>().Visible());
-
-    win.UserMouseUp(kLeft, 0, 0, 0);
-    perf.downBtn.UserClick();
-    CursorTo(OnScreen(60, 20));
-    win.UserMouseDown(kLeft, 0, 60, 20);
-    CursorBy(7, 9);
-    win.UserMouseMove(kLeft, 0, 0, 0);
-    EXPECT_EQ(perf.Top(), win.Top() + 300) << "pulled down";
-    EXPECT_EQ(perf.Left(), win.Left() + FrameWidth());
+    EXPECT_EQ(At(more), (std::pair{mx + 114, my + 227}));
+    EXPECT_EQ(At(Get<DisplayPullout>()), (std::pair{mx + 114, my + 127}));
+    EXPECT_EQ(Get<FromPullout>().Left(), fromLeft);
 }
 
 TEST_F(DragTest, APanelOfMorePulloutThatIsHiddenIsLeftBehind) {
@@ -140,26 +118,35 @@ TEST_F(DragTest, APanelOfMorePulloutThatIsHiddenIsLeftBehind) {
     EXPECT_NE(display.Left(), win.Left() + 114);
 }
 
-class PerfPlaceTest : public WindowFamilyTest {};
-
-TEST_F(PerfPlaceTest, ThePanelJumpsDownAndBackCuttingItsPulledDownShapeOnce) {
+TEST_F(DragTest, ThePerformancePanelJumpsDownAndBackCutOnceAndFollowsADragInEitherPlace) {
     MainWin& win = Win();
     PerfPulldown& perf = Get<PerfPulldown>();
-    EXPECT_TRUE(perf.Visible());
-    EXPECT_EQ(perf.Left(), win.Left() + FrameWidth());
-    EXPECT_EQ(perf.Top(), win.Top() + 176);
     FormChanges changes;
     FormChanges main;
     perf.AddObserver(&changes);
     win.AddObserver(&main);
+    auto drag = [&] {
+        CursorTo(OnScreen(60, 20));
+        win.UserMouseDown(kLeft, 0, 60, 20);
+        CursorBy(7, 9);
+        win.UserMouseMove(kLeft, 0, 0, 0);
+        win.UserMouseUp(kLeft, 0, 0, 0);
+        EXPECT_EQ(perf.Left(), win.Left() + FrameWidth());
+    };
+    EXPECT_TRUE(perf.Visible());
+    drag();
+    EXPECT_EQ(perf.Top(), win.Top() + 176) << "retracted";
+    EXPECT_EQ(perf.Width(), perf.Image1.Width() + 20);
+    EXPECT_EQ(perf.Height(), perf.Image1.Height() + 10);
 
     perf.downBtn.UserClick();
     EXPECT_TRUE(win.perfDown);
-    EXPECT_EQ(perf.Left(), win.Left() + 3);
-    EXPECT_EQ(perf.Top(), win.Top() + 300);
+    EXPECT_EQ(Beside(perf), (std::pair{3, 300}));
     EXPECT_EQ(perf.Width(), perf.Image1.Width() + 15);
     EXPECT_EQ(perf.Height(), perf.Image1.Height() + 22);
     EXPECT_EQ(changes.Of(forms::FormProperty::Region), 1);
+    drag();
+    EXPECT_EQ(perf.Top(), win.Top() + 300) << "pulled down";
 
     perf.downBtn.UserClick();
     EXPECT_FALSE(win.perfDown);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "window_fixture.h"
 
@@ -12,6 +13,13 @@ namespace {
 
 class PulloutFacesTest : public WindowFamilyTest {
   protected:
+    // In the order their tabs open them: the main window's four, then MorePullout's three.
+    std::vector<forms::Form*> Pullouts() {
+        return {&Get<FromPullout>(),   &Get<ToPullout>(),  &Get<RxPullout>(),
+                &Get<MorePullout>(),   &Get<LogPullout>(), &Get<PrefPullout>(),
+                &Get<DisplayPullout>()};
+    }
+
     // The picture that gives the form its outline: its own, or FromPullout's Image2.
     std::string ShapingPicture(const forms::Form& form) {
         if (&form == &Get<FromPullout>()) {
@@ -68,45 +76,22 @@ class PulloutFacesTest : public WindowFamilyTest {
 };
 
 TEST_F(PulloutFacesTest, EachPulloutLoadsInTheOutlineOfItsOwnArtwork) {
-    ExpectShapedByItsArtwork(Get<FromPullout>());
-    ExpectShapedByItsArtwork(Get<ToPullout>());
-    ExpectShapedByItsArtwork(Get<RxPullout>());
-    ExpectShapedByItsArtwork(Get<MorePullout>());
-    ExpectShapedByItsArtwork(Get<LogPullout>());
-    ExpectShapedByItsArtwork(Get<PrefPullout>());
-    ExpectShapedByItsArtwork(Get<DisplayPullout>());
+    for (forms::Form* form : Pullouts()) ExpectShapedByItsArtwork(*form);
     // The outline is the picture's: the wide drawers share one size, and yet each has its own.
     EXPECT_NE(WindowRegion(Get<FromPullout>()), WindowRegion(Get<MorePullout>()));
 }
 
-TEST_F(PulloutFacesTest, OpenedBesideTheMainWindowNoControlIsCutAway) {
+TEST_F(PulloutFacesTest, OpenedBesideTheMainWindowOrAboveMorePulloutNoControlIsCutAway) {
     MainWin& win = Win();
-    win.btnFromPullout.UserClick();
-    ASSERT_TRUE(Get<FromPullout>().Visible());
-    ExpectControlsInsideTheShape(Get<FromPullout>());
-    win.btnToPullout.UserClick();
-    ASSERT_TRUE(Get<ToPullout>().Visible());
-    ExpectControlsInsideTheShape(Get<ToPullout>());
-    win.btnRxPullout.UserClick();
-    ASSERT_TRUE(Get<RxPullout>().Visible());
-    ExpectControlsInsideTheShape(Get<RxPullout>());
-    win.btnMorePullout.UserClick();
-    ASSERT_TRUE(Get<MorePullout>().Visible());
-    ExpectControlsInsideTheShape(Get<MorePullout>());
-}
-
-TEST_F(PulloutFacesTest, OpenedAboveMorePulloutNoControlIsCutAway) {
-    Win().btnMorePullout.UserClick();
     MorePullout& more = Get<MorePullout>();
-    more.btnLog.UserClick();
-    ASSERT_TRUE(Get<LogPullout>().Visible());
-    ExpectControlsInsideTheShape(Get<LogPullout>());
-    more.btnPref.UserClick();
-    ASSERT_TRUE(Get<PrefPullout>().Visible());
-    ExpectControlsInsideTheShape(Get<PrefPullout>());
-    more.btnDisplay.UserClick();
-    ASSERT_TRUE(Get<DisplayPullout>().Visible());
-    ExpectControlsInsideTheShape(Get<DisplayPullout>());
+    const std::vector<forms::Control*> opens = {
+        &win.btnFromPullout, &win.btnToPullout, &win.btnRxPullout, &win.btnMorePullout,
+        &more.btnLog,        &more.btnPref,     &more.btnDisplay};
+    for (std::size_t i = 0; i < opens.size(); ++i) {
+        opens[i]->UserClick();
+        ASSERT_TRUE(Pullouts()[i]->Visible()) << Pullouts()[i]->Name();
+        ExpectControlsInsideTheShape(*Pullouts()[i]);
+    }
 }
 
 TEST_F(PulloutFacesTest, ControlsInAFrameFollowItAndTheFrameTakesTheColourBehindIt) {

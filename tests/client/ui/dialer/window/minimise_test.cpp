@@ -22,42 +22,35 @@ TEST_F(MinimiseTest, TheButtonHidesTheFamilyAndARestoreByTheWindowManagerBringsI
 
     win.btnMinimize.UserClick();
     EXPECT_EQ(win.WindowState(), kMinimized);
-    EXPECT_FALSE(from.Visible());
-    EXPECT_FALSE(perf.Visible());
-    EXPECT_TRUE(win.fromShown);
-    EXPECT_TRUE(win.perfShown);
+    EXPECT_FALSE(from.Visible() || perf.Visible());
+    EXPECT_TRUE(win.fromShown && win.perfShown);
     EXPECT_EQ(win.btnMinimize.Picture(), win.Image5.Picture()) << "the flash ends at rest";
 
     EXPECT_TRUE(platform.WindowManagerSetState(win, kNormal));
     EXPECT_EQ(win.WindowState(), kNormal);
-    EXPECT_TRUE(from.Visible());
-    EXPECT_TRUE(perf.Visible());
-    EXPECT_TRUE(win.fromShown);
+    EXPECT_TRUE(from.Visible() && perf.Visible() && win.fromShown);
     EXPECT_FALSE(Get<ToPullout>().Visible()) << "only flagged windows come back";
-}
 
-TEST_F(MinimiseTest, EveryFlaggedPulloutOfMorePulloutComesBackWithTheWindowManagersRestore) {
-    MainWin& win = Win();
+    // Every flagged pullout of MorePullout comes back too, minimised by the window manager.
     win.btnMorePullout.UserClick();
     Get<MorePullout>().btnPref.UserClick();
     platform.WindowManagerSetState(win, kMinimized);
-    EXPECT_FALSE(Get<MorePullout>().Visible());
-    EXPECT_FALSE(Get<PrefPullout>().Visible());
-    EXPECT_FALSE(Get<PerfPulldown>().Visible());
+    EXPECT_FALSE(Get<MorePullout>().Visible() || Get<PrefPullout>().Visible() || perf.Visible());
     platform.WindowManagerSetState(win, kNormal);
-    EXPECT_TRUE(Get<MorePullout>().Visible());
-    EXPECT_TRUE(Get<PrefPullout>().Visible());
-    EXPECT_TRUE(Get<PerfPulldown>().Visible());
+    EXPECT_TRUE(Get<MorePullout>().Visible() && Get<PrefPullout>().Visible() && perf.Visible());
     EXPECT_FALSE(Get<LogPullout>().Visible());
 }
 
-TEST_F(MinimiseTest, ASizeMessageReachesTheWindowThroughTheHookAndReassertsItsScale) {
+TEST_F(MinimiseTest, TheHookActsOnTheWindowsSizeMessagePassesEveryMessageOnAndGoesOnUnload) {
     MainWin& win = Win();
     ASSERT_TRUE(platform.HasMessageHook(win));
     win.btnRxPullout.UserClick();
     RxPullout& rx = Get<RxPullout>();
-    // The window keeps its state: only the hook can make anything of this message.
+    // The window keeps its state: only the hook can make anything of these messages.
     rx.Hide();
+    EXPECT_TRUE(
+        HookedWindowProc(*app, WindowHandleOf(Get<PerfPulldown>()), forms::wm::kSize, 0, 0));
+    EXPECT_FALSE(rx.Visible()) << "another window's message is only passed on";
     win.SetScaleWidth(128);
     win.SetScaleHeight(320);
     EXPECT_TRUE(platform.DeliverWindowMessage(win, forms::wm::kSize, forms::wm::size::kRestored,
@@ -65,10 +58,7 @@ TEST_F(MinimiseTest, ASizeMessageReachesTheWindowThroughTheHookAndReassertsItsSc
     EXPECT_EQ(win.ScaleWidth(), 133);
     EXPECT_EQ(win.ScaleHeight(), 395);
     EXPECT_TRUE(rx.Visible());
-}
 
-TEST_F(MinimiseTest, EveryMessageStillGetsThePreviousHandlingAndUnloadTakesTheHookAway) {
-    MainWin& win = Win();
     for (int message : {forms::wm::kSize, forms::wm::kQueryEndSession, forms::wm::kEndSession,
                         forms::wm::kActivate, forms::wm::kMove}) {
         EXPECT_TRUE(platform.DeliverWindowMessage(win, message, 0, 0)) << message;
@@ -81,38 +71,22 @@ TEST_F(MinimiseTest, EveryMessageStillGetsThePreviousHandlingAndUnloadTakesTheHo
     EXPECT_EQ(app->OldWindowProc, 0);
 }
 
-TEST_F(MinimiseTest, MessagesOfAnotherWindowAreOnlyPassedOn) {
-    MainWin& win = Win();
-    win.btnRxPullout.UserClick();
-    Get<RxPullout>().Hide();
-    EXPECT_TRUE(
-        HookedWindowProc(*app, WindowHandleOf(Get<PerfPulldown>()), forms::wm::kSize, 0, 0));
-    EXPECT_FALSE(Get<RxPullout>().Visible());
-    EXPECT_TRUE(HookedWindowProc(*app, WindowHandleOf(win), forms::wm::kSize, 0, 0));
-    EXPECT_TRUE(Get<RxPullout>().Visible());
-}
-
-TEST_F(MinimiseTest, TheLabelOverTheMinimiseButtonPressesItAndMinimises) {
-    MainWin& win = Win();
-    win.lblMinButton.UserMouseDown(forms::mouse::kLeft, 0, 2, 2);
-    EXPECT_EQ(win.btnMinimize.Picture(), win.Image6.Picture());
-    win.lblMinButton.UserMouseUp(forms::mouse::kLeft, 0, 2, 2);
-    EXPECT_EQ(win.btnMinimize.Picture(), win.Image5.Picture());
-    win.lblMinButton.UserClick();
-    EXPECT_EQ(win.WindowState(), kMinimized);
-    EXPECT_FALSE(Get<PerfPulldown>().Visible());
-}
-
-TEST_F(MinimiseTest, TheHelpButtonAndItsLabelSwapFacesAndOpenTheHelpFile) {
+TEST_F(MinimiseTest, TheRoundButtonsAndTheirLabelsSwapFacesMinimiseAndOpenTheHelpFile) {
     MainWin& win = Win();
     EXPECT_NE(win.Image5.Picture(), win.Image6.Picture());
-    win.lblHelpButton.UserMouseDown(forms::mouse::kLeft, 0, 1, 1);
-    EXPECT_EQ(win.btnHelp.Picture(), win.Image6.Picture());
-    win.lblHelpButton.UserMouseUp(forms::mouse::kLeft, 0, 1, 1);
-    EXPECT_EQ(win.btnHelp.Picture(), win.Image5.Picture());
+    for (auto [label, button] : {std::pair{&win.lblMinButton, &win.btnMinimize},
+                                 std::pair{&win.lblHelpButton, &win.btnHelp}}) {
+        label->UserMouseDown(forms::mouse::kLeft, 0, 2, 2);
+        EXPECT_EQ(button->Picture(), win.Image6.Picture()) << button->Name();
+        label->UserMouseUp(forms::mouse::kLeft, 0, 2, 2);
+        EXPECT_EQ(button->Picture(), win.Image5.Picture()) << button->Name();
+    }
     win.btnHelp.UserDblClick();
     ASSERT_EQ(platform.HelpShown().size(), 1u);
     EXPECT_NE(platform.HelpShown()[0].find("Kestrelway.hlp"), std::string::npos);
+    win.lblMinButton.UserClick();
+    EXPECT_EQ(win.WindowState(), kMinimized);
+    EXPECT_FALSE(Get<PerfPulldown>().Visible());
 }
 
 TEST_F(MinimiseTest, EnterOnTheWindowConnectsOnlyWhenNoCallIsUnderWay) {

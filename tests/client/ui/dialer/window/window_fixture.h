@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <utility>
 
 #include "client/ui/dialer/diallist/to_pullout.h"
 #include "client/ui/dialer/locations/from_pullout.h"
@@ -50,6 +51,11 @@ class WindowFamilyTest : public ProgramTest {
     // Asked about unsaved changes, the user keeps them (and with them the pullout).
     void UserKeepsChanges() {
         platform.AnswerBoxes([](const headless::BoxRecord&) { return forms::mb::kResultYes; });
+    }
+    // Where a form stands, on the screen or from the main window's corner.
+    static std::pair<int, int> At(const forms::Form& form) { return {form.Left(), form.Top()}; }
+    std::pair<int, int> Beside(const forms::Form& form) {
+        return {form.Left() - Win().Left(), form.Top() - Win().Top()};
     }
     int FrameWidth() const { return app->frameWidth; }
     int FrameHeight() const { return app->frameHeight; }
