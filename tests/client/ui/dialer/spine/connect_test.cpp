@@ -18,9 +18,7 @@ class ConnectTest : public ProgramTest {
         StoreUser("anna", "secret");
         ScriptLists();
         engine->Default("Connect", Variant(std::int32_t{7}));
-        ASSERT_TRUE(Start());
-        engine->RaiseGetGenericISPList("", Variant());
-        engine->ClearCalls();
+        StartIdle();
         Win().Image5.SetPicture("art/face_rest.bmp");
         Win().Image6.SetPicture("art/face_pressed.bmp");
     }

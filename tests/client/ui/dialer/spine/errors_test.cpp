@@ -23,9 +23,7 @@ class ErrorsTest : public ProgramTest {
         StoreUser("anna", "secret");
         ScriptLists();
         engine->Default("Connect", Variant(std::int32_t{7}));
-        ASSERT_TRUE(Start());
-        engine->RaiseGetGenericISPList("", Variant());
-        engine->ClearCalls();
+        StartIdle();
         platform.AnswerBoxes([](const headless::BoxRecord&) { return forms::mb::kResultOk; });
     }
     const headless::BoxRecord& LastBox() const { return platform.Boxes().back(); }

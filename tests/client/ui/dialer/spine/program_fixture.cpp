@@ -111,6 +111,12 @@ bool ProgramTest::Start() {
     }
 }
 
+void ProgramTest::StartIdle() {
+    ASSERT_TRUE(Start());
+    engine->RaiseGetGenericISPList("", Variant());
+    engine->ClearCalls();
+}
+
 std::string ProgramTest::ReadFile(const std::filesystem::path& path) const {
     std::ifstream in(path, std::ios::binary);
     std::stringstream text;

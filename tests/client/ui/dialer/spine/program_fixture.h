@@ -57,6 +57,8 @@ class ProgramTest : public ::testing::Test {
     void ScriptLists();
     // Runs Main; false when the process ended on the way.
     bool Start();
+    // Starts, lets the first dial list arrive and forgets the calls made so far.
+    void StartIdle();
     MainWin& Win() { return app->Form<MainWin>(); }
     std::string ReadFile(const std::filesystem::path& path) const;
     int CountBoxesWithText(const std::string& text) const;

@@ -19,11 +19,6 @@ class ProgressTest : public ProgramTest {
         StoreUser("anna", "secret");
         ScriptLists();
     }
-    void StartIdle() {
-        ASSERT_TRUE(Start());
-        engine->RaiseGetGenericISPList("", Variant());
-        engine->ClearCalls();
-    }
     void LogBothTo(const std::string& history, const std::string& rx) {
         SetUserDword(settings::kConnectHistorySetting, 1);
         SetUserDword(settings::kPrescriberLogSetting, 1);

@@ -27,10 +27,6 @@ class PromptsTest : public ProgramTest {
         StoreUser("anna", "secret");
         ScriptLists();
     }
-    void StartIdle() {
-        ASSERT_TRUE(Start());
-        engine->RaiseGetGenericISPList("", Variant());
-    }
     void SetCountry(float code) {
         auto country = std::make_shared<CountryInfo>();
         country->set_code(code);
