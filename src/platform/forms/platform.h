@@ -210,9 +210,13 @@ class Platform {
     // The title of the running program: the caption of the run-time error box.
     const std::string& ApplicationTitle() const { return applicationTitle_; }
     void SetApplicationTitle(std::string title) { applicationTitle_ = std::move(title); }
+    // The help the F1 key opens in any window of the program.
+    const std::string& HelpFile() const { return helpFile_; }
+    void SetHelpFile(std::string file) { helpFile_ = std::move(file); }
 
   private:
     std::string applicationTitle_ = "Kestrelway";
+    std::string helpFile_;
 };
 
 }  // namespace kw::forms

@@ -1037,6 +1037,11 @@ void FormWindow::keyPressEvent(QKeyEvent* event) {
     if (!Live()) {
         return;
     }
+    if (event->key() == Qt::Key_F1 && !form_->GetPlatform().HelpFile().empty()) {
+        forms::Platform& platform = form_->GetPlatform();
+        platform.ShowHelp(platform.HelpFile(), 0);
+        return;
+    }
     const auto ascii = KeyAsciiOf(*event);
     if (ascii && !PressDefaultOrCancel(*ascii) && Live() && form_->AcceptsInput()) {
         form_->UserKeyPress(*ascii);

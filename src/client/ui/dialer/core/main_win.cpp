@@ -74,6 +74,7 @@ void MainWin::Form_Load() {
         button->SetEnabled(false);
     }
     app_.HelpFile = "Kestrelway.hlp";
+    GetPlatform().SetHelpFile(app_.HelpFile);
     forms::Platform& platform = GetPlatform();
     app_.frameWidth = platform.SystemMetric(forms::metric::kCxDlgFrame);
     app_.frameHeight = platform.SystemMetric(forms::metric::kCyCaption) + app_.frameWidth;
