@@ -18,6 +18,25 @@ void ClipSelection(const std::string& text, int& start, int& length) {
     length = std::clamp(length, 0, size - start);
 }
 
+// SelStart set from code: a negative start is refused, the selection collapses and is clipped.
+void SelectFrom(const std::string& text, int start, int& selStart, int& selLength) {
+    if (start < 0) {
+        throw Failure(automation::err::kInvalidPropertyValue);
+    }
+    selStart = start;
+    selLength = 0;
+    ClipSelection(text, selStart, selLength);
+}
+
+// SelLength set from code: a negative length is refused, the selection is clipped.
+void SelectLength(const std::string& text, int length, int& selStart, int& selLength) {
+    if (length < 0) {
+        throw Failure(automation::err::kInvalidPropertyValue);
+    }
+    selLength = length;
+    ClipSelection(text, selStart, selLength);
+}
+
 }  // namespace
 
 // ---- Label, Image -------------------------------------------------------------------------
@@ -70,21 +89,12 @@ void EditableText::SetText(std::string text) {
 }
 
 void EditableText::SetSelStart(int start) {
-    if (start < 0) {
-        throw Failure(automation::err::kInvalidPropertyValue);
-    }
-    selStart_ = start;
-    selLength_ = 0;
-    ClipSelection(text_, selStart_, selLength_);
+    SelectFrom(text_, start, selStart_, selLength_);
     Notify(Property::Selection);
 }
 
 void EditableText::SetSelLength(int length) {
-    if (length < 0) {
-        throw Failure(automation::err::kInvalidPropertyValue);
-    }
-    selLength_ = length;
-    ClipSelection(text_, selStart_, selLength_);
+    SelectLength(text_, length, selStart_, selLength_);
     Notify(Property::Selection);
 }
 
@@ -307,21 +317,12 @@ void ComboBox::UserSetText(const std::string& text) {
 }
 
 void ComboBox::SetSelStart(int start) {
-    if (start < 0) {
-        throw Failure(automation::err::kInvalidPropertyValue);
-    }
-    selStart_ = start;
-    selLength_ = 0;
-    ClipSelection(text_, selStart_, selLength_);
+    SelectFrom(text_, start, selStart_, selLength_);
     Notify(Property::Selection);
 }
 
 void ComboBox::SetSelLength(int length) {
-    if (length < 0) {
-        throw Failure(automation::err::kInvalidPropertyValue);
-    }
-    selLength_ = length;
-    ClipSelection(text_, selStart_, selLength_);
+    SelectLength(text_, length, selStart_, selLength_);
     Notify(Property::Selection);
 }
 
