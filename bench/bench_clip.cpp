@@ -29,7 +29,9 @@ const std::vector<BitmapBits>& Skin() {
     return skin;
 }
 
-std::uint8_t KeyOf(const BitmapBits& b) { return FindKeyIndex(b.colours, RgbColour{0, 255, 0}); }
+std::uint8_t KeyOf(const BitmapBits& b) {
+    return FindKeyIndex(b.colours, RgbColour{0, 255, 0});
+}
 
 void BM_ShapeBandwise(benchmark::State& state) {
     for (auto _ : state) {

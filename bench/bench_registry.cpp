@@ -13,7 +13,7 @@ namespace {
 using namespace kw::registry;
 
 class Hive {
-public:
+  public:
     Hive() {
         char templ[] = "/tmp/kw-registry-bench-XXXXXX";
         dir_ = ::mkdtemp(templ);
@@ -23,15 +23,15 @@ public:
         for (int i = 0; i < 50; ++i) {
             const std::string name = "Setting" + std::to_string(i);
             if (i % 2 == 0) {
-                const std::string text = "C:\\Program Files\\Ostvarra\\value number " +
-                                         std::to_string(i);
+                const std::string text =
+                    "C:\\Program Files\\Ostvarra\\value number " + std::to_string(i);
                 RegSetValueExA(key_, name.c_str(), 0, REG_SZ,
                                reinterpret_cast<const BYTE*>(text.c_str()),
                                static_cast<DWORD>(text.size() + 1));
             } else {
                 const DWORD v = static_cast<DWORD>(i);
-                RegSetValueExA(key_, name.c_str(), 0, REG_DWORD,
-                               reinterpret_cast<const BYTE*>(&v), sizeof v);
+                RegSetValueExA(key_, name.c_str(), 0, REG_DWORD, reinterpret_cast<const BYTE*>(&v),
+                               sizeof v);
             }
         }
     }
@@ -41,7 +41,7 @@ public:
     }
     HKEY Key() const { return key_; }
 
-private:
+  private:
     std::string dir_;
     HKEY key_ = nullptr;
 };

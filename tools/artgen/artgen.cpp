@@ -39,7 +39,9 @@ const QColor kAccentDeep(214, 112, 34);
 QDir outDir;
 std::map<QString, QImage> written;  // for the preview
 
-QRectF R(const L::LayoutRect& r) { return QRectF(r.x, r.y, r.w, r.h); }
+QRectF R(const L::LayoutRect& r) {
+    return QRectF(r.x, r.y, r.w, r.h);
+}
 
 QImage Canvas(int w, int h) {
     QImage image(w, h, QImage::Format_ARGB32_Premultiplied);
@@ -102,7 +104,8 @@ void Well(QPainter& p, const QRectF& r, qreal radius = 5) {
     g.setColorAt(1, QColor(26, 31, 39));
     p.fillPath(path, g);
     p.setPen(QPen(QColor(92, 102, 118), 1.0));
-    p.drawLine(QPointF(r.left() + radius, r.bottom() - 0.5), QPointF(r.right() - radius, r.bottom() - 0.5));
+    p.drawLine(QPointF(r.left() + radius, r.bottom() - 0.5),
+               QPointF(r.right() - radius, r.bottom() - 0.5));
     p.setPen(QPen(kWellEdge, 1.0));
     p.setBrush(Qt::NoBrush);
     p.drawPath(path);
@@ -232,7 +235,8 @@ QImage TabFace(TabMark mark, bool pressed) {
         case TabMark::Lines:
             p.setPen(QPen(ink, 1.4, Qt::SolidLine, Qt::RoundCap));
             for (int i = -1; i <= 1; ++i) {
-                p.drawLine(QPointF(c.x() - 3, c.y() + i * 4), QPointF(c.x() + (i == 1 ? 1 : 3), c.y() + i * 4));
+                p.drawLine(QPointF(c.x() - 3, c.y() + i * 4),
+                           QPointF(c.x() + (i == 1 ? 1 : 3), c.y() + i * 4));
             }
             break;
     }
@@ -263,8 +267,8 @@ void DrawMainWin() {
     Begin(p);
 
     QPainterPath body = RoundedRect(QRectF(0.5, 0.5, 115, M::kHeight - 1), 14);
-    for (const auto& tab : {M::btnFromPullout, M::btnToPullout, M::btnRxPullout,
-                            M::btnMorePullout}) {
+    for (const auto& tab :
+         {M::btnFromPullout, M::btnToPullout, M::btnRxPullout, M::btnMorePullout}) {
         body = body.united(RoundedRect(QRectF(100, tab.y - 6, M::kWidth - 100, tab.h + 12), 6));
     }
     const qreal notchTop = M::kHeight - M::kNotchDepth;
@@ -290,8 +294,8 @@ void DrawMainWin() {
 
     // The lights column with captions.
     Well(p, R(M::kLightsWell), 6);
-    const L::LayoutRect lights[6] = {M::imgModemDetected, M::imgPhoneDialing,
-                                     M::imgConnectingISP, M::imgAuthorizingISP,
+    const L::LayoutRect lights[6] = {M::imgModemDetected,  M::imgPhoneDialing,
+                                     M::imgConnectingISP,  M::imgAuthorizingISP,
                                      M::imgCreatingTunnel, M::imgAuthorizingTunnel};
     const QImage off = Lamp(L::kLightSize, kAccent, false);
     for (int i = 0; i < 6; ++i) {
@@ -362,8 +366,8 @@ void DrawPerf() {
     QPainterPath clip;
     clip.addRect(QRectF(-1, 0, P::kWidth + 2, P::kHeight + 1));
     body = body.intersected(clip);
-    body = body.united(RoundedRect(QRectF(P::kHandle.x + 0.5, P::kHandle.y, P::kHandle.w - 1,
-                                          P::kHandle.h - 0.5), 9));
+    body = body.united(RoundedRect(
+        QRectF(P::kHandle.x + 0.5, P::kHandle.y, P::kHandle.w - 1, P::kHandle.h - 0.5), 9));
     Body(p, body, QColor(56, 64, 78), kBodyBottom);
     Well(p, R(P::CMPanel).adjusted(-3, -3, 3, 3), 6);
     Well(p, R(P::kPanelCaption), 4);
@@ -466,7 +470,8 @@ void DrawPerf() {
             q.setPen(QPen(QColor(130, 141, 158), 1));
             q.setBrush(Qt::NoBrush);
             q.drawEllipse(g.adjusted(6, 0.5, -6, -0.5));
-            q.drawLine(QPointF(g.left() + 1, g.center().y()), QPointF(g.right() - 1, g.center().y()));
+            q.drawLine(QPointF(g.left() + 1, g.center().y()),
+                       QPointF(g.right() - 1, g.center().y()));
         }
         q.setPen(QPen(kAccent, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         const qreal cy = h / 2.0 + (vpn ? 0 : 0);
@@ -529,35 +534,34 @@ void DrawPullouts() {
     namespace T = L::topullout;
     namespace X = L::rxpullout;
     DrawDrawer(F::kPicture, L::drawer::kWidth, L::drawer::kHeight, [](QPainter& p) {
-        for (const auto& r : {F::cmboLocations, F::cmboCountries, F::txtAreaCode,
-                              F::txtPhoneNumber, F::txtOutsideAccess, F::txtLongDistance,
-                              F::cmboCallWaiting}) {
+        for (const auto& r : {F::cmboLocations, F::cmboCountries, F::txtAreaCode, F::txtPhoneNumber,
+                              F::txtOutsideAccess, F::txtLongDistance, F::cmboCallWaiting}) {
             Well(p, R(r).adjusted(-1, -1, 1, 1), 3);
         }
         p.setPen(QPen(QColor(92, 102, 118), 1));
-        p.drawLine(QPointF(F::Label6.x + 112, F::kDividerY + 0.5), QPointF(372, F::kDividerY + 0.5));
+        p.drawLine(QPointF(F::Label6.x + 112, F::kDividerY + 0.5),
+                   QPointF(372, F::kDividerY + 0.5));
     });
     Save(F::kIcon, Icon([](QPainter& q) {  // a pin: where you are
-        q.drawEllipse(QRectF(5, 3.5, 6, 6));
-        q.drawLine(QPointF(8, 9.5), QPointF(8, 13));
-    }));
+             q.drawEllipse(QRectF(5, 3.5, 6, 6));
+             q.drawLine(QPointF(8, 9.5), QPointF(8, 13));
+         }));
     DrawDrawer(T::kPicture, L::drawer::kWidth, L::drawer::kHeight, [](QPainter& p) {
         Well(p, R(T::lbDestinations).adjusted(-1, -1, 1, 1), 4);
         Well(p, R(T::lstvDialList).adjusted(-1, -1, 1, 1), 4);
     });
-    DrawDrawer(X::kPicture, L::drawer::kWidth, L::drawer::kHeight, [](QPainter& p) {
-        Well(p, R(X::txtStatus).adjusted(-1, -1, 1, 1), 4);
-    });
+    DrawDrawer(X::kPicture, L::drawer::kWidth, L::drawer::kHeight,
+               [](QPainter& p) { Well(p, R(X::txtStatus).adjusted(-1, -1, 1, 1), 4); });
     Save(X::kIcon, Icon([](QPainter& q) {  // a pulse line
-        QPainterPath pulse;
-        pulse.moveTo(2.5, 9);
-        pulse.lineTo(5.5, 9);
-        pulse.lineTo(7, 4.5);
-        pulse.lineTo(9, 12.5);
-        pulse.lineTo(10.5, 8);
-        pulse.lineTo(13.5, 8);
-        q.drawPath(pulse);
-    }));
+             QPainterPath pulse;
+             pulse.moveTo(2.5, 9);
+             pulse.lineTo(5.5, 9);
+             pulse.lineTo(7, 4.5);
+             pulse.lineTo(9, 12.5);
+             pulse.lineTo(10.5, 8);
+             pulse.lineTo(13.5, 8);
+             q.drawPath(pulse);
+         }));
     for (bool up : {true, false}) {
         QImage b = Canvas(T::btnUp.w, T::btnUp.h);
         QPainter q(&b);
@@ -574,11 +578,14 @@ void DrawPullouts() {
 
     namespace Mo = L::morepullout;
     // Three buttons and no title: a title's line would run between them.
-    DrawDrawer(Mo::kPicture, Mo::kWidth, Mo::kHeight, [](QPainter& p) {
-        for (const auto& r : {Mo::btnDisplay, Mo::btnLog, Mo::btnPref}) {
-            Well(p, R(r).adjusted(-1, -1, 1, 1), 5);
-        }
-    }, false);
+    DrawDrawer(
+        Mo::kPicture, Mo::kWidth, Mo::kHeight,
+        [](QPainter& p) {
+            for (const auto& r : {Mo::btnDisplay, Mo::btnLog, Mo::btnPref}) {
+                Well(p, R(r).adjusted(-1, -1, 1, 1), 5);
+            }
+        },
+        false);
 
     namespace Lg = L::logpullout;
     namespace Pr = L::prefpullout;
@@ -589,29 +596,29 @@ void DrawPullouts() {
         }
     });
     Save(Lg::kIcon, Icon([](QPainter& q) {  // lines of a log
-        for (int i = 0; i < 3; ++i) {
-            q.drawLine(QPointF(4, 5 + i * 3.2), QPointF(i == 2 ? 9 : 12, 5 + i * 3.2));
-        }
-    }));
+             for (int i = 0; i < 3; ++i) {
+                 q.drawLine(QPointF(4, 5 + i * 3.2), QPointF(i == 2 ? 9 : 12, 5 + i * 3.2));
+             }
+         }));
     DrawDrawer(Pr::kPicture, L::panel::kWidth, L::panel::kHeight, [](QPainter& p) {
         Well(p, R(Pr::cmboCallingCards).adjusted(-1, -1, 1, 1), 3);
         Well(p, R(Pr::txtCardNumber).adjusted(-1, -1, 1, 1), 3);
     });
     Save(Pr::kIcon, Icon([](QPainter& q) {  // a card
-        q.drawRoundedRect(QRectF(3, 4.5, 10, 7), 1.5, 1.5);
-        q.drawLine(QPointF(3.5, 7), QPointF(12.5, 7));
-    }));
+             q.drawRoundedRect(QRectF(3, 4.5, 10, 7), 1.5, 1.5);
+             q.drawLine(QPointF(3.5, 7), QPointF(12.5, 7));
+         }));
     DrawDrawer(D::kPicture, L::panel::kWidth, L::panel::kHeight, [](QPainter& p) {
-        for (const auto& r : {D::txtUserName, D::txtPassword, D::txtAltTunnelServer0,
-                              D::txtAltTunnelServer1, D::txtAltTunnelServer2,
-                              D::txtAltTunnelServer3}) {
+        for (const auto& r :
+             {D::txtUserName, D::txtPassword, D::txtAltTunnelServer0, D::txtAltTunnelServer1,
+              D::txtAltTunnelServer2, D::txtAltTunnelServer3}) {
             Well(p, R(r).adjusted(-1, -1, 1, 1), 3);
         }
     });
     Save(D::kIcon, Icon([](QPainter& q) {  // a person
-        q.drawEllipse(QRectF(5.5, 3, 5, 5));
-        q.drawArc(QRectF(3.5, 9, 9, 8), 0, 180 * 16);
-    }));
+             q.drawEllipse(QRectF(5.5, 3, 5, 5));
+             q.drawArc(QRectF(3.5, 9, 9, 8), 0, 180 * 16);
+         }));
 }
 
 void DrawPictures() {
@@ -654,8 +661,8 @@ void DrawPictures() {
         QPainter q(&labels);
         Begin(q);
         q.fillRect(labels.rect(), QColor(46, 53, 64));
-        Text(q, QRectF(0, 0, labels.width(), labels.height()), "More",
-             Font(10, true), kText, Qt::AlignRight | Qt::AlignVCenter);
+        Text(q, QRectF(0, 0, labels.width(), labels.height()), "More", Font(10, true), kText,
+             Qt::AlignRight | Qt::AlignVCenter);
         q.end();
         Save(Pc::kMoreLabels, labels);
     }
@@ -707,7 +714,7 @@ void WritePreview(const QString& path) {
     p.setPen(QColor(60, 66, 76));
 
     // Scene 1: main window, performance panel pulled down, From drawer open, lights partly lit.
-    const QPointF outer(40, 20);                 // the main window's outer frame
+    const QPointF outer(40, 20);  // the main window's outer frame
     const QPointF main = outer + QPointF(fw, fh);
     p.drawImage(outer + QPointF(fw, 300), Shown(L::perfpulldown::kPicture));
     p.drawImage(outer + QPointF(90, 80), Shown(L::frompullout::kPicture));
@@ -768,17 +775,20 @@ void WritePreview(const QString& path) {
     namespace F = L::frompullout;
     const QPointF from = outer + QPointF(90, 80);
     p.drawImage(from + QPointF(F::Image1.x, F::Image1.y), Shown(F::kIcon));
-    struct Lbl { L::LayoutRect r; const char* text; bool bold; };
-    for (const Lbl& l : {Lbl{F::Label3, "Location:", false}, Lbl{F::lbCountry, "Country/Region:", false},
-                         Lbl{F::lblPhoneNumber, "Your Phone Number:", false},
-                         Lbl{F::Label7, "(", false}, Lbl{F::Label8, ") -", false},
-                         Lbl{F::Label6, "Dialing properties", true},
-                         Lbl{F::lblOutsideLine, "Local", false},
-                         Lbl{F::lblLongDistance, "Long Distance", false},
-                         Lbl{F::lblDisableCallWaiting, "Disable Call Waiting", false},
-                         Lbl{F::lblCallingCard, "Use Calling Card :", false},
-                         Lbl{F::lblManualDial, "Manual Dial", false},
-                         Lbl{F::lblUseExisting, "Use Existing Internet connection", false}}) {
+    struct Lbl {
+        L::LayoutRect r;
+        const char* text;
+        bool bold;
+    };
+    for (const Lbl& l :
+         {Lbl{F::Label3, "Location:", false}, Lbl{F::lbCountry, "Country/Region:", false},
+          Lbl{F::lblPhoneNumber, "Your Phone Number:", false}, Lbl{F::Label7, "(", false},
+          Lbl{F::Label8, ") -", false}, Lbl{F::Label6, "Dialing properties", true},
+          Lbl{F::lblOutsideLine, "Local", false}, Lbl{F::lblLongDistance, "Long Distance", false},
+          Lbl{F::lblDisableCallWaiting, "Disable Call Waiting", false},
+          Lbl{F::lblCallingCard, "Use Calling Card :", false},
+          Lbl{F::lblManualDial, "Manual Dial", false},
+          Lbl{F::lblUseExisting, "Use Existing Internet connection", false}}) {
         Text(p, R(l.r).translated(from), l.text, Font(11, l.bold), kText);
     }
     StandIn(p, from, F::cmboLocations, "Home office", true);
@@ -788,7 +798,8 @@ void WritePreview(const QString& path) {
     StandIn(p, from, F::txtOutsideAccess, "9");
     StandIn(p, from, F::txtLongDistance, "8");
     StandIn(p, from, F::cmboCallWaiting, "*70,", true);
-    for (const auto& c : {F::chkDisableCallWaiting, F::chkCallingCard, F::chkManualDial, F::chkUseExisting}) {
+    for (const auto& c :
+         {F::chkDisableCallWaiting, F::chkCallingCard, F::chkManualDial, F::chkUseExisting}) {
         Well(p, R(c).translated(from).adjusted(1, 1, -1, -1), 3);
     }
     Button(p, from, F::btnAdd, "Add");
@@ -802,21 +813,25 @@ void WritePreview(const QString& path) {
     p.drawImage(outer2 + QPointF(114, 127), Shown(L::logpullout::kPicture));
     p.drawImage(outer2 + QPointF(114, 227), Shown(L::morepullout::kPicture));
     p.drawImage(main2, Shown(M::kPicture));
-    p.drawImage(outer2 + QPointF(fw, 176) + QPointF(P::downBtn.x, P::downBtn.y), Shown(P::kDownBtn));
+    p.drawImage(outer2 + QPointF(fw, 176) + QPointF(P::downBtn.x, P::downBtn.y),
+                Shown(P::kDownBtn));
     for (const auto& b : {M::btnMinimize, M::btnHelp, M::btnCloseWin, M::btnConnect}) {
         p.drawImage(main2 + QPointF(b.x, b.y), Shown(L::pictures::kImage5));
     }
     for (const auto& b : {M::btnFromPullout, M::btnToPullout}) {
         p.drawImage(main2 + QPointF(b.x, b.y), Shown(L::pictures::kBtnReg));
     }
-    p.drawImage(main2 + QPointF(M::btnMorePullout.x, M::btnMorePullout.y), Shown(L::pictures::kBtnLeft));
-    p.drawImage(main2 + QPointF(M::btnRxPullout.x, M::btnRxPullout.y), Shown(L::pictures::kBtnRxPullout));
+    p.drawImage(main2 + QPointF(M::btnMorePullout.x, M::btnMorePullout.y),
+                Shown(L::pictures::kBtnLeft));
+    p.drawImage(main2 + QPointF(M::btnRxPullout.x, M::btnRxPullout.y),
+                Shown(L::pictures::kBtnRxPullout));
     Text(p, R(M::lblConnect).translated(main2), "Connect", Font(11, true), QColor(236, 240, 245));
     Text(p, R(M::lblFrom).translated(main2), "From", Font(10, true), kDimText);
     Text(p, R(M::lblTo).translated(main2), "To", Font(10, true), kDimText);
     StandIn(p, main2, M::cmboFrom, "Home office", true);
     StandIn(p, main2, M::cmboTo, "Head office", true);
-    Text(p, R(M::Label4).translated(main2), "More ", Font(10, true), kText, Qt::AlignRight | Qt::AlignVCenter);
+    Text(p, R(M::Label4).translated(main2), "More ", Font(10, true), kText,
+         Qt::AlignRight | Qt::AlignVCenter);
     namespace Mo = L::morepullout;
     const QPointF more = outer2 + QPointF(114, 227);
     Button(p, more, Mo::btnDisplay, "Display");
@@ -826,8 +841,10 @@ void WritePreview(const QString& path) {
     const QPointF log = outer2 + QPointF(114, 127);
     p.drawImage(log + QPointF(Lg::Image1.x, Lg::Image1.y), Shown(Lg::kIcon));
     Text(p, R(Lg::Label1).translated(log), "Log Options", Font(12, true), QColor(236, 240, 245));
-    Text(p, R(Lg::ConnectLogCheck).translated(log).adjusted(20, 0, 0, 0), "Log Connection History", Font(11), kText);
-    Text(p, R(Lg::PrescriberLogCheck).translated(log).adjusted(20, 0, 0, 0), "Log Prescriber window output", Font(11), kText);
+    Text(p, R(Lg::ConnectLogCheck).translated(log).adjusted(20, 0, 0, 0), "Log Connection History",
+         Font(11), kText);
+    Text(p, R(Lg::PrescriberLogCheck).translated(log).adjusted(20, 0, 0, 0),
+         "Log Prescriber window output", Font(11), kText);
     StandIn(p, log, Lg::txtHistoryLog, "history.log");
     StandIn(p, log, Lg::txtRxLog, "rx.log");
     Button(p, log, Lg::btnConnectHist, "...");
@@ -836,7 +853,8 @@ void WritePreview(const QString& path) {
     namespace G = L::login;
     const QPointF login(860, 330);
     p.drawImage(login, Shown(G::kLoginPicture));
-    Text(p, R(G::Label1).translated(login), "VPN User Information", Font(12, true), QColor(236, 240, 245));
+    Text(p, R(G::Label1).translated(login), "VPN User Information", Font(12, true),
+         QColor(236, 240, 245));
     Text(p, R(G::lblLabels0).translated(login), "User Name:", Font(11), kText);
     Text(p, R(G::lblLabels1).translated(login), "Password:", Font(11), kText);
     StandIn(p, login, G::txtUserName, "jdoe");

@@ -27,12 +27,14 @@ QVector<QRgb> BuildPalette() {
     QVector<QRgb> p;
     p.push_back(qRgb(0, 255, 0));
     // Slate: near black through the body tones to near white.
-    Ramp(p, {qRgb(8, 10, 13), qRgb(24, 28, 35), qRgb(44, 50, 61), qRgb(70, 79, 94),
-             qRgb(120, 131, 148), qRgb(190, 199, 211), qRgb(246, 248, 251)},
+    Ramp(p,
+         {qRgb(8, 10, 13), qRgb(24, 28, 35), qRgb(44, 50, 61), qRgb(70, 79, 94),
+          qRgb(120, 131, 148), qRgb(190, 199, 211), qRgb(246, 248, 251)},
          64);
     // Warm accent: deep brown through amber to pale gold.
-    Ramp(p, {qRgb(38, 24, 12), qRgb(110, 58, 18), qRgb(214, 112, 34), qRgb(245, 166, 35),
-             qRgb(255, 210, 120), qRgb(255, 244, 214)},
+    Ramp(p,
+         {qRgb(38, 24, 12), qRgb(110, 58, 18), qRgb(214, 112, 34), qRgb(245, 166, 35),
+          qRgb(255, 210, 120), qRgb(255, 244, 214)},
          40);
     // Cool highlight for focus and the connected state.
     Ramp(p, {qRgb(14, 40, 48), qRgb(40, 140, 160), qRgb(150, 230, 240)}, 12);

@@ -8,7 +8,7 @@ namespace kw::automation {
 // The one failure of the program: a classic error number with its description.
 // Routines that the program guards catch it; anything else rises to the message loop.
 class Failure : public std::runtime_error {
-public:
+  public:
     Failure(int number, std::string description);
     // A failure with the standard description of its number.
     explicit Failure(int number);
@@ -16,7 +16,7 @@ public:
     int Number() const noexcept { return number_; }
     const std::string& Description() const noexcept { return description_; }
 
-private:
+  private:
     int number_;
     std::string description_;
 };

@@ -10,7 +10,7 @@ namespace kw::automation {
 // An automation array of one or two dimensions, each with its own bounds. Elements are stored
 // with the first subscript varying fastest, as automation lays them out.
 class SafeArray {
-public:
+  public:
     enum class ElementType { Variant, String };
 
     SafeArray();  // one dimension, no elements (LBound 0, UBound -1)
@@ -37,7 +37,7 @@ public:
 
     bool operator==(const SafeArray& other) const;
 
-private:
+  private:
     struct Bound {
         std::int32_t lower;
         std::int32_t upper;

@@ -25,7 +25,7 @@ enum class VarType : int {
 
 // Base of everything an object reference can point at (the engine, collections, records).
 class Object {
-public:
+  public:
     virtual ~Object() = default;
 };
 using ObjectRef = std::shared_ptr<Object>;
@@ -34,7 +34,7 @@ class SafeArray;
 
 // A value as automation passes it: copied as a value, except object references, which are shared.
 class Variant {
-public:
+  public:
     Variant();  // Empty
     Variant(std::int16_t value);
     Variant(std::int32_t value);
@@ -74,14 +74,14 @@ public:
     float ToSingle() const;
     double ToDouble() const;
     bool ToBoolean() const;
-    ObjectRef ToObject() const;      // fails with 13 unless an object reference
+    ObjectRef ToObject() const;        // fails with 13 unless an object reference
     const SafeArray& ToArray() const;  // fails with 13 unless an array
     SafeArray& ToArray();
 
     // Same type and same value (arrays element by element, objects by identity).
     bool operator==(const Variant& other) const;
 
-private:
+  private:
     struct NullTag {
         bool operator==(const NullTag&) const = default;
     };

@@ -25,17 +25,21 @@ std::int64_t Nanoseconds(const timespec& t) {
 
 std::string Folder(const std::string& path) {
     const auto cut = path.rfind('/');
-    if (cut == std::string::npos) return ".";
-    if (cut == 0) return "/";
+    if (cut == std::string::npos)
+        return ".";
+    if (cut == 0)
+        return "/";
     return path.substr(0, cut);
 }
 
 // Creates the missing folders of `dir`, private to the user.
 bool MakeFolders(const std::string& dir) {
     struct stat st {};
-    if (::stat(dir.c_str(), &st) == 0) return S_ISDIR(st.st_mode);
+    if (::stat(dir.c_str(), &st) == 0)
+        return S_ISDIR(st.st_mode);
     const std::string parent = Folder(dir);
-    if (parent != dir && !MakeFolders(parent)) return false;
+    if (parent != dir && !MakeFolders(parent))
+        return false;
     return ::mkdir(dir.c_str(), 0700) == 0 || errno == EEXIST;
 }
 
@@ -44,7 +48,8 @@ bool WriteAll(int fd, const std::string& data) {
     while (done < data.size()) {
         const ssize_t n = ::write(fd, data.data() + done, data.size() - done);
         if (n < 0) {
-            if (errno == EINTR) continue;
+            if (errno == EINTR)
+                continue;
             return false;
         }
         done += static_cast<std::size_t>(n);
@@ -58,17 +63,20 @@ bool ReadAll(int fd, std::string& out) {
     while (true) {
         const ssize_t n = ::read(fd, buf, sizeof buf);
         if (n < 0) {
-            if (errno == EINTR) continue;
+            if (errno == EINTR)
+                continue;
             return false;
         }
-        if (n == 0) return true;
+        if (n == 0)
+            return true;
         out.append(buf, static_cast<std::size_t>(n));
     }
 }
 
 void SyncFolder(const std::string& dir) {
     const int fd = ::open(dir.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (fd < 0) return;
+    if (fd < 0)
+        return;
     ::fsync(fd);
     ::close(fd);
 }
@@ -83,30 +91,41 @@ bool Exists(const std::string& path) {
 HiveFile::HiveFile(std::string path, std::string relativeTo)
     : path_(std::move(path)), relativeTo_(std::move(relativeTo)) {}
 
-HiveFile::~HiveFile() { Forget(); }
+HiveFile::~HiveFile() {
+    Forget();
+}
 
 void HiveFile::Forget() {
-    if (heldFd_ >= 0) ::close(heldFd_);
+    if (heldFd_ >= 0)
+        ::close(heldFd_);
     heldFd_ = -1;
     id_ = Identity{};
 }
 
 void HiveFile::Hold(int fd, const Identity& id) {
-    if (heldFd_ >= 0) ::close(heldFd_);
+    if (heldFd_ >= 0)
+        ::close(heldFd_);
     heldFd_ = fd;
     id_ = id;
 }
 
 bool HiveFile::UpToDate() const {
-    if (!loaded_) return false;
+    if (!loaded_)
+        return false;
     struct stat st {};
-    if (::stat(path_.c_str(), &st) != 0) return errno == ENOENT && !id_.exists;
-    return Identity{true, st.st_dev, st.st_ino, st.st_size, Nanoseconds(st.st_mtim),
+    if (::stat(path_.c_str(), &st) != 0)
+        return errno == ENOENT && !id_.exists;
+    return Identity{true,
+                    st.st_dev,
+                    st.st_ino,
+                    st.st_size,
+                    Nanoseconds(st.st_mtim),
                     Nanoseconds(st.st_ctim)} == id_;
 }
 
 const text::Document& HiveFile::Current() {
-    if (UpToDate()) return doc_;
+    if (UpToDate())
+        return doc_;
 
     const int fd = ::open(path_.c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0 && errno == ENOENT) {
@@ -118,7 +137,8 @@ const text::Document& HiveFile::Current() {
     struct stat opened {};
     std::string content;
     if (fd < 0 || ::fstat(fd, &opened) != 0 || !ReadAll(fd, content)) {
-        if (fd >= 0) ::close(fd);
+        if (fd >= 0)
+            ::close(fd);
         // Unreadable for now: behave as empty and look again next time.
         Forget();
         doc_ = text::NewDocument(relativeTo_);
@@ -142,16 +162,19 @@ const text::Document& HiveFile::Current() {
         doc_ = text::NewDocument(relativeTo_);
         loaded_ = false;
     }
-    if (lock >= 0) ::close(lock);
+    if (lock >= 0)
+        ::close(lock);
     return doc_;
 }
 
 int HiveFile::LockExclusive() {
-    if (!MakeFolders(Folder(path_))) return -1;
+    if (!MakeFolders(Folder(path_)))
+        return -1;
     const std::string lockPath = path_ + ".lock";
     // A fresh descriptor each time: a forked process must not share our lock's open file.
     const int fd = ::open(lockPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    if (fd < 0) return -1;
+    if (fd < 0)
+        return -1;
     while (::flock(fd, LOCK_EX) != 0) {
         if (errno != EINTR) {
             const int e = errno;
@@ -191,7 +214,8 @@ bool HiveFile::LoadLocked(int& errnoOut) {
         return true;
     }
     ::close(fd);
-    if (!MoveAside(why, errnoOut)) return false;
+    if (!MoveAside(why, errnoOut))
+        return false;
     Forget();
     doc_ = text::NewDocument(relativeTo_);
     loaded_ = true;
@@ -210,13 +234,15 @@ bool HiveFile::MoveAside(const text::ParseError& why, int& errnoOut) {
     }
     if (::rename(path_.c_str(), aside.c_str()) != 0) {
         errnoOut = errno;
-        std::fprintf(stderr, "Kestrelway: settings file %s is damaged (line %d: %s) and could "
+        std::fprintf(stderr,
+                     "Kestrelway: settings file %s is damaged (line %d: %s) and could "
                      "not be moved aside; it is left untouched\n",
                      path_.c_str(), why.line, why.reason.c_str());
         return false;
     }
     SyncFolder(Folder(path_));
-    std::fprintf(stderr, "Kestrelway: settings file %s is damaged (line %d: %s); kept as %s, "
+    std::fprintf(stderr,
+                 "Kestrelway: settings file %s is damaged (line %d: %s); kept as %s, "
                  "starting with empty settings\n",
                  path_.c_str(), why.line, why.reason.c_str(), aside.c_str());
     return true;
@@ -225,7 +251,8 @@ bool HiveFile::MoveAside(const text::ParseError& why, int& errnoOut) {
 std::int32_t HiveFile::Modify(
     const std::function<std::int32_t(text::Document&, bool& changed)>& change) {
     const int lock = LockExclusive();
-    if (lock < 0) return StatusFromErrno(errno);
+    if (lock < 0)
+        return StatusFromErrno(errno);
     struct Unlock {
         int fd;
         ~Unlock() { ::close(fd); }
@@ -239,7 +266,8 @@ std::int32_t HiveFile::Modify(
     }
     bool changed = false;
     const std::int32_t status = change(doc_, changed);
-    if (status != 0 || !changed) return status;
+    if (status != 0 || !changed)
+        return status;
 
     const std::string data = text::Serialize(doc_);
     const std::string temp = path_ + ".tmp";  // only the lock holder ever writes it
@@ -248,7 +276,8 @@ std::int32_t HiveFile::Modify(
     if (fd < 0 || ::fchmod(fd, 0600) != 0 || !WriteAll(fd, data) || ::fsync(fd) != 0 ||
         ::rename(temp.c_str(), path_.c_str()) != 0) {
         e = errno;
-        if (fd >= 0) ::close(fd);
+        if (fd >= 0)
+            ::close(fd);
         ::unlink(temp.c_str());
         Forget();
         loaded_ = false;  // the change stays out of memory too: re-read next time
@@ -256,7 +285,8 @@ std::int32_t HiveFile::Modify(
     }
     SyncFolder(Folder(path_));
     // Taken after the rename, which changes the inode's ctime on some file systems.
-    if (::fstat(fd, &st) != 0) st = {};
+    if (::fstat(fd, &st) != 0)
+        st = {};
     Hold(fd, Identity{true, st.st_dev, st.st_ino, st.st_size, Nanoseconds(st.st_mtim),
                       Nanoseconds(st.st_ctim)});
     return 0;

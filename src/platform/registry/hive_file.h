@@ -13,7 +13,7 @@
 namespace kw::registry {
 
 class HiveFile {
-public:
+  public:
     // `relativeTo` goes into the header comment of a new file.
     HiveFile(std::string path, std::string relativeTo);
     ~HiveFile();
@@ -31,7 +31,7 @@ public:
     // status, or 5 / 1016 when the file could not be written (nothing is changed then).
     std::int32_t Modify(const std::function<std::int32_t(text::Document&, bool& changed)>& change);
 
-private:
+  private:
     struct Identity {
         bool exists = false;
         dev_t dev = 0;

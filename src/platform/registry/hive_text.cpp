@@ -24,12 +24,16 @@ bool IsHexDigit(char c) {
 }
 
 int HexValue(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
     return c - 'A' + 10;
 }
 
-bool IsOctalDigit(char c) { return c >= '0' && c <= '7'; }
+bool IsOctalDigit(char c) {
+    return c >= '0' && c <= '7';
+}
 
 void AppendUtf8(std::string& out, std::uint32_t cp) {
     if (cp < 0x80) {
@@ -74,13 +78,16 @@ bool DecodeUtf8(std::string_view s, std::size_t& pos, std::uint32_t& cp) {
     } else {
         return false;
     }
-    if (pos + static_cast<std::size_t>(extra) >= s.size()) return false;
+    if (pos + static_cast<std::size_t>(extra) >= s.size())
+        return false;
     for (int i = 1; i <= extra; ++i) {
         const auto b = static_cast<unsigned char>(s[pos + static_cast<std::size_t>(i)]);
-        if ((b & 0xC0) != 0x80) return false;
+        if ((b & 0xC0) != 0x80)
+            return false;
         cp = (cp << 6) | (b & 0x3F);
     }
-    if (cp < min || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) return false;
+    if (cp < min || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF))
+        return false;
     pos += static_cast<std::size_t>(extra) + 1;
     return true;
 }
@@ -114,7 +121,8 @@ std::string FoldedName(std::string_view name) {
 }
 
 std::string EscapeOrLatin1(std::string_view bytes, std::string_view delimiters) {
-    if (auto escaped = EscapeString(bytes, delimiters)) return *std::move(escaped);
+    if (auto escaped = EscapeString(bytes, delimiters))
+        return *std::move(escaped);
     // Names are checked for UTF-8 before they get here; this keeps a stray byte visible.
     std::string out;
     for (std::size_t i = 0; i < bytes.size(); ++i) {
@@ -135,28 +143,36 @@ bool ParseHexBytes(std::string_view s, std::vector<std::uint8_t>& out) {
     std::size_t i = 0;
     while (true) {
         while (i < s.size() && (s[i] == ' ' || s[i] == '\t')) ++i;
-        if (i == s.size()) return true;
-        if (!IsHexDigit(s[i])) return false;
+        if (i == s.size())
+            return true;
+        if (!IsHexDigit(s[i]))
+            return false;
         int v = HexValue(s[i++]);
-        if (i < s.size() && IsHexDigit(s[i])) v = v * 16 + HexValue(s[i++]);
+        if (i < s.size() && IsHexDigit(s[i]))
+            v = v * 16 + HexValue(s[i++]);
         out.push_back(static_cast<std::uint8_t>(v));
         while (i < s.size() && (s[i] == ' ' || s[i] == '\t')) ++i;
-        if (i == s.size()) return true;
-        if (s[i] != ',') return false;
+        if (i == s.size())
+            return true;
+        if (s[i] != ',')
+            return false;
         ++i;
     }
 }
 
 class Lines {
-public:
+  public:
     explicit Lines(std::string_view text) : text_(text) {}
     bool Next(std::string_view& line) {
-        if (pos_ >= text_.size()) return false;
+        if (pos_ >= text_.size())
+            return false;
         start_ = pos_;
         std::size_t end = text_.find('\n', pos_);
-        if (end == std::string_view::npos) end = text_.size();
+        if (end == std::string_view::npos)
+            end = text_.size();
         line = text_.substr(pos_, end - pos_);
-        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+        if (!line.empty() && line.back() == '\r')
+            line.remove_suffix(1);
         pos_ = end + 1;
         ++number_;
         return true;
@@ -165,26 +181,30 @@ public:
     // The text from `from` to the end of the last line returned, without its LF.
     std::string_view Since(std::size_t from) const {
         std::size_t end = std::min(pos_, text_.size() + 1) - 1;
-        if (end > from && text_[end - 1] == '\r') --end;
+        if (end > from && text_[end - 1] == '\r')
+            --end;
         return text_.substr(from, end - from);
     }
     std::size_t LineStart() const { return start_; }
     // Lines left before the next key line, to size a section once.
     std::size_t LinesBeforeNextKey() const {
-        if (pos_ >= text_.size()) return 0;
+        if (pos_ >= text_.size())
+            return 0;
         std::size_t end = text_.find("\n[", pos_);
-        if (end == std::string_view::npos) end = text_.size();
+        if (end == std::string_view::npos)
+            end = text_.size();
         std::size_t n = 1;
         const char* p = text_.data() + pos_;
         const char* stop = text_.data() + end;
-        while ((p = static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(stop - p))))) {
+        while ((p = static_cast<const char*>(
+                    std::memchr(p, '\n', static_cast<std::size_t>(stop - p))))) {
             ++n;
             ++p;
         }
         return n;
     }
 
-private:
+  private:
     std::string_view text_;
     std::size_t pos_ = 0;
     std::size_t start_ = 0;
@@ -196,23 +216,31 @@ DataResult ParseData(std::string_view rest, Lines& lines, Value& entry) {
     auto stringValue = [&](std::uint32_t type, std::size_t quote) {
         std::size_t pos = quote + 1;
         auto s = UnescapeString(rest, pos, '"');
-        if (!s || !TrimRight(rest.substr(pos)).empty()) return DataResult::kDamaged;
+        if (!s || !TrimRight(rest.substr(pos)).empty())
+            return DataResult::kDamaged;
         entry.type = type;
         entry.data.assign(s->begin(), s->end());
         entry.data.push_back(0);
         return DataResult::kValue;
     };
-    if (rest.empty()) return DataResult::kUnknownType;
-    if (rest[0] == '"') return stringValue(kSz, 0);
-    if (StartsWith(rest, "str:\"")) return stringValue(kSz, 4);
-    if (StartsWith(rest, "str(2):\"")) return stringValue(kExpandSz, 7);
-    if (StartsWith(rest, "str(7):\"")) return stringValue(kMultiSz, 7);
+    if (rest.empty())
+        return DataResult::kUnknownType;
+    if (rest[0] == '"')
+        return stringValue(kSz, 0);
+    if (StartsWith(rest, "str:\""))
+        return stringValue(kSz, 4);
+    if (StartsWith(rest, "str(2):\""))
+        return stringValue(kExpandSz, 7);
+    if (StartsWith(rest, "str(7):\""))
+        return stringValue(kMultiSz, 7);
     if (StartsWith(rest, "dword:")) {
         std::string_view digits = TrimRight(rest.substr(6));
-        if (digits.empty() || digits.size() > 8) return DataResult::kDamaged;
+        if (digits.empty() || digits.size() > 8)
+            return DataResult::kDamaged;
         std::uint32_t v = 0;
         for (char c : digits) {
-            if (!IsHexDigit(c)) return DataResult::kDamaged;
+            if (!IsHexDigit(c))
+                return DataResult::kDamaged;
             v = v * 16 + static_cast<std::uint32_t>(HexValue(c));
         }
         entry.type = kDword;
@@ -231,7 +259,8 @@ DataResult ParseData(std::string_view rest, Lines& lines, Value& entry) {
         }
         std::uint32_t type = 0;
         for (char c : rest.substr(4, close - 4)) {
-            if (!IsHexDigit(c)) return DataResult::kUnknownType;
+            if (!IsHexDigit(c))
+                return DataResult::kUnknownType;
             type = type * 16 + static_cast<std::uint32_t>(HexValue(c));
         }
         entry.type = type;
@@ -243,12 +272,15 @@ DataResult ParseData(std::string_view rest, Lines& lines, Value& entry) {
     entry.data.clear();
     while (!chunk.empty() && chunk.back() == '\\') {
         chunk.remove_suffix(1);
-        if (!ParseHexBytes(chunk, entry.data)) return DataResult::kDamaged;
+        if (!ParseHexBytes(chunk, entry.data))
+            return DataResult::kDamaged;
         std::string_view next;
-        if (!lines.Next(next)) return DataResult::kDamaged;
+        if (!lines.Next(next))
+            return DataResult::kDamaged;
         chunk = TrimRight(TrimLeft(next));
     }
-    if (!ParseHexBytes(chunk, entry.data)) return DataResult::kDamaged;
+    if (!ParseHexBytes(chunk, entry.data))
+        return DataResult::kDamaged;
     return DataResult::kValue;
 }
 
@@ -279,8 +311,10 @@ std::string FormatValue(std::string_view name, const Value& e) {
         d.back() == 0) {
         std::string_view body(reinterpret_cast<const char*>(d.data()), d.size() - 1);
         if (auto escaped = EscapeString(body, "\"")) {
-            if (e.type == kExpandSz) line += "str(2):";
-            if (e.type == kMultiSz) line += "str(7):";
+            if (e.type == kExpandSz)
+                line += "str(2):";
+            if (e.type == kMultiSz)
+                line += "str(7):";
             line += '"';
             line += *escaped;
             line += '"';
@@ -289,10 +323,9 @@ std::string FormatValue(std::string_view name, const Value& e) {
     }
     char buf[32];
     if (e.type == kDword && d.size() == 4) {
-        const std::uint32_t v = static_cast<std::uint32_t>(d[0]) |
-                                (static_cast<std::uint32_t>(d[1]) << 8) |
-                                (static_cast<std::uint32_t>(d[2]) << 16) |
-                                (static_cast<std::uint32_t>(d[3]) << 24);
+        const std::uint32_t v =
+            static_cast<std::uint32_t>(d[0]) | (static_cast<std::uint32_t>(d[1]) << 8) |
+            (static_cast<std::uint32_t>(d[2]) << 16) | (static_cast<std::uint32_t>(d[3]) << 24);
         std::snprintf(buf, sizeof buf, "dword:%08x", v);
         return line + buf;
     }
@@ -324,13 +357,15 @@ namespace {
 template <typename DocT>
 auto FindKeyIn(DocT& doc, std::string_view path) -> decltype(&doc.keys[0]) {
     for (auto& key : doc.keys) {
-        if (NamesEqual(key.path, path)) return &key;
+        if (NamesEqual(key.path, path))
+            return &key;
     }
     return nullptr;
 }
 
 bool IsUnder(std::string_view path, std::string_view ancestor) {
-    if (ancestor.empty()) return !path.empty();
+    if (ancestor.empty())
+        return !path.empty();
     return path.size() > ancestor.size() && path[ancestor.size()] == '\\' &&
            NamesEqual(path.substr(0, ancestor.size()), ancestor);
 }
@@ -338,7 +373,8 @@ bool IsUnder(std::string_view path, std::string_view ancestor) {
 }  // namespace
 
 bool NamesEqual(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
+    if (a.size() != b.size())
+        return false;
     for (std::size_t i = 0; i < a.size(); ++i) {
         if (Fold(static_cast<unsigned char>(a[i])) != Fold(static_cast<unsigned char>(b[i]))) {
             return false;
@@ -352,7 +388,8 @@ int CompareNames(std::string_view a, std::string_view b) {
     for (std::size_t i = 0; i < n; ++i) {
         const int ca = Fold(static_cast<unsigned char>(a[i]));
         const int cb = Fold(static_cast<unsigned char>(b[i]));
-        if (ca != cb) return ca < cb ? -1 : 1;
+        if (ca != cb)
+            return ca < cb ? -1 : 1;
     }
     return a.size() == b.size() ? 0 : (a.size() < b.size() ? -1 : 1);
 }
@@ -363,7 +400,8 @@ int ComparePaths(std::string_view a, std::string_view b) {
     for (std::size_t i = 0; i < n; ++i) {
         const int ca = a[i] == '\\' ? 0 : Fold(static_cast<unsigned char>(a[i]));
         const int cb = b[i] == '\\' ? 0 : Fold(static_cast<unsigned char>(b[i]));
-        if (ca != cb) return ca < cb ? -1 : 1;
+        if (ca != cb)
+            return ca < cb ? -1 : 1;
     }
     return a.size() == b.size() ? 0 : (a.size() < b.size() ? -1 : 1);
 }
@@ -371,16 +409,17 @@ int ComparePaths(std::string_view a, std::string_view b) {
 std::optional<std::string> EscapeString(std::string_view bytes, std::string_view delimiters) {
     // Most names and values are plain printable ASCII: copy those whole.
     const bool plain = std::all_of(bytes.begin(), bytes.end(), [&](char c) {
-        return c >= 0x20 && c < 0x7f && c != '\\' &&
-               delimiters.find(c) == std::string_view::npos;
+        return c >= 0x20 && c < 0x7f && c != '\\' && delimiters.find(c) == std::string_view::npos;
     });
-    if (plain) return std::string(bytes);
+    if (plain)
+        return std::string(bytes);
     std::string out;
     out.reserve(bytes.size() + 8);
     std::size_t pos = 0;
     while (pos < bytes.size()) {
         std::uint32_t cp = 0;
-        if (!DecodeUtf8(bytes, pos, cp)) return std::nullopt;
+        if (!DecodeUtf8(bytes, pos, cp))
+            return std::nullopt;
         const bool more = pos < bytes.size();
         const char next = more ? bytes[pos] : '\0';
         if (cp == '\\' || (cp < 0x80 && cp != 0 &&
@@ -423,7 +462,8 @@ std::optional<std::string> UnescapeString(std::string_view text, std::size_t& po
     std::string out;
     std::uint32_t pendingHigh = 0;  // a high surrogate waiting for its partner
     auto flushHigh = [&] {
-        if (pendingHigh != 0) AppendUtf8(out, 0xFFFD);
+        if (pendingHigh != 0)
+            AppendUtf8(out, 0xFFFD);
         pendingHigh = 0;
     };
     while (pos < text.size()) {
@@ -437,7 +477,8 @@ std::optional<std::string> UnescapeString(std::string_view text, std::size_t& po
             out += c;
             continue;
         }
-        if (pos >= text.size()) return std::nullopt;
+        if (pos >= text.size())
+            return std::nullopt;
         const char e = text[pos++];
         if (e == 'x') {
             std::uint32_t unit = 0;
@@ -475,15 +516,33 @@ std::optional<std::string> UnescapeString(std::string_view text, std::size_t& po
             continue;
         }
         switch (e) {
-            case 'a': out += '\a'; break;
-            case 'b': out += '\b'; break;
-            case 't': out += '\t'; break;
-            case 'n': out += '\n'; break;
-            case 'v': out += '\v'; break;
-            case 'f': out += '\f'; break;
-            case 'r': out += '\r'; break;
-            case 'e': out += '\x1b'; break;
-            default: out += e; break;  // \\ \" \[ \] and anything else stand for themselves
+            case 'a':
+                out += '\a';
+                break;
+            case 'b':
+                out += '\b';
+                break;
+            case 't':
+                out += '\t';
+                break;
+            case 'n':
+                out += '\n';
+                break;
+            case 'v':
+                out += '\v';
+                break;
+            case 'f':
+                out += '\f';
+                break;
+            case 'r':
+                out += '\r';
+                break;
+            case 'e':
+                out += '\x1b';
+                break;
+            default:
+                out += e;
+                break;  // \\ \" \[ \] and anything else stand for themselves
         }
     }
     return std::nullopt;
@@ -492,12 +551,15 @@ std::optional<std::string> UnescapeString(std::string_view text, std::size_t& po
 std::optional<Document> Parse(std::string_view text, ParseError* error) {
     Lines lines(text);
     auto fail = [&](std::string reason) -> std::optional<Document> {
-        if (error) *error = ParseError{lines.Number(), std::move(reason)};
+        if (error)
+            *error = ParseError{lines.Number(), std::move(reason)};
         return std::nullopt;
     };
-    if (text.find('\0') != std::string_view::npos) return fail("binary content");
+    if (text.find('\0') != std::string_view::npos)
+        return fail("binary content");
     std::string_view line;
-    if (!lines.Next(line) || line != kVersionLine) return fail("not a registry file");
+    if (!lines.Next(line) || line != kVersionLine)
+        return fail("not a registry file");
     Document doc;
     doc.header.emplace_back(line);
     Key* current = nullptr;
@@ -515,7 +577,8 @@ std::optional<Document> Parse(std::string_view text, ParseError* error) {
         indexed = !key->entries.empty();
         last = kNone;
         for (std::size_t i = 0; indexed && i < key->entries.size(); ++i) {
-            if (!key->entries[i].opaque) seen.emplace(FoldedName(key->entries[i].name), i);
+            if (!key->entries[i].opaque)
+                seen.emplace(FoldedName(key->entries[i].name), i);
         }
     };
     auto addValue = [&](Entry&& entry) {
@@ -544,9 +607,11 @@ std::optional<Document> Parse(std::string_view text, ParseError* error) {
         if (!line.empty() && line[0] == '[') {
             std::size_t pos = 1;
             auto path = UnescapeString(line, pos, ']');
-            if (!path) return fail("unterminated key name");
+            if (!path)
+                return fail("unterminated key name");
             while (!path->empty() && path->back() == '\\') path->pop_back();
-            if (current) DropTrailingBlanks(*current);
+            if (current)
+                DropTrailingBlanks(*current);
             if (Key* existing = FindKeyIn(doc, *path)) {
                 startKey(existing);
             } else {
@@ -558,7 +623,8 @@ std::optional<Document> Parse(std::string_view text, ParseError* error) {
         }
         const bool valueLine = !line.empty() && (line[0] == '"' || line[0] == '@');
         if (!current) {
-            if (valueLine) return fail("value outside a key");
+            if (valueLine)
+                return fail("value outside a key");
             doc.header.emplace_back(line);
             continue;
         }
@@ -573,10 +639,12 @@ std::optional<Document> Parse(std::string_view text, ParseError* error) {
         std::size_t pos = 1;
         if (line[0] == '"') {
             auto name = UnescapeString(line, pos, '"');
-            if (!name) return fail("unterminated value name");
+            if (!name)
+                return fail("unterminated value name");
             entry.name = *std::move(name);
         }
-        if (pos >= line.size() || line[pos] != '=') return fail("value without '='");
+        if (pos >= line.size() || line[pos] != '=')
+            return fail("value without '='");
         entry.hasName = true;
         switch (ParseData(line.substr(pos + 1), lines, scratch)) {
             case DataResult::kDamaged:
@@ -592,7 +660,8 @@ std::optional<Document> Parse(std::string_view text, ParseError* error) {
         entry.raw = std::string(lines.Since(lineStart));
         addValue(std::move(entry));
     }
-    if (current) DropTrailingBlanks(*current);
+    if (current)
+        DropTrailingBlanks(*current);
     while (doc.header.size() > 1 && TrimRight(doc.header.back()).empty()) doc.header.pop_back();
     return doc;
 }
@@ -626,11 +695,16 @@ Document NewDocument(std::string_view relativeTo) {
     return doc;
 }
 
-Key* FindKey(Document& doc, std::string_view path) { return FindKeyIn(doc, path); }
-const Key* FindKey(const Document& doc, std::string_view path) { return FindKeyIn(doc, path); }
+Key* FindKey(Document& doc, std::string_view path) {
+    return FindKeyIn(doc, path);
+}
+const Key* FindKey(const Document& doc, std::string_view path) {
+    return FindKeyIn(doc, path);
+}
 
 bool KeyExists(const Document& doc, std::string_view path) {
-    if (path.empty()) return true;
+    if (path.empty())
+        return true;
     return std::any_of(doc.keys.begin(), doc.keys.end(), [&](const Key& k) {
         return NamesEqual(k.path, path) || IsUnder(k.path, path);
     });
@@ -642,29 +716,36 @@ bool HasSubkeys(const Document& doc, std::string_view path) {
 }
 
 Key& EnsureKey(Document& doc, std::string_view path, std::int64_t now, bool* created) {
-    if (created) *created = false;
-    if (Key* key = FindKey(doc, path)) return *key;
+    if (created)
+        *created = false;
+    if (Key* key = FindKey(doc, path))
+        return *key;
     auto at = std::find_if(doc.keys.begin(), doc.keys.end(),
                            [&](const Key& k) { return ComparePaths(k.path, path) > 0; });
-    if (created) *created = true;
+    if (created)
+        *created = true;
     return *doc.keys.insert(at, Key{std::string(path), Stamp(now), {}});
 }
 
 const Entry* FindValue(const Key& key, std::string_view name) {
     for (const auto& e : key.entries) {
-        if (!e.opaque && NamesEqual(e.name, name)) return &e;
+        if (!e.opaque && NamesEqual(e.name, name))
+            return &e;
     }
     return nullptr;
 }
 
 std::optional<Value> ReadValue(const Entry& entry) {
-    if (entry.opaque) return std::nullopt;
+    if (entry.opaque)
+        return std::nullopt;
     Lines lines(entry.raw);
     std::string_view line;
     lines.Next(line);
     std::size_t pos = 1;
-    if (line.empty()) return std::nullopt;
-    if (line[0] == '"' && !UnescapeString(line, pos, '"')) return std::nullopt;
+    if (line.empty())
+        return std::nullopt;
+    if (line[0] == '"' && !UnescapeString(line, pos, '"'))
+        return std::nullopt;
     Value value;
     if (pos >= line.size() || ParseData(line.substr(pos + 1), lines, value) != DataResult::kValue) {
         return std::nullopt;
@@ -675,8 +756,9 @@ std::optional<Value> ReadValue(const Entry& entry) {
 void SetValue(Key& key, std::string_view name, const Value& value, std::int64_t now) {
     key.suffix = Stamp(now);
     // A line of a type we cannot read under the same name is replaced, never duplicated.
-    std::erase_if(key.entries,
-                  [&](const Entry& e) { return e.opaque && e.hasName && NamesEqual(e.name, name); });
+    std::erase_if(key.entries, [&](const Entry& e) {
+        return e.opaque && e.hasName && NamesEqual(e.name, name);
+    });
     for (auto& e : key.entries) {
         if (!e.opaque && NamesEqual(e.name, name)) {
             e.raw = FormatValue(e.name, value);
@@ -696,7 +778,8 @@ void SetValue(Key& key, std::string_view name, const Value& value, std::int64_t 
 bool DeleteValue(Key& key, std::string_view name, std::int64_t now) {
     const auto removed = std::erase_if(
         key.entries, [&](const Entry& e) { return e.hasName && NamesEqual(e.name, name); });
-    if (removed == 0) return false;
+    if (removed == 0)
+        return false;
     key.suffix = Stamp(now);
     return true;
 }
@@ -704,9 +787,11 @@ bool DeleteValue(Key& key, std::string_view name, std::int64_t now) {
 void DeleteKey(Document& doc, std::string_view path, std::int64_t now) {
     std::erase_if(doc.keys, [&](const Key& k) { return NamesEqual(k.path, path); });
     const std::size_t cut = path.rfind('\\');
-    if (cut == std::string_view::npos) return;
+    if (cut == std::string_view::npos)
+        return;
     const std::string_view parent = path.substr(0, cut);
-    if (!KeyExists(doc, parent)) EnsureKey(doc, parent, now);
+    if (!KeyExists(doc, parent))
+        EnsureKey(doc, parent, now);
 }
 
 }  // namespace kw::registry::text

@@ -67,10 +67,21 @@ TEST(Strings, CaseLenReplace) {
 }
 
 TEST(Strings, ValReadsTheLeadingNumberOfAText) {
-    for (auto [text, value] : {std::pair{"12abc", 12.0}, {"abc", 0.0}, {"", 0.0}, {" 1 2 3", 123.0},
-                               {"-3.5x", -3.5}, {"1.2.3", 1.2}, {".5", 0.5}, {"1e3", 1000.0},
-                               {"1e", 1.0}, {"07", 7.0}, {"&H10", 16.0}, {"&HFFFF", -1.0},
-                               {"&O10", 8.0}, {"&H", 0.0}, {"-", 0.0}}) {
+    for (auto [text, value] : {std::pair{"12abc", 12.0},
+                               {"abc", 0.0},
+                               {"", 0.0},
+                               {" 1 2 3", 123.0},
+                               {"-3.5x", -3.5},
+                               {"1.2.3", 1.2},
+                               {".5", 0.5},
+                               {"1e3", 1000.0},
+                               {"1e", 1.0},
+                               {"07", 7.0},
+                               {"&H10", 16.0},
+                               {"&HFFFF", -1.0},
+                               {"&O10", 8.0},
+                               {"&H", 0.0},
+                               {"-", 0.0}}) {
         EXPECT_EQ(Val(text), value) << text;  // blanks anywhere are ignored
     }
     EXPECT_EQ(FailureNumber([] { Val("1e999"); }), err::kOverflow);

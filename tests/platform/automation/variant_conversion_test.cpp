@@ -14,8 +14,14 @@ namespace {
 struct Thing : Object {};
 
 TEST(VariantToInteger, RoundsHalvesToEvenAndOverflowsAtTheEdges) {
-    for (auto [in, out] : {std::pair{2.5, 2}, {3.5, 4}, {-2.5, -2}, {-3.5, -4}, {2.5000001, 3},
-                           {2.4999999, 2}, {32767.4, 32767}, {-32768.5, -32768}}) {
+    for (auto [in, out] : {std::pair{2.5, 2},
+                           {3.5, 4},
+                           {-2.5, -2},
+                           {-3.5, -4},
+                           {2.5000001, 3},
+                           {2.4999999, 2},
+                           {32767.4, 32767},
+                           {-32768.5, -32768}}) {
         EXPECT_EQ(CInt(in), out) << in;
     }
     EXPECT_EQ(CInt(1.5f), 2);
@@ -26,7 +32,8 @@ TEST(VariantToInteger, RoundsHalvesToEvenAndOverflowsAtTheEdges) {
     EXPECT_EQ(CInt(32767), 32767);
     EXPECT_EQ(CInt(-32768), -32768);
     // 32767.5 and -32769.5 round past the edge.
-    for (double d : {32768.0, 32767.5, -32769.0, -32769.5, std::numeric_limits<double>::quiet_NaN()}) {
+    for (double d :
+         {32768.0, 32767.5, -32769.0, -32769.5, std::numeric_limits<double>::quiet_NaN()}) {
         EXPECT_EQ(FailureNumber([d] { CInt(d); }), err::kOverflow) << d;
     }
     EXPECT_EQ(FailureNumber([] { CInt("40000"); }), err::kOverflow);
@@ -44,8 +51,13 @@ TEST(VariantToInteger, RoundsHalvesToEvenAndOverflowsAtTheEdges) {
 }
 
 TEST(VariantFromText, ReadsNumbersWithBlanksLeadingZerosAndHex) {
-    for (auto [text, value] : {std::pair{"07", 7}, {"  42  ", 42}, {"\t-3 ", -3}, {"+5", 5},
-                               {"&h1f", 31}, {"&O17", 15}, {"&HFFFF", -1}}) {
+    for (auto [text, value] : {std::pair{"07", 7},
+                               {"  42  ", 42},
+                               {"\t-3 ", -3},
+                               {"+5", 5},
+                               {"&h1f", 31},
+                               {"&O17", 15},
+                               {"&HFFFF", -1}}) {
         EXPECT_EQ(CInt(text), value) << text;  // &HFFFF: sixteen bits as two's complement
     }
     EXPECT_EQ(CLng("&H10000"), 65536);

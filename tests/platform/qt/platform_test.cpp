@@ -69,16 +69,36 @@ TEST_F(QtPlatformTest, BoxesShowTheFlagsButtonsAndIconAndGiveTheClassicResult) {
         int result;
     } cases[] = {
         {mb::kOkOnly, "OK", {"OK"}, I::NoIcon, "OK", mb::kResultOk},
-        {mb::kOkCancel | mb::kCritical, "Cancel", {"Cancel", "OK"}, I::Critical, "OK",
+        {mb::kOkCancel | mb::kCritical,
+         "Cancel",
+         {"Cancel", "OK"},
+         I::Critical,
+         "OK",
          mb::kResultCancel},
-        {mb::kAbortRetryIgnore | mb::kDefaultButton3, "Retry", {"Abort", "Ignore", "Retry"},
-         I::NoIcon, "Ignore", mb::kResultRetry},
-        {mb::kYesNoCancel | mb::kQuestion | mb::kDefaultButton2, "Yes", {"Cancel", "No", "Yes"},
-         I::Question, "No", mb::kResultYes},
-        {mb::kYesNo | mb::kExclamation | mb::kSetForeground, "No", {"No", "Yes"}, I::Warning, "Yes",
+        {mb::kAbortRetryIgnore | mb::kDefaultButton3,
+         "Retry",
+         {"Abort", "Ignore", "Retry"},
+         I::NoIcon,
+         "Ignore",
+         mb::kResultRetry},
+        {mb::kYesNoCancel | mb::kQuestion | mb::kDefaultButton2,
+         "Yes",
+         {"Cancel", "No", "Yes"},
+         I::Question,
+         "No",
+         mb::kResultYes},
+        {mb::kYesNo | mb::kExclamation | mb::kSetForeground,
+         "No",
+         {"No", "Yes"},
+         I::Warning,
+         "Yes",
          mb::kResultNo},
-        {mb::kRetryCancel | mb::kInformation | mb::kSystemModal, "Retry", {"Cancel", "Retry"},
-         I::Information, "Retry", mb::kResultRetry},
+        {mb::kRetryCancel | mb::kInformation | mb::kSystemModal,
+         "Retry",
+         {"Cancel", "Retry"},
+         I::Information,
+         "Retry",
+         mb::kResultRetry},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.flags);
@@ -137,7 +157,8 @@ TEST_F(QtPlatformTest, TimersRepeatStopAndDoNotReenterThemselves) {
     int fastTicks = 0, slowTicks = 0, reentered = 0;
     bool inSlowTick = false;
     fast = platform.SetTimer(5, [&] {
-        if (++fastTicks == 3) platform.KillTimer(fast);  // from inside its own tick
+        if (++fastTicks == 3)
+            platform.KillTimer(fast);  // from inside its own tick
     });
     const forms::TimerId slow = platform.SetTimer(15, [&] {
         reentered += inSlowTick ? 1 : 0;
@@ -174,7 +195,8 @@ TEST_F(QtPlatformTest, AModalFormRunsTheLoopUntilItHides) {
     testing::DialForm dialog(platform);
     dialog.tmrBlink.Tick = [&dialog] {
         dialog.Note("tick");
-        if (dialog.journal.size() == 3) dialog.Hide();
+        if (dialog.journal.size() == 3)
+            dialog.Hide();
     };
     dialog.tmrBlink.SetInterval(10);
     dialog.Show(forms::kModal);

@@ -5,8 +5,7 @@
 
 namespace kw::dialer {
 
-PerfPulldown::PerfPulldown(Application& app)
-    : Form(app.Platform(), "PerfPulldown"), app_(app) {
+PerfPulldown::PerfPulldown(Application& app) : Form(app.Platform(), "PerfPulldown"), app_(app) {
     SetCaption("PerfPulldown");
     SetForeColor(0x00FF00);  // pure green: the outside of the artwork
     Move(0, 0, layout::perfpulldown::kWidth, layout::perfpulldown::kHeight);
@@ -26,7 +25,9 @@ void PerfPulldown::BeginPerf(const std::string& destination) {
     samples_ = 0;
 }
 
-void PerfPulldown::EndPerf() { monitoring_ = false; }
+void PerfPulldown::EndPerf() {
+    monitoring_ = false;
+}
 
 void PerfPulldown::DisplayStat(const automation::Variant& ispStats,
                                const automation::Variant& vpnStats) {

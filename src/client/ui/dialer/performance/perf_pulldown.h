@@ -13,7 +13,7 @@ class Application;
 
 // The performance panel below the main window: rates, round-trip delay, packet loss, errors.
 class PerfPulldown : public forms::Form {
-public:
+  public:
     explicit PerfPulldown(Application& app);
 
     forms::Image Image1{*this, "Image1"};
@@ -37,11 +37,11 @@ public:
     // Pulls the panel down to 300 below the main window's top, or back up to 176.
     void downBtn_Click();
 
-protected:
+  protected:
     void Form_Load() override;
     void Form_Activate() override;
 
-private:
+  private:
     Application& app_;
     bool regionCut = false;  // the pulled-down shape has been made
 

@@ -2,8 +2,9 @@
 
 // Where the artwork leaves room for each control, in pixels relative to the form's client area
 // (for PerfPulldown and FromPullout: relative to the form, with the shaping image at 0, 0), and
-// the pictures' names as forms refer to them (relative to the assets directory). The artwork generator draws from these same
-// numbers, so the forms and the pictures cannot drift apart. Standard library only.
+// the pictures' names as forms refer to them (relative to the assets directory). The artwork
+// generator draws from these same numbers, so the forms and the pictures cannot drift apart.
+// Standard library only.
 
 namespace kw::dialer::layout {
 
@@ -72,8 +73,8 @@ inline constexpr LayoutRect imgConnectingISP{13, 159, kLightSize, kLightSize};
 inline constexpr LayoutRect imgAuthorizingISP{13, 173, kLightSize, kLightSize};
 inline constexpr LayoutRect imgCreatingTunnel{13, 187, kLightSize, kLightSize};
 inline constexpr LayoutRect imgAuthorizingTunnel{13, 201, kLightSize, kLightSize};
-inline constexpr const char* kLightCaptions[6] = {"Modem",  "Dialing", "ISP",
-                                                  "ISP login", "Tunnel", "Tunnel login"};
+inline constexpr const char* kLightCaptions[6] = {"Modem",     "Dialing", "ISP",
+                                                  "ISP login", "Tunnel",  "Tunnel login"};
 inline constexpr LayoutRect btnRxPullout{114, 158, kTabWidth, kTabHeight};
 
 // Connect row: the round button, its caption, and the light that comes on with the ISP.
@@ -186,7 +187,7 @@ inline constexpr LayoutRect Label7{182, 66, 8, 14};
 inline constexpr LayoutRect txtAreaCode{190, 63, 28, 20};
 inline constexpr LayoutRect Label8{218, 66, 16, 14};
 inline constexpr LayoutRect txtPhoneNumber{234, 63, 98, 20};
-inline constexpr LayoutRect Label6{48, 92, 140, 14};          // "Dialing properties"
+inline constexpr LayoutRect Label6{48, 92, 140, 14};  // "Dialing properties"
 inline constexpr int kDividerY = 99;
 inline constexpr LayoutRect lblOutsideLine{56, 113, 36, 14};
 inline constexpr LayoutRect txtOutsideAccess{94, 110, 40, 20};
@@ -226,7 +227,7 @@ namespace rxpullout {
 inline constexpr const char* kPicture = "art/RxPullout.bmp";
 inline constexpr LayoutRect Image1 = drawer::Image1;
 inline constexpr const char* kIcon = "art/RxPullout_Image1.bmp";
-inline constexpr LayoutRect Label1 = drawer::Label1;  // "Prescriber Output"
+inline constexpr LayoutRect Label1 = drawer::Label1;      // "Prescriber Output"
 inline constexpr LayoutRect txtStatus{48, 35, 338, 157};  // clear of the title's line
 inline constexpr LayoutRect Command2{310, 198, 76, 24};
 }  // namespace rxpullout

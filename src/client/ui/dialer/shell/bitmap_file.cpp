@@ -17,13 +17,13 @@ constexpr std::uint32_t kInfoHeaderSize = 40;
 constexpr int kMaxDimension = 32767;
 
 [[noreturn]] void Fail(const std::string& name, const std::string& what) {
-    throw automation::Failure(kInvalidFileFormat,
-                              "Invalid file format: '" + name + "' " + what);
+    throw automation::Failure(kInvalidFileFormat, "Invalid file format: '" + name + "' " + what);
 }
 
 std::uint32_t U32(const std::vector<std::uint8_t>& d, std::size_t at) {
     return static_cast<std::uint32_t>(d[at]) | static_cast<std::uint32_t>(d[at + 1]) << 8 |
-           static_cast<std::uint32_t>(d[at + 2]) << 16 | static_cast<std::uint32_t>(d[at + 3]) << 24;
+           static_cast<std::uint32_t>(d[at + 2]) << 16 |
+           static_cast<std::uint32_t>(d[at + 3]) << 24;
 }
 
 std::uint16_t U16(const std::vector<std::uint8_t>& d, std::size_t at) {
@@ -106,11 +106,13 @@ BitmapBits ParseBitmap(const std::vector<std::uint8_t>& data, const std::string&
     const std::size_t stride = static_cast<std::size_t>(bitmap.BytesPerRow());
     bitmap.bits.resize(stride * static_cast<std::size_t>(height));
     for (int y = 0; y < height; ++y) {
-        const std::size_t fileRow = topDown ? static_cast<std::size_t>(y)
-                                            : static_cast<std::size_t>(height - 1 - y);
-        const auto from = data.begin() + static_cast<std::ptrdiff_t>(pixelOffset + fileRow * fileStride);
+        const std::size_t fileRow =
+            topDown ? static_cast<std::size_t>(y) : static_cast<std::size_t>(height - 1 - y);
+        const auto from =
+            data.begin() + static_cast<std::ptrdiff_t>(pixelOffset + fileRow * fileStride);
         std::copy(from, from + static_cast<std::ptrdiff_t>(stride),
-                  bitmap.bits.begin() + static_cast<std::ptrdiff_t>(static_cast<std::size_t>(y) * stride));
+                  bitmap.bits.begin() +
+                      static_cast<std::ptrdiff_t>(static_cast<std::size_t>(y) * stride));
     }
     return bitmap;
 }
@@ -118,8 +120,7 @@ BitmapBits ParseBitmap(const std::vector<std::uint8_t>& data, const std::string&
 BitmapBits ReadBitmapFile(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     if (!in) {
-        throw automation::Failure(automation::err::kFileNotFound,
-                                  "File not found: '" + path + "'");
+        throw automation::Failure(automation::err::kFileNotFound, "File not found: '" + path + "'");
     }
     std::vector<std::uint8_t> data((std::istreambuf_iterator<char>(in)),
                                    std::istreambuf_iterator<char>());

@@ -42,16 +42,16 @@ void ClipToBitmap(forms::Form& form, bool useFrame, const forms::Control* image,
     const RgbColour keyColour = KeyColour(form.ForeColor());
     const std::string& picture = image == nullptr ? form.Picture() : image->Picture();
     if (picture.empty()) {
-        throw automation::Failure(kInvalidPicture,
-                                  "Invalid picture: " + form.Name() + " has no picture to shape by");
+        throw automation::Failure(
+            kInvalidPicture, "Invalid picture: " + form.Name() + " has no picture to shape by");
     }
     const BitmapBits& bitmap = art.Bitmap(picture);
     const std::uint8_t key = FindKeyIndex(bitmap.colours, keyColour);
 
     Rect start{0, 0, bitmap.width, bitmap.height};
     if (useFrame) {
-        start = Rect{frameWidth, frameHeight, bitmap.width + frameWidth,
-                     bitmap.height + frameHeight};
+        start =
+            Rect{frameWidth, frameHeight, bitmap.width + frameWidth, bitmap.height + frameHeight};
     } else if (image != nullptr) {
         start = Rect{image->Left(), image->Top(), image->Left() + bitmap.width,
                      image->Top() + bitmap.height};

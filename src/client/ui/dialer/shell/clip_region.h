@@ -16,13 +16,13 @@ namespace kw::dialer {
 // The pictures that forms name (Picture "art/MainWin.bmp"), read from the assets directory
 // once each and kept.
 class ArtworkLibrary {
-public:
+  public:
     explicit ArtworkLibrary(std::string assetsDirectory);
     const std::string& Directory() const { return directory_; }
     // Fails with the reader's failures (53 for a missing file, 321 for a bad one).
     const BitmapBits& Bitmap(const std::string& picture) const;
 
-private:
+  private:
     std::string directory_;
     mutable std::map<std::string, BitmapBits> cache_;
 };

@@ -36,7 +36,7 @@ class Region {
         bool operator==(const Band&) const = default;
     };
 
-public:
+  public:
     Region() = default;
     // The region of one rectangle; an empty or inverted rectangle gives the empty region.
     explicit Region(const Rect& rect);
@@ -69,17 +69,17 @@ public:
     // bottom without overlap; spans of one row are [left, right) pairs sorted and disjoint.
     // Used where a region is made from a bitmap row by row.
     class RowBuilder {
-    public:
+      public:
         void AddRow(int y, const std::vector<int>& spans);
         Region Finish();
 
-    private:
+      private:
         std::vector<Band> bands_;
         int nextRow_ = 0;
         bool started_ = false;
     };
 
-private:
+  private:
     void AppendBand(int top, int bottom, std::vector<int>&& spans);
 
     std::vector<Band> bands_;

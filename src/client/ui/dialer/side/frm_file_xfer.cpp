@@ -10,6 +10,8 @@ frmFileXfer::frmFileXfer(Application& app) : Form(app.Platform(), "frmFileXfer")
     Timer1.SetTimerEnabled(false);
 }
 
-void frmFileXfer::UpdateProgress(const automation::Variant& transfer) { last_ = transfer; }
+void frmFileXfer::UpdateProgress(const automation::Variant& transfer) {
+    last_ = transfer;
+}
 
 }  // namespace kw::dialer

@@ -10,7 +10,7 @@ class Application;
 
 // Shows the progress of the engine's call-home file transfers.
 class frmFileXfer : public forms::Form {
-public:
+  public:
     explicit frmFileXfer(Application& app);
 
     forms::ProgressBar ProgressBar1{*this, "ProgressBar1"};
@@ -20,7 +20,7 @@ public:
     void UpdateProgress(const automation::Variant& transfer);
     const automation::Variant& LastTransfer() const { return last_; }
 
-private:
+  private:
     automation::Variant last_;
 };
 

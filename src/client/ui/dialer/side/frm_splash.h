@@ -9,7 +9,7 @@ class Application;
 
 // The splash form.
 class frmSplash : public forms::Form {
-public:
+  public:
     explicit frmSplash(Application& app);
 };
 

@@ -38,11 +38,11 @@ struct Sized {
 
 TEST(ArtworkTest, ShapedFormsHaveTheirSizesAndAGreenOutside) {
     const Sized forms[] = {
-        {L::mainwin::kPicture, 128, 320},         {L::login::kLoginPicture, 200, 150},
-        {L::login::kIspLoginPicture, 200, 150},   {L::perfpulldown::kPicture, 115, 181},
-        {L::frompullout::kPicture, 400, 232},     {L::topullout::kPicture, 400, 232},
-        {L::rxpullout::kPicture, 400, 232},       {L::morepullout::kPicture, 68, 72},
-        {L::logpullout::kPicture, 320, 204},      {L::prefpullout::kPicture, 320, 204},
+        {L::mainwin::kPicture, 128, 320},        {L::login::kLoginPicture, 200, 150},
+        {L::login::kIspLoginPicture, 200, 150},  {L::perfpulldown::kPicture, 115, 181},
+        {L::frompullout::kPicture, 400, 232},    {L::topullout::kPicture, 400, 232},
+        {L::rxpullout::kPicture, 400, 232},      {L::morepullout::kPicture, 68, 72},
+        {L::logpullout::kPicture, 320, 204},     {L::prefpullout::kPicture, 320, 204},
         {L::displaypullout::kPicture, 320, 204},
     };
     for (const Sized& f : forms) {
@@ -62,11 +62,12 @@ TEST(ArtworkTest, MainWindowControlsLieOnTheShapeAndTheNotchIsCut) {
     namespace M = L::mainwin;
     const Region shape = ShapeOf(M::kPicture);
     for (const L::LayoutRect& r :
-         {M::imgLogoOn, M::btnMinimize, M::btnHelp, M::btnCloseWin, M::lblFrom, M::cmboFrom,
-          M::btnFromPullout, M::lblTo, M::cmboTo, M::btnToPullout, M::imgModemDetected,
-          M::imgPhoneDialing, M::imgConnectingISP, M::imgAuthorizingISP, M::imgCreatingTunnel,
-          M::imgAuthorizingTunnel, M::btnRxPullout, M::btnConnect, M::lblConnect,
-          M::imgConnectLight, M::Label4, M::btnMorePullout, M::lblStatus}) {
+         {M::imgLogoOn,        M::btnMinimize,       M::btnHelp,           M::btnCloseWin,
+          M::lblFrom,          M::cmboFrom,          M::btnFromPullout,    M::lblTo,
+          M::cmboTo,           M::btnToPullout,      M::imgModemDetected,  M::imgPhoneDialing,
+          M::imgConnectingISP, M::imgAuthorizingISP, M::imgCreatingTunnel, M::imgAuthorizingTunnel,
+          M::btnRxPullout,     M::btnConnect,        M::lblConnect,        M::imgConnectLight,
+          M::Label4,           M::btnMorePullout,    M::lblStatus}) {
         EXPECT_TRUE(Inside(shape, r)) << r.x << "," << r.y << " " << r.w << "x" << r.h;
     }
     // The performance panel's handle shows through the bottom notch.
@@ -95,8 +96,8 @@ TEST(ArtworkTest, PerformancePanelHandleShowsBelowTheMainWindowWhenRetracted) {
 TEST(ArtworkTest, PanelsOfMoreStaySolidWhereTheirCutCombinesByExclusiveOr) {
     // Their shape is exclusive-ored with the main window and MorePullout: any outside pixel
     // there would turn into a visible patch of the panel's own picture.
-    for (const char* picture : {L::logpullout::kPicture, L::prefpullout::kPicture,
-                                L::displaypullout::kPicture}) {
+    for (const char* picture :
+         {L::logpullout::kPicture, L::prefpullout::kPicture, L::displaypullout::kPicture}) {
         SCOPED_TRACE(picture);
         const Region shape = ShapeOf(picture);
         EXPECT_TRUE(Inside(shape, L::panel::kUnderMore));
@@ -108,13 +109,15 @@ TEST(ArtworkTest, SeparatePicturesExist) {
     namespace Pc = L::pictures;
     namespace P = L::perfpulldown;
     for (const char* picture :
-         {Pc::kLightOff, Pc::kModemDetected, Pc::kPhoneDialing, Pc::kConnectingISP,
-          Pc::kAuthorizingISP, Pc::kCreatingTunnel, Pc::kAuthorizingTunnel, Pc::kLogoOn,
-          Pc::kConnectLightOn, Pc::kConnectLightOff, Pc::kYellowLightOn, Pc::kYellowLightOff,
-          Pc::kImage5, Pc::kImage6, Pc::kPushedButton, Pc::kBtnHelp, Pc::kBtnMinimize,
-          Pc::kBtnCloseWin, Pc::kBtnConnect, Pc::kBtnReg, Pc::kBtnLeft, Pc::kBtnRight,
-          Pc::kMoreBtnPressed, Pc::kMoreLabels, Pc::kImage3, Pc::kBtnRxPullout, P::kImgLocation,
-          P::kVpnBytes, P::kISPBytes, P::kLeftBtn, P::kRightBtn, P::kDownBtn, P::kDetachBtn}) {
+         {Pc::kLightOff,       Pc::kModemDetected,   Pc::kPhoneDialing,      Pc::kConnectingISP,
+          Pc::kAuthorizingISP, Pc::kCreatingTunnel,  Pc::kAuthorizingTunnel, Pc::kLogoOn,
+          Pc::kConnectLightOn, Pc::kConnectLightOff, Pc::kYellowLightOn,     Pc::kYellowLightOff,
+          Pc::kImage5,         Pc::kImage6,          Pc::kPushedButton,      Pc::kBtnHelp,
+          Pc::kBtnMinimize,    Pc::kBtnCloseWin,     Pc::kBtnConnect,        Pc::kBtnReg,
+          Pc::kBtnLeft,        Pc::kBtnRight,        Pc::kMoreBtnPressed,    Pc::kMoreLabels,
+          Pc::kImage3,         Pc::kBtnRxPullout,    P::kImgLocation,        P::kVpnBytes,
+          P::kISPBytes,        P::kLeftBtn,          P::kRightBtn,           P::kDownBtn,
+          P::kDetachBtn}) {
         EXPECT_NO_THROW(Read(picture)) << picture;
     }
     EXPECT_EQ(Read(P::kVpnBytes).width, 34);

@@ -65,7 +65,8 @@ TEST(BitmapReaderTest, RejectsWhatItCannotReadWithoutReadingPastTheData) {
         } catch (const automation::Failure& failure) {
             EXPECT_EQ(failure.Number(), 321);
             EXPECT_NE(failure.Description().find("skin.bmp"), std::string::npos);
-            EXPECT_NE(failure.Description().find(fault), std::string::npos) << failure.Description();
+            EXPECT_NE(failure.Description().find(fault), std::string::npos)
+                << failure.Description();
         }
     }
 }
@@ -73,8 +74,8 @@ TEST(BitmapReaderTest, RejectsWhatItCannotReadWithoutReadingPastTheData) {
 TEST(ShapeTest, KeyPixelsArePunchedOutRowByRow) {
     // No key: the full rectangle. A hole, rows that end or start in key pixels. All key: empty.
     // Width 5 rounds to 6 bytes a row; the padding byte is 0, not the key, so nothing spills.
-    for (const Rows& picture : {Rows{"....", "...."}, Rows{"#..##", ".....", "..#..", "...##"},
-                                Rows{"####", "####"}}) {
+    for (const Rows& picture :
+         {Rows{"....", "...."}, Rows{"#..##", ".....", "..#..", "...##"}, Rows{"####", "####"}}) {
         const BmpSpec s = FromPicture(picture);
         const Region shape = ShapeOf(s);
         Rows expected = picture;

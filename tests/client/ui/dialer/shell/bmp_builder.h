@@ -29,7 +29,8 @@ inline std::vector<std::uint8_t> MakeBmp(const BmpSpec& s) {
     const auto offset = static_cast<std::int64_t>(14 + 40 + s.palette.size() * 4);
     std::vector<std::uint8_t> d = {'B', 'M'};
     auto put = [&d](std::int64_t v, int bytes) {
-        for (int i = 0; i < bytes; ++i) d.push_back(static_cast<std::uint8_t>((v >> (8 * i)) & 0xff));
+        for (int i = 0; i < bytes; ++i)
+            d.push_back(static_cast<std::uint8_t>((v >> (8 * i)) & 0xff));
     };
     for (std::int64_t v : {offset + stride * s.height, std::int64_t{0}, offset, std::int64_t{40},
                            std::int64_t{s.width}, std::int64_t{s.topDown ? -s.height : s.height}}) {
@@ -37,9 +38,9 @@ inline std::vector<std::uint8_t> MakeBmp(const BmpSpec& s) {
     }
     put(1, 2);
     put(s.bitCount, 2);
-    for (std::int64_t v : {std::int64_t{s.compression}, std::int64_t{stride * s.height},
-                           std::int64_t{2835}, std::int64_t{2835},
-                           static_cast<std::int64_t>(s.palette.size()), std::int64_t{0}}) {
+    for (std::int64_t v :
+         {std::int64_t{s.compression}, std::int64_t{stride * s.height}, std::int64_t{2835},
+          std::int64_t{2835}, static_cast<std::int64_t>(s.palette.size()), std::int64_t{0}}) {
         put(v, 4);
     }
     for (const RgbColour& c : s.palette) d.insert(d.end(), {c.blue, c.green, c.red, 0});
@@ -70,7 +71,8 @@ inline std::vector<std::string> Picture(const Region& r, int w, int h) {
     std::vector<std::string> rows(static_cast<std::size_t>(h), std::string(w, '#'));
     for (int y = 0; y < h; ++y) {
         for (int x = 0; x < w; ++x) {
-            if (r.Contains(x, y)) rows[static_cast<std::size_t>(y)][static_cast<std::size_t>(x)] = '.';
+            if (r.Contains(x, y))
+                rows[static_cast<std::size_t>(y)][static_cast<std::size_t>(x)] = '.';
         }
     }
     return rows;

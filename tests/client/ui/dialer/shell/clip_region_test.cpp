@@ -43,7 +43,8 @@ class ClipToBitmapTest : public ::testing::Test {
         std::filesystem::create_directories(dir / "art");
         const auto bmp = MakeBmp(FromPicture({"#...#", ".....", "##..."}));
         std::ofstream(dir / "art/blob.bmp", std::ios::binary)
-            .write(reinterpret_cast<const char*>(bmp.data()), static_cast<std::streamsize>(bmp.size()));
+            .write(reinterpret_cast<const char*>(bmp.data()),
+                   static_cast<std::streamsize>(bmp.size()));
         form.SetPicture("art/blob.bmp");
     }
     void TearDown() override { std::filesystem::remove_all(dir); }
@@ -59,9 +60,9 @@ class ClipToBitmapTest : public ::testing::Test {
 
 TEST_F(ClipToBitmapTest, TheFrameInsetCutsAwayCaptionAndFrame) {
     ClipToBitmap(form, true, nullptr, art, 2, 3);
-    EXPECT_EQ(Picture(WindowRegion(form), 8, 7),
-              (Rows{"########", "########", "########", "###...##", "##.....#", "####...#",
-                    "########"}));
+    EXPECT_EQ(
+        Picture(WindowRegion(form), 8, 7),
+        (Rows{"########", "########", "########", "###...##", "##.....#", "####...#", "########"}));
     EXPECT_EQ(platform.yields, 3) << "one turn of the message loop per row";
     ClipToBitmap(form, false, nullptr, art, 2, 3);  // without it, from the origin
     EXPECT_EQ(Picture(WindowRegion(form), 5, 3), (Rows{"#...#", ".....", "##..."}));

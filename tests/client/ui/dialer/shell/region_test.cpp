@@ -28,11 +28,16 @@ Pixels PixelsOf(const Region& region) {
 
 bool Combined(bool inA, bool inB, int mode) {
     switch (mode) {
-        case RGN_AND: return inA && inB;
-        case RGN_OR: return inA || inB;
-        case RGN_XOR: return inA != inB;
-        case RGN_DIFF: return inA && !inB;
-        default: return inA;  // RGN_COPY
+        case RGN_AND:
+            return inA && inB;
+        case RGN_OR:
+            return inA || inB;
+        case RGN_XOR:
+            return inA != inB;
+        case RGN_DIFF:
+            return inA && !inB;
+        default:
+            return inA;  // RGN_COPY
     }
 }
 
@@ -69,9 +74,12 @@ Region RandomRegion(std::mt19937& rng, int count) {
     Region region;
     for (int i = 0; i < count; ++i) {
         int l = coord(rng), r = coord(rng), t = coord(rng), b = coord(rng);
-        if (l > r) std::swap(l, r);
-        if (t > b) std::swap(t, b);
-        region.CombineWith(Region::FromRect(l, t, r + 1, b + 1), i == 0 ? RGN_OR : kModes[rng() % 3]);
+        if (l > r)
+            std::swap(l, r);
+        if (t > b)
+            std::swap(t, b);
+        region.CombineWith(Region::FromRect(l, t, r + 1, b + 1),
+                           i == 0 ? RGN_OR : kModes[rng() % 3]);
     }
     return region;
 }
