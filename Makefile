@@ -2,11 +2,12 @@
 # Both install the Debian packages the build needs when they are missing.
 
 PACKAGES := cmake ninja-build g++ pkg-config libgtest-dev libgmock-dev libbenchmark-dev \
-            qt6-base-dev libgl-dev xvfb xauth x11-utils imagemagick fonts-liberation
+            qt6-base-dev libgl-dev xvfb xauth x11-utils imagemagick fonts-liberation \
+            clang-format
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 JOBS ?= $(shell nproc)
 
-.PHONY: deps test asan run bench build clean format
+.PHONY: deps test asan run bench build clean format format-check
 
 deps:
 	@missing=""; for p in $(PACKAGES); do \
@@ -44,5 +45,11 @@ run: build
 clean:
 	rm -rf build
 
-format:
-	find src tests bench tools -name '*.cpp' -o -name '*.h' | xargs clang-format -i
+SOURCES = find src tests bench tools -name '*.cpp' -o -name '*.h'
+
+format: deps
+	$(SOURCES) | xargs clang-format -i
+
+# Fails on any file that clang-format would change.
+format-check: deps
+	$(SOURCES) | xargs clang-format --dry-run -Werror
