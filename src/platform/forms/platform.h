@@ -122,6 +122,16 @@ inline constexpr std::intptr_t MakeLParam(int low, int high) {
 using WindowMessageHook =
     std::function<bool(int message, std::intptr_t wParam, std::intptr_t lParam)>;
 
+// A moment on the user's local calendar, as a log line shows it.
+struct LocalTime {
+    int year = 0;
+    int month = 0;  // 1 to 12
+    int day = 0;    // 1 to 31
+    int hour = 0;
+    int minute = 0;
+    int second = 0;
+};
+
 // Everything the program asks of its surroundings beyond its own forms.
 class Platform {
   public:
@@ -148,6 +158,10 @@ class Platform {
     virtual void Sleep(int ms) = 0;
     // Milliseconds since some fixed start.
     virtual std::int64_t TickCount() const = 0;
+    // The wall clock: seconds since the Unix epoch, and the same moment on the local calendar.
+    // Every date the program writes comes from here, so a test's virtual clock decides it.
+    virtual std::int64_t UnixTime() const = 0;
+    virtual LocalTime LocalNow() const = 0;
 
     // Forms: the renderer attaches to a form when it loads and lets go of it when it unloads.
     virtual void AttachForm(Form& form) = 0;

@@ -1,6 +1,7 @@
 #include "platform/headless/headless_platform.h"
 
 #include <algorithm>
+#include <ctime>
 
 #include "platform/automation/failure.h"
 
@@ -23,6 +24,13 @@ HeadlessPlatform::HeadlessPlatform() {
 }
 
 HeadlessPlatform::~HeadlessPlatform() = default;
+
+forms::LocalTime HeadlessPlatform::LocalNow() const {
+    const auto t = static_cast<std::time_t>(UnixTime());
+    std::tm utc{};
+    ::gmtime_r(&t, &utc);
+    return {utc.tm_year + 1900, utc.tm_mon + 1, utc.tm_mday, utc.tm_hour, utc.tm_min, utc.tm_sec};
+}
 
 // ---- clock and timers ---------------------------------------------------------------------
 

@@ -57,6 +57,9 @@ class HeadlessPlatform : public forms::Platform {
     // Answers a modal form: acts on it as a user would (types, clicks OK) until it hides.
     using FormResponder = std::function<void(forms::Form&)>;
 
+    // 2026-03-14 09:26:53 UTC: a fixed, unremarkable moment for every test that prints a date.
+    static constexpr std::int64_t kDefaultWallClockStart = 1773480413;
+
     HeadlessPlatform();
     ~HeadlessPlatform() override;
 
@@ -64,6 +67,9 @@ class HeadlessPlatform : public forms::Platform {
     // The clock moves ms forward, firing every timer that falls due on the way, in due order.
     void Advance(int ms);
     std::int64_t Now() const { return now_; }
+    // The wall clock shows this moment (Unix seconds) at virtual time 0 and moves with Advance.
+    // Its local calendar is UTC, so a test's dates do not depend on the machine's zone.
+    void SetWallClockStart(std::int64_t unixTime) { wallClockStart_ = unixTime; }
 
     // The next box is answered with this result (queued answers come before the standing one).
     void AnswerNextBox(int result);
@@ -116,6 +122,8 @@ class HeadlessPlatform : public forms::Platform {
     void DoEvents() override;
     void Sleep(int ms) override;
     std::int64_t TickCount() const override { return now_; }
+    std::int64_t UnixTime() const override { return wallClockStart_ + now_ / 1000; }
+    forms::LocalTime LocalNow() const override;
     void AttachForm(forms::Form& form) override;
     void DetachForm(forms::Form& form) override;
     void RunModal(forms::Form& form) override;
@@ -152,6 +160,7 @@ class HeadlessPlatform : public forms::Platform {
     bool FireNextDue(std::int64_t limit);
 
     std::int64_t now_ = 0;
+    std::int64_t wallClockStart_ = kDefaultWallClockStart;
     std::map<forms::TimerId, std::shared_ptr<TimerEntry>> timers_;
     forms::TimerId nextTimerId_ = 1;
     std::uint64_t nextOrder_ = 0;

@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QDateTime>
 #include <QDesktopServices>
 #include <QDir>
 #include <QEventLoop>
@@ -130,6 +131,17 @@ void QtPlatform::Sleep(int ms) {
 std::int64_t QtPlatform::TickCount() const {
     using namespace std::chrono;
     return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+std::int64_t QtPlatform::UnixTime() const {
+    return QDateTime::currentSecsSinceEpoch();
+}
+
+forms::LocalTime QtPlatform::LocalNow() const {
+    const QDateTime now = QDateTime::currentDateTime();
+    const QDate date = now.date();
+    const QTime time = now.time();
+    return {date.year(), date.month(), date.day(), time.hour(), time.minute(), time.second()};
 }
 
 // ---- forms --------------------------------------------------------------------------------

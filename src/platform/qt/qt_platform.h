@@ -53,6 +53,8 @@ class QtPlatform : public forms::Platform {
     void DoEvents() override;
     void Sleep(int ms) override;
     std::int64_t TickCount() const override;
+    std::int64_t UnixTime() const override;
+    forms::LocalTime LocalNow() const override;
     void AttachForm(forms::Form& form) override;
     void DetachForm(forms::Form& form) override;
     void RunModal(forms::Form& form) override;

@@ -1,4 +1,5 @@
 #include "platform/registry/hive_file.h"
+#include "platform/registry/registry.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -224,7 +225,7 @@ bool HiveFile::LoadLocked(int& errnoOut) {
 
 bool HiveFile::MoveAside(const text::ParseError& why, int& errnoOut) {
     char stamp[32];
-    const std::time_t t = std::time(nullptr);
+    const auto t = static_cast<std::time_t>(WallClock());
     std::tm utc{};
     ::gmtime_r(&t, &utc);
     std::strftime(stamp, sizeof stamp, "%Y%m%dT%H%M%S", &utc);

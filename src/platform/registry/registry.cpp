@@ -84,7 +84,7 @@ std::string Join(const std::string& base, const std::string& sub) {
 }
 
 std::int64_t Now() {
-    return static_cast<std::int64_t>(std::time(nullptr));
+    return WallClock();
 }
 
 class Registry {
@@ -164,6 +164,31 @@ void Configure(const RegistryConfig& config) {
     auto& r = Registry::Instance();
     std::lock_guard lock(r.mutex);
     r.Configure(config);
+}
+
+namespace {
+std::mutex& ClockMutex() {
+    static std::mutex mutex;
+    return mutex;
+}
+std::function<std::int64_t()>& ClockFunction() {
+    static std::function<std::int64_t()> clock;
+    return clock;
+}
+}  // namespace
+
+void SetWallClock(std::function<std::int64_t()> clock) {
+    std::lock_guard lock(ClockMutex());
+    ClockFunction() = std::move(clock);
+}
+
+std::int64_t WallClock() {
+    std::function<std::int64_t()> clock;
+    {
+        std::lock_guard lock(ClockMutex());
+        clock = ClockFunction();
+    }
+    return clock ? clock() : static_cast<std::int64_t>(std::time(nullptr));
 }
 
 std::string HivePath(HKEY root) {

@@ -33,6 +33,7 @@
 //   Handles are process-local; all calls may be made from any thread.
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 namespace kw::registry {
@@ -134,6 +135,12 @@ RegistryConfig DefaultConfig();
 
 // Points the hives at other files. Open handles stay valid and now refer to the new files.
 void Configure(const RegistryConfig& config);
+
+// The clock that stamps keys and names damaged files aside, in seconds since the Unix epoch.
+// The program hands in its platform's clock so that a test's virtual time reaches the hives;
+// an empty function restores the system clock.
+void SetWallClock(std::function<std::int64_t()> clock);
+std::int64_t WallClock();
 
 // The file that holds `root` (HKEY_CURRENT_USER or HKEY_LOCAL_MACHINE), "" for another handle.
 std::string HivePath(HKEY root);

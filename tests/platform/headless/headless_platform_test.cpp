@@ -27,6 +27,17 @@ TEST(HeadlessClock, TimersFireInDueOrderEachAtItsIntervalWithTheClockAtTheirDueT
     EXPECT_EQ(p.Now(), 650);
 }
 
+// The wall clock moves with the virtual one, across a day's end, on the UTC calendar.
+TEST(HeadlessClock, WallClockMovesWithTheVirtualClock) {
+    HeadlessPlatform p;
+    p.SetWallClockStart(1773532799);  // 2026-03-14 23:59:59 UTC
+    p.Advance(1999);
+    EXPECT_EQ(p.UnixTime(), 1773532800);
+    const forms::LocalTime t = p.LocalNow();
+    EXPECT_EQ((std::vector<int>{t.year, t.month, t.day, t.hour, t.minute, t.second}),
+              (std::vector<int>{2026, 3, 15, 0, 0, 0}));
+}
+
 TEST(HeadlessClock, SleepBlocksWithoutRunningAndDoEventsRunsWhatIsDue) {
     HeadlessPlatform p;
     int ticks = 0;

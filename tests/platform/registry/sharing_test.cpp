@@ -98,6 +98,26 @@ TEST_F(DamagedFile, IsSetAsideOnceAndNotWrittenOver) {
     }
 }
 
+using WallClockStamps = RegistryTest;
+
+// The program hands in its platform's clock: a key's stamp and a damaged file's name follow it.
+TEST_F(WallClockStamps, KeysAndSetAsideFilesFollowTheClockHandedIn) {
+    SetWallClock([] { return std::int64_t{1773480413}; });  // 2026-03-14 09:26:53 UTC
+    HKEY key = OpenUserKey();
+    ASSERT_EQ(SetString(key, "UserName", "ann"), ERROR_SUCCESS);
+    EXPECT_NE(ReadFile(userHive_).find("[Software\\\\Ostvarra\\\\Kestrelway] 1773480413\n"),
+              std::string::npos)
+        << ReadFile(userHive_);
+
+    WriteFile(userHive_, "this is not a hive\n");
+    ::testing::internal::CaptureStderr();
+    EXPECT_EQ(SetString(key, "UserName", "bob"), ERROR_KEY_DELETED);
+    ::testing::internal::GetCapturedStderr();
+    EXPECT_TRUE(std::filesystem::exists(userHive_ + ".corrupt-20260314T092653"));
+    RegCloseKey(key);
+    SetWallClock({});
+}
+
 using TwoProcesses = RegistryTest;
 
 TEST_F(TwoProcesses, ConcurrentWritersLoseNothingAndEachSeesTheOthersWrites) {

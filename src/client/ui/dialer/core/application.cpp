@@ -19,6 +19,7 @@
 #include "client/ui/dialer/side/frm_splash.h"
 #include "client/ui/dialer/side/log_pullout.h"
 #include "client/ui/dialer/side/rx_pullout.h"
+#include "platform/registry/registry.h"
 
 namespace kw::dialer {
 
@@ -32,12 +33,15 @@ void RegisterForm(forms::FormSet& set, Application& app) {
 Application::Application(forms::Platform& platform, std::string assetsDir)
     : platform_(platform), art_(std::move(assetsDir)) {
     platform_.SetApplicationTitle(Title);
+    // The hives stamp their keys by the same clock as everything else the program dates.
+    registry::SetWallClock([&platform] { return platform.UnixTime(); });
     RegisterForms();
 }
 
 Application::~Application() {
     // The forms go with this object: the main window's hook must not reach them on the way.
     RemoveMessageHook(*this);
+    registry::SetWallClock({});
 }
 
 std::string Application::DefaultAssetsDir() {
