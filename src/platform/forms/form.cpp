@@ -59,15 +59,23 @@ void Form::Hide() {
     Notify(FormProperty::Visible);
 }
 
-bool Form::Unload(int reason) {
+bool Form::QueryUnload(int reason) {
     if (!loaded_) {
         return true;
     }
     int cancel = 0;
     Form_QueryUnload(cancel, reason);
-    if (cancel != 0) {
+    return cancel == 0;
+}
+
+bool Form::Unload(int reason) {
+    if (!loaded_) {
+        return true;
+    }
+    if (!QueryUnload(reason)) {
         return false;
     }
+    int cancel = 0;
     Form_Unload(cancel);
     if (cancel != 0) {
         return false;

@@ -59,6 +59,9 @@ class Form {
     void Hide();
     // QueryUnload with the reason, then Unload; false when either cancelled.
     bool Unload(int reason = unload::kFormCode);
+    // Only the question of an unload: runs QueryUnload with the reason, unloads nothing. False
+    // when the form refused (the end of a desktop session asks every form first).
+    bool QueryUnload(int reason);
     // The user closes the window from its system menu or the window manager.
     bool UserClose();
 

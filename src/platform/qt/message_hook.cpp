@@ -53,6 +53,10 @@ MessageHookFilter::MessageHookFilter(QWidget& window, forms::Platform& platform,
     window_.installEventFilter(this);
 }
 
+void MessageHookFilter::Deliver(int message, std::intptr_t wParam, std::intptr_t lParam) {
+    platform_.Dispatch([&] { hook_(message, wParam, lParam); });
+}
+
 bool MessageHookFilter::eventFilter(QObject* watched, QEvent* event) {
     if (watched != &window_) {
         return false;

@@ -13,6 +13,8 @@ class MessageHookFilter : public QObject {
     Q_OBJECT
   public:
     MessageHookFilter(QWidget& window, forms::Platform& platform, forms::WindowMessageHook hook);
+    // A message that no event of the window stands for (the session's end), handed to the hook.
+    void Deliver(int message, std::intptr_t wParam, std::intptr_t lParam);
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -5,6 +5,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -18,6 +19,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QScreen>
+#include <QSessionManager>
 #include <QTextBrowser>
 #include <QThread>
 #include <QTimer>
@@ -48,6 +50,62 @@ QtPlatform::QtPlatform(std::string assetsDir, std::string instanceKey)
     handlers.raise = [this] { RaiseOwnWindows(); };
     channel_ = std::make_unique<InstanceChannel>(InstanceChannel::NameFor(instanceKey),
                                                  std::move(handlers));
+    WatchSession();
+}
+
+void QtPlatform::WatchSession() {
+    sessionWatch_ = std::make_unique<QObject>();
+    QObject::connect(qApp, &QGuiApplication::commitDataRequest, sessionWatch_.get(),
+                     [this](QSessionManager& manager) {
+                         if (!QueryEndSession() && manager.allowsInteraction()) {
+                             manager.cancel();
+                         }
+                         manager.release();
+                     });
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, sessionWatch_.get(), [this] {
+        if (sessionEnding_) {
+            EndSession();
+        }
+    });
+}
+
+bool QtPlatform::QueryEndSession() {
+    TellHooks(forms::wm::kQueryEndSession, 0);
+    bool agreed = true;
+    for (forms::Form* form : AttachedForms()) {
+        Dispatch([&] { agreed = form->QueryUnload(forms::unload::kAppWindows) && agreed; });
+        if (!agreed) {
+            break;
+        }
+    }
+    sessionEnding_ = agreed;
+    return agreed;
+}
+
+void QtPlatform::EndSession() {
+    TellHooks(forms::wm::kEndSession, 1);
+    for (forms::Form* form : AttachedForms()) {
+        // An earlier form's unload may have taken this one with it.
+        if (std::find(attached_.begin(), attached_.end(), form) != attached_.end()) {
+            Dispatch([form] { form->Unload(forms::unload::kAppWindows); });
+        }
+    }
+}
+
+void QtPlatform::TellHooks(int message, std::intptr_t wParam) {
+    std::vector<QPointer<QObject>> hooks;
+    for (const auto& [form, hook] : hooks_) {
+        hooks.push_back(hook);
+    }
+    for (const QPointer<QObject>& hook : hooks) {
+        if (auto* filter = qobject_cast<MessageHookFilter*>(hook.data())) {
+            filter->Deliver(message, wParam, 0);
+        }
+    }
+}
+
+std::vector<forms::Form*> QtPlatform::AttachedForms() const {
+    return attached_;
 }
 
 QtPlatform::~QtPlatform() {
@@ -152,10 +210,12 @@ void QtPlatform::AttachForm(forms::Form& form) {
     }
     windows_[&form] = new FormWindow(form, QDir(assetsDir_).absolutePath(),
                                      [this](forms::Form& f) { FormHidden(f); });
+    attached_.push_back(&form);
 }
 
 void QtPlatform::DetachForm(forms::Form& form) {
     RemoveMessageHook(form);  // a window on its way out tells the program nothing more
+    attached_.erase(std::remove(attached_.begin(), attached_.end(), &form), attached_.end());
     auto it = windows_.find(&form);
     if (it != windows_.end()) {
         it->second->Detach();

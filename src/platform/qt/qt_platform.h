@@ -45,6 +45,15 @@ class QtPlatform : public forms::Platform {
     // Where ShowHelp goes for a help file and a topic.
     QUrl HelpUrl(const std::string& helpFile, int contextId) const;
 
+    // The end of the desktop session, as the session manager announces it (public because no
+    // test can fake a session manager). First every hooked window hears wm::kQueryEndSession and
+    // every loaded form answers its query-unload with the session's reason; false when a form
+    // refused, and the manager is then asked to cancel.
+    bool QueryEndSession();
+    // The session does end: the hooks hear wm::kEndSession 1, then every form still loaded
+    // unloads with the session's reason.
+    void EndSession();
+
     // ---- forms::Platform ----
     int MessageBox(const forms::MessageBoxRequest& request) override;
     bool CloseMessageBox(const std::string& caption, int result) override;
@@ -89,11 +98,18 @@ class QtPlatform : public forms::Platform {
     int OwnPlacement() const;
     void RestoreOwnWindows();
     void RaiseOwnWindows();
+    void WatchSession();
+    void TellHooks(int message, std::intptr_t wParam);
+    // The loaded forms, in the order they were loaded.
+    std::vector<forms::Form*> AttachedForms() const;
 
     QString assetsDir_;
     MessageBoxes boxes_;
     std::unique_ptr<InstanceChannel> channel_;
     std::map<const forms::Form*, FormWindow*> windows_;
+    std::vector<forms::Form*> attached_;
+    std::unique_ptr<QObject> sessionWatch_;  // the context of the session manager's signals
+    bool sessionEnding_ = false;
     std::map<const forms::Form*, QPointer<QObject>> hooks_;
     std::map<forms::TimerId, std::shared_ptr<TimerEntry>> timers_;
     forms::TimerId nextTimerId_ = 1;
