@@ -22,6 +22,24 @@ std::string WithSpeed(const std::string& text, int bps) {
 
 }  // namespace
 
+CallPlan PlanCall(const Store& store, const Destination& d, const Location& from) {
+    CallPlan plan;
+    plan.destination = d.name;
+    plan.type = d.type;
+    plan.tunnelServer = d.tunnelServer.empty() ? "vpn.ostvarra.example" : d.tunnelServer;
+    plan.overLan = from.Get("TunnelOverLAN") == "1" || d.type == "VPN";
+    plan.device = plan.overLan || d.type != "ISP" ? d.deviceName : store.settings.modem;
+    if (plan.overLan && d.type == "ISP") {
+        plan.device = store.settings.vpnDevice;
+    }
+    for (const auto& row : ComputeDialList(store, from, d).rows) {
+        if (row.enabled) {
+            plan.numbers.push_back(row);
+        }
+    }
+    return plan;
+}
+
 CallRun::CallRun(CallHost& host, CallPlan plan) : host_(host), plan_(std::move(plan)) {}
 
 CallRun::~CallRun() {
@@ -387,6 +405,18 @@ void CallRun::BeginTeardown(int delayMs) {
     KillTimer(transferTimer_);
     transfer_.Cancel();
     steps_.clear();
+    int delay = delayMs;
+    for (auto& [code, text] : TeardownCodes()) {
+        Enqueue(delay, [this, code = code, text = text] { Progress(code, text); });
+        delay = 300;
+    }
+    Enqueue(300, [this] { LineDown(); });
+    // A Disconnect from a click, outside any step of the call, must start the teardown itself.
+    ScheduleNextStep();
+}
+
+// What comes down, in order, before the line itself.
+std::vector<std::pair<std::int16_t, std::string>> CallRun::TeardownCodes() const {
     std::vector<std::pair<std::int16_t, std::string>> codes;
     if (tunnelStarted_) {
         codes.emplace_back(232, "Tunnel to " + plan_.tunnelServer + " closed");
@@ -398,22 +428,18 @@ void CallRun::BeginTeardown(int delayMs) {
         codes.emplace_back(132, "Hanging up the modem");
     }
     codes.emplace_back(31, "Logged off");
-    int delay = delayMs;
-    for (auto& [code, text] : codes) {
-        Enqueue(delay, [this, code = code, text = text] { Progress(code, text); });
-        delay = 300;
+    return codes;
+}
+
+void CallRun::LineDown() {
+    // The run ends before the event, so that its handler may start the next call; nothing of
+    // the run is touched after CallEnded.
+    CallHost& host = host_;
+    host.CallEnded();
+    std::string text = "The line is down";
+    if (auto* sink = host.Sink()) {
+        sink->ProgressUpdate(32, text);
     }
-    Enqueue(300, [this] {
-        // The run ends before the event: its handler may start the next call.
-        CallHost& host = host_;
-        host.CallEnded();
-        std::string text = "The line is down";
-        if (auto* sink = host.Sink()) {
-            sink->ProgressUpdate(32, text);
-        }
-    });
-    // A Disconnect from a click, outside any step of the call, must start the teardown itself.
-    ScheduleNextStep();
 }
 
 // ---- statistics and transfers ------------------------------------------------------------------

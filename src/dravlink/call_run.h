@@ -6,6 +6,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "client/ui/dialer/engine/dravlink.h"
@@ -50,6 +51,9 @@ struct CallPlan {
     bool overLan = false;
     std::vector<PopRow> numbers;  // enabled rows of the dial list, in dialling order
 };
+
+// The plan of a call to d from a location; the caller gives it its handle and scenario.
+CallPlan PlanCall(const Store& store, const Destination& d, const Location& from);
 
 // One call, from Connect until the line is down: its steps, timers, statistics and transfers.
 // Every event handler may call back into the engine, end this call, start another or release the
@@ -116,6 +120,8 @@ class CallRun {
     void OfferCallHome();
 
     void BeginTeardown(int delayMs);
+    std::vector<std::pair<std::int16_t, std::string>> TeardownCodes() const;
+    void LineDown();
     void StartStatistics();
     void OnStatisticsTimer();
     void StartTransfer();

@@ -510,31 +510,14 @@ Variant Simulator::Connect(const std::string& destination, bool) {
     if (l == nullptr) {
         throw Failure(kBadFromNumber, "There is no location to dial from.");
     }
+    CallPlan plan = PlanCall(store_, *d, *l);
+    plan.handle = nextHandle_++;
+    plan.scenario = ScenarioFor(d->name);
     CallHost& host = *this;
-    call_ = std::make_unique<CallRun>(host, PlanCall(*d, *l));
+    call_ = std::make_unique<CallRun>(host, std::move(plan));
     const std::int32_t handle = call_->Handle();
     call_->Start();
     return Variant(handle);
-}
-
-CallPlan Simulator::PlanCall(const Destination& d, const Location& from) {
-    CallPlan plan;
-    plan.handle = nextHandle_++;
-    plan.destination = d.name;
-    plan.type = d.type;
-    plan.scenario = ScenarioFor(d.name);
-    plan.tunnelServer = d.tunnelServer.empty() ? "vpn.ostvarra.example" : d.tunnelServer;
-    plan.overLan = from.Get("TunnelOverLAN") == "1" || d.type == "VPN";
-    plan.device = plan.overLan || d.type != "ISP" ? d.deviceName : store_.settings.modem;
-    if (plan.overLan && d.type == "ISP") {
-        plan.device = store_.settings.vpnDevice;
-    }
-    for (const auto& row : ComputeDialList(store_, from, d).rows) {
-        if (row.enabled) {
-            plan.numbers.push_back(row);
-        }
-    }
-    return plan;
 }
 
 Variant Simulator::Disconnect(std::int32_t& handle) {

@@ -91,7 +91,6 @@ class Simulator : public kw::dialer::Dravlink, private CallHost {
   private:
     void RequireLogon() const;
     Location* AnyLocation(const std::string& name);
-    CallPlan PlanCall(const Destination& destination, const Location& from);
     void DeliverDialList(std::string location, std::string destination);
     void KillTimer(kw::forms::TimerId& id);
 
