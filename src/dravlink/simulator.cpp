@@ -1,50 +1,28 @@
 #include "dravlink/simulator.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "client/ui/dialer/engine/engine_factory.h"
 #include "dravlink/credentials.h"
+#include "dravlink/engine_arrays.h"
 #include "platform/automation/failure.h"
 #include "platform/automation/safe_array.h"
 
-#ifndef KW_DRAVLINK_SAMPLE_DIR
-#define KW_DRAVLINK_SAMPLE_DIR "assets/dravlink"
-#endif
-
 namespace dravlink {
 
-namespace fs = std::filesystem;
-using kw::automation::CStr;
 using kw::automation::Failure;
 using kw::automation::SafeArray;
 
 namespace {
 
 constexpr int kNotLoggedOn = 1010;
+constexpr int kCallInProgress = 1011;
+constexpr int kStillDisconnecting = 1012;
 constexpr int kBadFromNumber = 1020;
 
 // BuildDialList's own failure codes.
 constexpr std::int32_t kUnknownLocation = 3;
 constexpr std::int32_t kUnknownDestination = 4;
-
-constexpr const char* kAllScenarios[] = {scenario::kNormal,         scenario::kBusy,
-                                         scenario::kIspPassword,    scenario::kTunnelUnreachable,
-                                         scenario::kNoNumbers,      scenario::kInvalidNumber,
-                                         scenario::kMotd,           scenario::kQuestion,
-                                         scenario::kChoice,         scenario::kInput,
-                                         scenario::kNewCredentials, scenario::kCallHome};
-
-Variant NameList(const std::vector<std::string>& names) {
-    if (names.empty()) {
-        return Variant();
-    }
-    auto a = SafeArray::OneDim(0, static_cast<std::int32_t>(names.size()) - 1);
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        a.Set(static_cast<std::int32_t>(i), Variant(names[i]));
-    }
-    return Variant(std::move(a));
-}
 
 bool IsKnownLocationKey(const std::string& key) {
     return std::any_of(std::begin(kLocationKeys), std::end(kLocationKeys),
@@ -56,100 +34,13 @@ bool AllDigits(const std::string& s) {
            std::all_of(s.begin(), s.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
-// Reads the rows of a two-dimensional array the client sends back; empty when it holds none.
-std::vector<std::vector<std::string>> Rows(const Variant& list, int fields) {
-    std::vector<std::vector<std::string>> rows;
-    if (!list.IsArray() || list.ToArray().Dims() != 2) {
-        return rows;
-    }
-    const SafeArray& a = list.ToArray();
-    if (a.UBound(2) - a.LBound(2) + 1 < fields) {
-        return rows;
-    }
-    for (std::int32_t r = a.LBound(1); r <= a.UBound(1); ++r) {
-        std::vector<std::string> row;
-        for (int f = 0; f < fields; ++f) {
-            row.push_back(CStr(a.Get(r, a.LBound(2) + f)));
-        }
-        rows.push_back(std::move(row));
-    }
-    return rows;
-}
-
 }  // namespace
 
-bool IsScenario(const std::string& name) {
-    return std::any_of(std::begin(kAllScenarios), std::end(kAllScenarios),
-                       [&](const char* s) { return name == s; });
-}
-
-fs::path DefaultDataDir() {
-    const char* xdg = std::getenv("XDG_DATA_HOME");
-    fs::path base;
-    if (xdg != nullptr && *xdg == '/') {
-        base = xdg;
-    } else {
-        const char* home = std::getenv("HOME");
-        base = fs::path(home != nullptr ? home : "/tmp") / ".local" / "share";
-    }
-    return base / "Ostvarra" / "Dravlink";
-}
-
-fs::path DefaultSampleDir() {
-    // Installed beside the program first; in a build tree, the source's own copy.
-    std::error_code ec;
-    const fs::path exe = fs::read_symlink("/proc/self/exe", ec);
-    if (!ec) {
-        const fs::path installed =
-            exe.parent_path().parent_path() / "share" / "kestrelway" / "dravlink";
-        if (fs::exists(installed / "engine.ini")) {
-            return installed;
-        }
-    }
-    return KW_DRAVLINK_SAMPLE_DIR;
-}
-
 Simulator::Simulator(kw::forms::Platform& platform, Options options)
-    : platform_(platform), options_(std::move(options)) {
-    if (options_.dataDir.empty()) {
-        options_.dataDir = DefaultDataDir();
-    }
-    if (options_.sampleDir.empty()) {
-        options_.sampleDir = DefaultSampleDir();
-    }
-    if (!options_.scenario.empty() && !IsScenario(options_.scenario)) {
-        throw Failure(kw::automation::err::kInvalidPropertyValue,
-                      "Dravlink: there is no scenario called \"" + options_.scenario + "\"");
-    }
-    try {
-        Store::Seed(options_.dataDir, options_.sampleDir);
-        store_ = Store::Load(options_.dataDir);
-    } catch (const DataError& e) {
-        throw Failure(kw::automation::err::kCantCreateObject,
-                      std::string("Dravlink cannot start: ") + e.what());
-    } catch (const fs::filesystem_error& e) {
-        throw Failure(kw::automation::err::kCantCreateObject,
-                      std::string("Dravlink cannot start: ") + e.what());
-    }
-    if (!store_.settings.scenario.empty() && !IsScenario(store_.settings.scenario)) {
-        throw Failure(kw::automation::err::kCantCreateObject,
-                      "Dravlink cannot start: engine.ini names the unknown scenario \"" +
-                          store_.settings.scenario + "\"");
-    }
-    for (const auto& d : store_.destinations) {
-        if (!d.scenario.empty() && !IsScenario(d.scenario)) {
-            throw Failure(kw::automation::err::kCantCreateObject,
-                          "Dravlink cannot start: phonebook.ini gives [" + d.name +
-                              "] the unknown scenario \"" + d.scenario + "\"");
-        }
-    }
-}
+    : platform_(platform), options_(Resolved(std::move(options))), store_(OpenStore(options_)) {}
 
 Simulator::~Simulator() {
-    ++life_->serial;
-    KillTimer(stepTimer_);
-    KillTimer(statsTimer_);
-    KillTimer(transferTimer_);
+    call_.reset();
     KillTimer(dialListTimer_);
 }
 
@@ -206,7 +97,7 @@ Variant Simulator::Logon(std::string& user, std::string& password, const std::st
 }
 
 Variant Simulator::Logoff() {
-    AbortCall();
+    call_.reset();
     loggedOnUser_.reset();
     return Variant(true);
 }
@@ -420,16 +311,7 @@ Variant Simulator::GetCountryList(Variant& list) {
     if (store_.countries.empty()) {
         return Variant(false);
     }
-    auto a = SafeArray::OneDim(0, static_cast<std::int32_t>(store_.countries.size() * 5) - 1);
-    std::int32_t i = 0;
-    for (const auto& c : store_.countries) {
-        a.Set(i++, Variant(c.name));
-        a.Set(i++, Variant(static_cast<float>(c.code)));
-        a.Set(i++, Variant(c.letterCode));
-        a.Set(i++, Variant(c.localRadius));
-        a.Set(i++, Variant(c.enable));
-    }
-    list = Variant(std::move(a));
+    list = CountryArray(store_.countries);
     return Variant(true);
 }
 
@@ -440,18 +322,7 @@ Variant Simulator::GetCallingCardList(Variant& list) {
     if (store_.cards.empty()) {
         return Variant(false);
     }
-    const auto n = static_cast<std::int32_t>(store_.cards.size());
-    auto a = SafeArray::TwoDim(0, n - 1, 0, 5);
-    for (std::int32_t r = 0; r < n; ++r) {
-        const auto& c = store_.cards[static_cast<std::size_t>(r)];
-        a.Set(r, 0, Variant(static_cast<std::int16_t>(r)));
-        a.Set(r, 1, Variant(static_cast<std::int16_t>(c.id)));
-        a.Set(r, 2, Variant(c.number));
-        a.Set(r, 3, Variant(c.name));
-        a.Set(r, 4, Variant(c.longDistanceRule));
-        a.Set(r, 5, Variant(c.sameAreaRule));
-    }
-    list = Variant(std::move(a));
+    list = CardArray(store_.cards);
     return Variant(true);
 }
 
@@ -497,7 +368,7 @@ Variant Simulator::BuildDialList(const std::string& location, const std::string&
     KillTimer(dialListTimer_);
     const std::string loc = l->name;
     const std::string dest = d->name;
-    dialListTimer_ = platform_.SetTimer(250, [this, loc, dest] {
+    dialListTimer_ = platform_.SetTimer(kDialListDelayMs, [this, loc, dest] {
         KillTimer(dialListTimer_);
         DeliverDialList(loc, dest);
     });
@@ -512,22 +383,7 @@ void Simulator::DeliverDialList(std::string location, std::string destination) {
     if (l != nullptr && d != nullptr) {
         DialList list = ComputeDialList(store_, *l, *d);
         message = list.message;
-        if (!list.rows.empty()) {
-            const auto n = static_cast<std::int32_t>(list.rows.size());
-            auto a = SafeArray::TwoDim(0, n - 1, 0, 7);
-            for (std::int32_t r = 0; r < n; ++r) {
-                const PopRow& row = list.rows[static_cast<std::size_t>(r)];
-                a.Set(r, 0, Variant(std::to_string(row.pop->index)));
-                a.Set(r, 1, Variant(row.pop->number));
-                a.Set(r, 2, Variant(row.pop->isp));
-                a.Set(r, 3, Variant(row.pop->city));
-                a.Set(r, 4, Variant(row.pop->state));
-                a.Set(r, 5, Variant(row.pop->modem));
-                a.Set(r, 6, Variant(row.enabled ? "1" : "0"));
-                a.Set(r, 7, Variant(std::to_string(row.weight)));
-            }
-            rows = Variant(std::move(a));
-        }
+        rows = DialListArray(list.rows);
     }
     if (auto* sink = EventSink()) {
         sink->GetGenericISPList(message, rows);
@@ -575,19 +431,8 @@ Variant Simulator::GetISPList(const std::string& destination, Variant& list) {
         list = Variant();
         return Variant(std::int32_t{0});
     }
-    const auto n = static_cast<std::int32_t>(rows.size());
-    auto a = SafeArray::TwoDim(0, n - 1, 0, 5);
-    for (std::int32_t r = 0; r < n; ++r) {
-        const IspRow& row = rows[static_cast<std::size_t>(r)];
-        a.Set(r, 0, Variant(row.isp->name));
-        a.Set(r, 1, Variant(row.isp->helpNumber));
-        a.Set(r, 2, Variant(row.isp->website));
-        a.Set(r, 3, Variant(row.enabled ? "1" : "0"));
-        a.Set(r, 4, Variant(std::to_string(row.position)));
-        a.Set(r, 5, Variant(static_cast<std::int16_t>(row.isp->weight)));
-    }
-    list = Variant(std::move(a));
-    return Variant(n);
+    list = IspListArray(rows);
+    return Variant(static_cast<std::int32_t>(rows.size()));
 }
 
 Variant Simulator::SaveISPList(const std::string& destination, Variant& list) {
@@ -641,6 +486,74 @@ Variant Simulator::GetISPLogin(std::string& user, std::string& ispName, Variant&
     a.Set(1, Variant(it != store_.ispLogins.end() ? DecodePassword(it->second.second) : ""));
     login = Variant(std::move(a));
     return Variant(true);
+}
+
+// ---- the call ---------------------------------------------------------------------------------
+
+Variant Simulator::Connect(const std::string& destination, bool) {
+    RequireLogon();
+    if (call_ && call_->GoingDown()) {
+        throw Failure(kStillDisconnecting, "The previous call is still being brought down.");
+    }
+    if (call_) {
+        throw Failure(kCallInProgress, "A call is already in progress.");
+    }
+    const Destination* d = store_.FindDestination(destination);
+    if (d == nullptr) {
+        throw Failure(kw::automation::err::kInvalidCall,
+                      "There is no destination called \"" + destination + "\".");
+    }
+    Location* l = store_.FindLocation(builtLocation_);
+    if (l == nullptr && !store_.locations.empty()) {
+        l = &store_.locations.front();
+    }
+    if (l == nullptr) {
+        throw Failure(kBadFromNumber, "There is no location to dial from.");
+    }
+    CallPlan plan = PlanCall(store_, *d, *l);
+    plan.handle = nextHandle_++;
+    plan.scenario = ScenarioFor(d->name);
+    CallHost& host = *this;
+    call_ = std::make_unique<CallRun>(host, std::move(plan));
+    const std::int32_t handle = call_->Handle();
+    call_->Start();
+    return Variant(handle);
+}
+
+Variant Simulator::Disconnect(std::int32_t& handle) {
+    if (!call_ || call_->Handle() != handle) {
+        return Variant(false);
+    }
+    call_->HangUp();
+    return Variant(true);
+}
+
+Variant Simulator::GetConnectionNames(std::string& destination, std::string& deviceName) {
+    RequireLogon();
+    if (!call_ || !call_->LinkUp()) {
+        return Variant(false);
+    }
+    destination = call_->DestinationName();
+    deviceName = call_->Device();
+    return Variant(true);
+}
+
+Variant Simulator::GetLinkSpeed(const std::string& deviceName) {
+    RequireLogon();
+    if (call_ && SameText(deviceName, call_->Device()) && call_->LinkBps() > 0) {
+        return Variant(static_cast<std::int32_t>(call_->LinkBps()));
+    }
+    if (SameText(deviceName, store_.settings.modem)) {
+        return Variant(std::int32_t{33600});
+    }
+    if (SameText(deviceName, store_.settings.vpnDevice)) {
+        return Variant(std::int32_t{kLanBps});
+    }
+    return Variant(std::int32_t{0});
+}
+
+Variant Simulator::CancelFileTransfer() {
+    return Variant(call_ != nullptr && call_->CancelTransfer());
 }
 
 // ---- late binding ------------------------------------------------------------------------------

@@ -1,9 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
-#include <filesystem>
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -12,7 +9,10 @@
 #include <vector>
 
 #include "client/ui/dialer/engine/dravlink.h"
+#include "dravlink/call_run.h"
+#include "dravlink/data_dir.h"
 #include "dravlink/dial_list.h"
+#include "dravlink/scenario.h"
 #include "dravlink/store.h"
 #include "platform/forms/platform.h"
 
@@ -22,40 +22,15 @@ using kw::automation::Variant;
 
 inline constexpr const char* kSimulatorName = "dravlink.sim";
 
-struct Options {
-    std::filesystem::path dataDir;    // empty: $XDG_DATA_HOME/Ostvarra/Dravlink
-    std::filesystem::path sampleDir;  // empty: the sample data installed with the program
-    std::string scenario;             // when set, every call goes this way
-};
-
-std::filesystem::path DefaultDataDir();
-std::filesystem::path DefaultSampleDir();
-
-// Scenario names, as engine.ini and the phone book spell them.
-namespace scenario {
-inline constexpr const char* kNormal = "normal";
-inline constexpr const char* kBusy = "busy";
-inline constexpr const char* kIspPassword = "isp-password";
-inline constexpr const char* kTunnelUnreachable = "tunnel-unreachable";
-inline constexpr const char* kNoNumbers = "no-numbers";
-inline constexpr const char* kInvalidNumber = "invalid-number";
-inline constexpr const char* kMotd = "motd";
-inline constexpr const char* kQuestion = "question";
-inline constexpr const char* kChoice = "choice";
-inline constexpr const char* kInput = "input";
-inline constexpr const char* kNewCredentials = "new-credentials";
-inline constexpr const char* kCallHome = "call-home";
-}  // namespace scenario
-bool IsScenario(const std::string& name);
-
 // The connection engine simulator. Its data lives in files of its own; a call runs on the
-// platform's timers, and every event reaches the sink from a timer tick on the user interface's
-// thread. Handlers may call back into the engine, or answer a prompt from inside a modal loop
-// while the other timers go on: each step of a call checks, after every event it raises, that
-// the call it belongs to is still the current one.
-class Simulator : public kw::dialer::Dravlink {
+// platform's timers as a CallRun, and every event reaches the sink from a timer tick on the user
+// interface's thread. Handlers may call back into the engine, or answer a prompt from inside a
+// modal loop while the other timers go on.
+class Simulator : public kw::dialer::Dravlink, private CallHost {
   public:
     static constexpr std::int32_t kGetCountryListId = 60;
+    // BuildDialList answers with an event this long after the call, as the engine computes it.
+    static constexpr int kDialListDelayMs = 250;
 
     // Seeds the data directory from the sample on first start and reads it; a malformed file
     // fails with a Failure naming the file and the line, and no engine is made.
@@ -114,78 +89,20 @@ class Simulator : public kw::dialer::Dravlink {
     bool InCall() const { return call_ != nullptr; }
 
   private:
-    // What outlives a step: a step's code checks it after each event it raises.
-    struct Life {
-        int serial = 0;
-    };
-    struct Call {
-        std::int32_t handle = 0;
-        std::string destination;
-        std::string type;  // ISP, VPN or Both
-        std::string scenario;
-        std::string tunnelServer;
-        std::string device;
-        bool overLan = false;
-        std::vector<PopRow> numbers;  // enabled rows of the dial list, in dialling order
-        std::size_t current = 0;
-        bool modemUp = false;
-        bool ispUp = false;
-        bool tunnelStarted = false;
-        bool tunnelUp = false;
-        bool goingDown = false;
-        int linkBps = 0;
-        // Cumulative counters of the statistics.
-        double ispRx = 0, ispTx = 0, vpnRx = 0, vpnTx = 0;
-        std::int32_t crc = 0, framing = 0, hwOverrun = 0, bufOverrun = 0, alignment = 0,
-                     timeouts = 0;
-        std::int32_t ispFramesIn = 0, ispFramesOut = 0, vpnFramesIn = 0, vpnFramesOut = 0;
-    };
-    struct Step {
-        int delayMs;
-        std::function<void()> run;
-    };
-    struct Transfer {
-        std::string path;
-        std::int32_t size;
-        std::int32_t copied = 0;
-    };
-
     void RequireLogon() const;
-    std::string User() const { return loggedOnUser_.value_or(""); }
     Location* AnyLocation(const std::string& name);
-    const Destination* DestinationOrFail(const std::string& name);
-
-    // Events, each a no-op without a sink.
-    void Progress(std::int16_t code, std::string text);
-    void Status(std::string text);
-    void Error(std::string code);
-
-    // The call.
-    static bool Current(const std::weak_ptr<Life>& life, int serial);
-    void Enqueue(int delayMs, std::function<void()> run);
-    void EnqueueFront(int delayMs, std::function<void()> run);
-    void ScheduleNextStep();
-    void OnStepTimer();
-    void PlanCall();
-    void StepModem(int serial);
-    void StepDial(int serial);
-    void StepConnectIsp(int serial);
-    void StepAuthenticateIsp(int serial);
-    void StepIspUp(int serial);
-    void StepChooseServer(int serial);
-    void StepCreateTunnel(int serial);
-    void StepAuthenticateTunnel(int serial);
-    void StepConnected(int serial);
-    void BeginTeardown(int delayMs);
-    void EndCall();
-    void AbortCall();
-    void StartStatistics();
-    void OnStatisticsTimer();
-    void StartTransfers();
-    void OnTransferTimer();
+    void DeliverDialList(std::string location, std::string destination);
     void KillTimer(kw::forms::TimerId& id);
 
-    void DeliverDialList(std::string location, std::string destination);
+    // What a call uses of the engine.
+    kw::forms::Platform& Timers() override { return platform_; }
+    kw::dialer::DravlinkEvents* Sink() override { return EventSink(); }
+    Store& Records() override { return store_; }
+    std::string User() const override { return loggedOnUser_.value_or(""); }
+    std::mt19937& Random() override { return random_; }
+    bool CallHomeRefused() const override { return callHomeRefused_; }
+    void RefuseCallHome() override { callHomeRefused_ = true; }
+    void CallEnded() override { call_.reset(); }
 
     kw::forms::Platform& platform_;
     Options options_;
@@ -196,18 +113,10 @@ class Simulator : public kw::dialer::Dravlink {
     // The last dial list built, by destination, for Connect.
     std::string builtLocation_;
     std::string builtDestination_;
-
-    std::shared_ptr<Life> life_ = std::make_shared<Life>();
-    std::unique_ptr<Call> call_;
-    std::int32_t nextHandle_ = 1;
-    std::deque<Step> steps_;
-    kw::forms::TimerId stepTimer_ = 0;
-    kw::forms::TimerId statsTimer_ = 0;
-    kw::forms::TimerId transferTimer_ = 0;
     kw::forms::TimerId dialListTimer_ = 0;
-    std::deque<Transfer> transfers_;
-    int transferFiles_ = 0;
-    int transferNumber_ = 0;
+
+    std::unique_ptr<CallRun> call_;
+    std::int32_t nextHandle_ = 1;
     bool callHomeRefused_ = false;
     std::mt19937 random_{20011};
 };

@@ -79,6 +79,34 @@ bool IsComment(const std::string& trimmed) {
     return trimmed.empty() || trimmed[0] == '#' || trimmed[0] == ';';
 }
 
+void AddSection(IniFile& file, const std::string& line, int number) {
+    if (line.back() != ']' || line.size() < 3) {
+        throw DataError(file.path, number, "a section name must stand in [brackets]");
+    }
+    std::string name = TrimBlanks(line.substr(1, line.size() - 2));
+    for (const auto& s : file.sections) {
+        if (SameText(s.name, name)) {
+            throw DataError(
+                file.path, number,
+                "section [" + name + "] repeats the one on line " + std::to_string(s.line));
+        }
+    }
+    file.sections.push_back(IniSection{name, number, {}});
+}
+
+void AddEntry(IniFile& file, const std::string& line, int number) {
+    const auto eq = line.find('=');
+    if (eq == std::string::npos || eq == 0) {
+        throw DataError(file.path, number,
+                        "expected \"key = value\" or a [section], found \"" + line + "\"");
+    }
+    if (file.sections.empty()) {
+        throw DataError(file.path, number, "\"" + line + "\" stands before any [section]");
+    }
+    file.sections.back().entries.push_back(
+        IniEntry{TrimBlanks(line.substr(0, eq)), TrimBlanks(line.substr(eq + 1)), number});
+}
+
 void WriteWhole(const fs::path& path, const std::string& text) {
     fs::create_directories(path.parent_path());
     const fs::path temp = path.string() + ".tmp" + std::to_string(::getpid());
@@ -105,30 +133,10 @@ IniFile ReadIni(const fs::path& path) {
             continue;
         }
         if (line.front() == '[') {
-            if (line.back() != ']' || line.size() < 3) {
-                throw DataError(path, number, "a section name must stand in [brackets]");
-            }
-            std::string name = TrimBlanks(line.substr(1, line.size() - 2));
-            for (const auto& s : file.sections) {
-                if (SameText(s.name, name)) {
-                    throw DataError(
-                        path, number,
-                        "section [" + name + "] repeats the one on line " + std::to_string(s.line));
-                }
-            }
-            file.sections.push_back(IniSection{name, number, {}});
-            continue;
+            AddSection(file, line, number);
+        } else {
+            AddEntry(file, line, number);
         }
-        const auto eq = line.find('=');
-        if (eq == std::string::npos || eq == 0) {
-            throw DataError(path, number,
-                            "expected \"key = value\" or a [section], found \"" + line + "\"");
-        }
-        if (file.sections.empty()) {
-            throw DataError(path, number, "\"" + line + "\" stands before any [section]");
-        }
-        file.sections.back().entries.push_back(
-            IniEntry{TrimBlanks(line.substr(0, eq)), TrimBlanks(line.substr(eq + 1)), number});
     }
     return file;
 }

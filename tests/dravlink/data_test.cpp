@@ -22,34 +22,39 @@ bool Ok(const Variant& v) {
 
 // ---- users, policies --------------------------------------------------------------------------
 
-TEST_F(SimulatorTest, AnyoneMayLogOnUnlessAnAccountSaysOtherwiseAndPoliciesFollowTheUser) {
-    auto engine = std::make_shared<Simulator>(platform_, Options{dataDir_, {}, ""});
+TEST_F(SimulatorTest, NothingButTheUserCallsWorksBeforeLogon) {
+    Simulator engine(platform_, Options{dataDir_, {}, ""});
     Variant list;
     try {
-        engine->GetPhoneList(list);
-        FAIL() << "nothing but SaveUser works before Logon";
+        engine.GetPhoneList(list);
+        FAIL();
     } catch (const Failure& f) {
         EXPECT_EQ(f.Number(), 1010);
     }
-    std::string user = "guest";
-    std::string password = "wrong";
-    EXPECT_FALSE(Ok(engine->Logon(user, password, "")));
-    password = "guest";
-    EXPECT_TRUE(Ok(engine->Logon(user, password, "")));
+}
 
-    std::string value;
-    EXPECT_TRUE(Ok(engine->GetPolicySetting(user, "POPordering", value)));
-    EXPECT_EQ(value, "0");
-    std::string someone = "mira";
-    EXPECT_TRUE(Ok(engine->GetPolicySetting(someone, "POPordering", value)));
-    EXPECT_EQ(value, "1");
-    EXPECT_FALSE(Ok(engine->GetPolicySetting(someone, "Teleportation", value)));
-
-    std::string anyone = "mira";
-    std::string anything = "whatever";
-    EXPECT_TRUE(Ok(engine->Logon(anyone, anything, "")));
-    EXPECT_TRUE(Ok(engine->GetPhoneList(list)));
+TEST_F(SimulatorTest, AnAccountChecksItsPasswordAndAnyoneElseMayLogOn) {
+    Simulator engine(platform_, Options{dataDir_, {}, ""});
+    const auto logon = [&](std::string user, std::string password) {
+        return Ok(engine.Logon(user, password, ""));
+    };
+    EXPECT_FALSE(logon("guest", "wrong"));
+    EXPECT_TRUE(logon("guest", "guest"));
+    EXPECT_TRUE(logon("mira", "whatever"));
+    Variant list;
+    EXPECT_TRUE(Ok(engine.GetPhoneList(list)));
     EXPECT_EQ(CStr(list.ToArray().Get(0)), "Ostvarra Corporate");
+}
+
+TEST_F(SimulatorTest, PoliciesFollowTheUserAndOthersGetEveryonesOnes) {
+    Start("", "guest", "guest");
+    const auto policy = [&](std::string user, const char* key) {
+        std::string value = "?";
+        return Ok(engine_->GetPolicySetting(user, key, value)) ? value : "refused";
+    };
+    EXPECT_EQ(policy("guest", "POPordering"), "0");
+    EXPECT_EQ(policy("mira", "POPordering"), "1");
+    EXPECT_EQ(policy("mira", "Teleportation"), "refused");
 }
 
 TEST_F(SimulatorTest, SavedCredentialsAreReadableByAnotherProcessAndTheEngineTakesThemBack) {
@@ -106,24 +111,39 @@ TEST_F(SimulatorTest, SavedCredentialsAreReadableByAnotherProcessAndTheEngineTak
 
 // ---- locations, countries, cards ---------------------------------------------------------------
 
-TEST_F(SimulatorTest, LocationsAreCreatedOnlyOnAFreeNameAndOutliveTheEngine) {
+TEST_F(SimulatorTest, ANewLocationNeedsAFreeName) {
     Start();
     EXPECT_FALSE(Ok(engine_->LocationExists("Home Office"))) << "false: the name is taken";
     EXPECT_FALSE(Ok(engine_->LocationExists(" home office ")));
     EXPECT_TRUE(Ok(engine_->LocationExists("  Denver Hotel ")));
-    auto set = [&](const char* property, const char* value) {
-        return Ok(engine_->SetLocationProperty("Denver Hotel", property, value));
-    };
-    EXPECT_TRUE(set("CountryName", "UNITED STATES") && set("CountryCode", "1") &&
-                set("AreaCode", "303"));
-    EXPECT_FALSE(set("Colour", "red"));
-    EXPECT_FALSE(set("CountryCode", "one"));
     Variant list;
     engine_->GetLocationList(list);
     EXPECT_EQ(list.ToArray().UBound(), 2) << "not listed before CreateLocation";
+}
+
+TEST_F(SimulatorTest, OnlyKnownLocationPropertiesWithValidValuesAreSet) {
+    Start();
+    const struct {
+        const char* key;
+        const char* value;
+        bool taken;
+    } cases[] = {{"AreaCode", "303", true},     {"Colour", "red", false},
+                 {"CountryCode", "one", false}, {"CountryCode", "44", true},
+                 {"TunnelOverLAN", "2", false}, {"ManualDial", "1", true}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(Ok(engine_->SetLocationProperty("Home Office", c.key, c.value)), c.taken)
+            << c.key << " = " << c.value;
+    }
+}
+
+TEST_F(SimulatorTest, ACreatedLocationOutlivesTheEngineUntilDeleted) {
+    Start();
+    engine_->LocationExists("Denver Hotel");
+    engine_->SetLocationProperty("Denver Hotel", "AreaCode", "303");
     EXPECT_TRUE(Ok(engine_->CreateLocation("Denver Hotel")));
 
     Start();
+    Variant list;
     engine_->GetLocationList(list);
     ASSERT_EQ(list.ToArray().UBound(), 3);
     EXPECT_EQ(CStr(list.ToArray().Get(3)), "Denver Hotel");
@@ -156,7 +176,7 @@ TEST_F(SimulatorTest, TheCountryTableIsReachedByNameWithRealDialingCodes) {
     EXPECT_EQ(codes.size(), a.Count() / 5) << "country names are unique";
 }
 
-TEST_F(SimulatorTest, CallingCardsComeInSixColumnsAndKeepTheirNumbers) {
+TEST_F(SimulatorTest, CallingCardsComeInSixColumns) {
     Start();
     Variant list;
     ASSERT_TRUE(Ok(engine_->GetCallingCardList(list)));
@@ -165,16 +185,19 @@ TEST_F(SimulatorTest, CallingCardsComeInSixColumnsAndKeepTheirNumbers) {
     EXPECT_EQ(a.UBound(2), 5);
     EXPECT_EQ(CLng(a.Get(1, 0)), 1) << "column 0 is the position";
     EXPECT_EQ(CStr(a.Get(1, 3)), "Meridian Prepaid") << "column 3 is the name";
+}
+
+TEST_F(SimulatorTest, ACallingCardKeepsTheNumberSetForItUnlessPolicyForbids) {
+    Start();
     std::string position = "1";
     EXPECT_TRUE(Ok(engine_->SetCallingCardNumber(position, "4417 2231 9981")));
-
     Start();
+    Variant list;
     engine_->GetCallingCardList(list);
     EXPECT_EQ(CStr(list.ToArray().Get(1, 2)), "4417 2231 9981");
 
     Start("", "guest", "guest");  // CCdialing "0"
-    std::string again = "1";
-    EXPECT_FALSE(Ok(engine_->SetCallingCardNumber(again, "0000")));
+    EXPECT_FALSE(Ok(engine_->SetCallingCardNumber(position, "0000")));
 }
 
 // ---- dial lists ------------------------------------------------------------------------------
@@ -201,11 +224,17 @@ TEST_F(SimulatorTest, AUsLocationGetsItsOwnAreasPopsFirstThenTollFreeThenTheRest
     const auto weights = Column(rows, 7);
     EXPECT_LT(std::stoi(weights.front()), std::stoi(weights.back()));
     EXPECT_EQ(sink_.Of("LIST").back(), "");
+}
 
-    // Another country: its own POPs only; a destination limited to two ISPs uses only those.
+TEST_F(SimulatorTest, AnotherCountryDialsItsOwnPopsOnly) {
+    Start();
     const auto london = Column(DialList("London Office", "Ostvarra Corporate"), 1);
+    ASSERT_EQ(london.size(), 2u);
     EXPECT_EQ(london.front(), "20 7946 0990");
-    EXPECT_EQ(london.size(), 2u);
+}
+
+TEST_F(SimulatorTest, ADestinationLimitedToSomeIspsDialsOnlyTheirPops) {
+    Start();
     for (const auto& isp : Column(DialList("Home Office", "Engineering Lab"), 2)) {
         EXPECT_TRUE(isp == "Bluewave Online" || isp == "Meridian Dial") << isp;
     }
@@ -281,8 +310,8 @@ TEST_F(SimulatorTest, AnIspListSavedWithAnIspOffLeavesItsPopsOutOfTheDialList) {
 
 TEST_F(SimulatorTest, DialListRequestsThatCannotBeServedSayWhy) {
     Start();
-    EXPECT_NE(CLng(engine_->BuildDialList("Atlantis", "Ostvarra Corporate")), 0);
-    EXPECT_NE(CLng(engine_->BuildDialList("Home Office", "Nowhere")), 0);
+    EXPECT_EQ(CLng(engine_->BuildDialList("Atlantis", "Ostvarra Corporate")), 3);
+    EXPECT_EQ(CLng(engine_->BuildDialList("Home Office", "Nowhere")), 4);
     engine_->SetLocationProperty("Home Office", "AreaCode", "");
     try {
         engine_->BuildDialList("Home Office", "Ostvarra Corporate");
@@ -290,8 +319,10 @@ TEST_F(SimulatorTest, DialListRequestsThatCannotBeServedSayWhy) {
     } catch (const Failure& f) {
         EXPECT_EQ(f.Number(), 1020);
     }
-    // Over an existing connection nothing is dialled.
-    engine_->SetLocationProperty("Home Office", "AreaCode", "512");
+}
+
+TEST_F(SimulatorTest, OverAnExistingConnectionNothingIsDialled) {
+    Start();
     engine_->SetLocationProperty("Home Office", "TunnelOverLAN", "1");
     EXPECT_TRUE(DialList("Home Office", "Ostvarra Corporate").IsEmpty());
     const std::int32_t handle = CLng(engine_->Connect("Engineering Lab", false));
@@ -303,21 +334,26 @@ TEST_F(SimulatorTest, DialListRequestsThatCannotBeServedSayWhy) {
 
 // ---- the data files ----------------------------------------------------------------------------
 
-TEST_F(SimulatorTest, TheFirstStartSeedsTheDataDirectoryAndLaterStartsKeepTheUsersFiles) {
+TEST_F(SimulatorTest, TheFirstStartSeedsTheDataDirectory) {
     Start();
     for (const char* name : {"engine.ini", "accounts.ini", "phonebook.ini", "locations.ini",
                              "countries.txt", "callingcards.txt", "isps.txt", "pops.txt"}) {
         EXPECT_TRUE(fs::exists(dataDir_ / name)) << name;
     }
+}
+
+TEST_F(SimulatorTest, LaterStartsKeepTheUsersOwnFiles) {
+    fs::create_directories(dataDir_);
     std::ofstream(dataDir_ / "engine.ini") << "[Engine]\nScenario = busy\n";
     Start();
     EXPECT_EQ(engine_->ScenarioFor("Engineering Lab"), "busy");
-    // An unknown scenario is refused, given directly or in the file.
-    EXPECT_THROW(Simulator(platform_, Options{dataDir_, {}, "meteor-strike"}), Failure);
-    std::ofstream(dataDir_ / "engine.ini") << "[Engine]\nScenario = meteor-strike\n";
-    EXPECT_THROW(Simulator(platform_, Options{dataDir_, {}, ""}), Failure);
 }
 
+TEST_F(SimulatorTest, AnUnknownScenarioIsRefusedGivenDirectly) {
+    EXPECT_THROW(Simulator(platform_, Options{dataDir_, {}, "meteor-strike"}), Failure);
+}
+
+// Each data file has its own loader; whichever fails, the start fails naming file and line.
 TEST_F(SimulatorTest, AMalformedDataFileStopsTheStartNamingTheFileAndTheLine) {
     const struct {
         const char* file;
@@ -333,11 +369,22 @@ TEST_F(SimulatorTest, AMalformedDataFileStopsTheStartNamingTheFileAndTheLine) {
          "Nobody Net | 1 | 512 | 512-555-0101 | Austin | TX | V.90 | 1 | 1\n",
          {"pops.txt, line 1", "Nobody Net"}},
         {"accounts.ini", "[*]\nPassword = *\nPOPordering\n", {"accounts.ini, line 3"}},
+        {"accounts.ini", "[*]\nColour = red\n", {"accounts.ini, line 2", "policy key"}},
+        {"isps.txt", "Bluewave Online | 1 | w | 2 | 1\n", {"isps.txt, line 1", "1 or 0"}},
+        {"phonebook.ini", "[Lab]\nType = Modem\n", {"phonebook.ini, line 1", "ISP, VPN or Both"}},
+        {"phonebook.ini", "\n[Lab]\nISPs = Nobody Net\n", {"phonebook.ini, line 2", "Nobody Net"}},
+        {"locations.ini", "[Home]\nCountryCode = one\n", {"locations.ini, line 1", "CountryCode"}},
+        {"locations.ini", "[Home]\nColour = red\n", {"locations.ini, line 2", "Colour"}},
+        {"countries.txt", "X | one | XX | 1 | 1\n", {"countries.txt, line 1", "the code"}},
+        {"callingcards.txt", "a | b | | c | d\n", {"callingcards.txt, line 1", "the card id"}},
+        {"orderings.ini", "[POP Home|Lab]\nRow = 1 | 2\n", {"orderings.ini, line 2", "POP row"}},
+        {"orderings.ini", "[Mine]\n", {"orderings.ini, line 1", "POP or ISP"}},
+        {"engine.ini", "[Engine]\nScenario = meteor-strike\n", {"engine.ini", "meteor-strike"}},
+        {"phonebook.ini", "[Lab]\nScenario = meteor-strike\n", {"[Lab]", "meteor-strike"}},
     };
-    Start();  // seeds the data directory
-    Stop();
     for (const auto& c : cases) {
-        std::filesystem::remove(dataDir_ / "pops.txt");  // seeded again from the sample
+        fs::remove_all(dataDir_);  // the other files come from the sample
+        fs::create_directories(dataDir_);
         std::ofstream(dataDir_ / c.file) << c.content;
         try {
             Simulator broken(platform_, Options{dataDir_, {}, ""});
