@@ -368,7 +368,7 @@ Variant Simulator::BuildDialList(const std::string& location, const std::string&
     KillTimer(dialListTimer_);
     const std::string loc = l->name;
     const std::string dest = d->name;
-    dialListTimer_ = platform_.SetTimer(kDialListDelayMs, [this, loc, dest] {
+    dialListTimer_ = platform_.SetTimer(store_.settings.dialListDelayMs, [this, loc, dest] {
         KillTimer(dialListTimer_);
         DeliverDialList(loc, dest);
     });

@@ -29,8 +29,6 @@ inline constexpr const char* kSimulatorName = "dravlink.sim";
 class Simulator : public kw::dialer::Dravlink, private CallHost {
   public:
     static constexpr std::int32_t kGetCountryListId = 60;
-    // BuildDialList answers with an event this long after the call, as the engine computes it.
-    static constexpr int kDialListDelayMs = 250;
 
     // Seeds the data directory from the sample on first start and reads it; a malformed file
     // fails with a Failure naming the file and the line, and no engine is made.

@@ -94,6 +94,8 @@ struct EngineSettings {
     std::string scenario;
     std::string modem = "Standard 33600 bps Modem";
     std::string vpnDevice = "Ostvarra VPN Adapter";
+    // How long the engine takes to answer a dial list request: a real one computes for a while.
+    int dialListDelayMs = 250;
 };
 
 // Everything the engine knows, read from its data directory. Loading is all or nothing: a

@@ -153,6 +153,17 @@ void ReadOrdering(const IniFile& file, const IniSection& section, Orderings& ord
 
 }  // namespace
 
+void ReadDialListDelay(const fs::path& file, const IniSection& section, EngineSettings& settings) {
+    for (const auto& entry : section.entries) {
+        if (SameText(entry.key, "DialListDelay")) {
+            settings.dialListDelayMs = ParseInt(file, entry.line, entry.value, "DialListDelay");
+            if (settings.dialListDelayMs < 0) {
+                throw DataError(file, entry.line, "DialListDelay must not be negative");
+            }
+        }
+    }
+}
+
 EngineSettings LoadEngineSettings(const fs::path& file) {
     EngineSettings settings;
     for (const auto& section : ReadIni(file).sections) {
@@ -160,6 +171,7 @@ EngineSettings LoadEngineSettings(const fs::path& file) {
             settings.scenario = section.Get("Scenario");
             settings.modem = section.Get("Modem", settings.modem);
             settings.vpnDevice = section.Get("VpnDevice", settings.vpnDevice);
+            ReadDialListDelay(file, section, settings);
         }
     }
     return settings;

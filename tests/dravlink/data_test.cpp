@@ -349,6 +349,24 @@ TEST_F(SimulatorTest, LaterStartsKeepTheUsersOwnFiles) {
     EXPECT_EQ(engine_->ScenarioFor("Engineering Lab"), "busy");
 }
 
+// The engine's data says how long a dial list takes: the answer is an event that long after.
+TEST_F(SimulatorTest, TheDialListArrivesAfterTheDelayTheDataSets) {
+    for (int delay : {0, 250, 1200}) {
+        SCOPED_TRACE(delay);
+        fs::remove_all(dataDir_);
+        fs::create_directories(dataDir_);
+        std::ofstream(dataDir_ / "engine.ini") << "[Engine]\nDialListDelay = " << delay << "\n";
+        Start();
+        const auto before = sink_.lists.size();
+        ASSERT_EQ(CLng(engine_->BuildDialList("Home Office", "Ostvarra Corporate")), 0);
+        EXPECT_EQ(sink_.lists.size(), before) << "never inside the request";
+        platform_.Advance(std::max(delay, 1) - 1);
+        EXPECT_EQ(sink_.lists.size(), before) << "not before its time";
+        platform_.Advance(1);
+        EXPECT_EQ(sink_.lists.size(), before + 1);
+    }
+}
+
 TEST_F(SimulatorTest, AnUnknownScenarioIsRefusedGivenDirectly) {
     EXPECT_THROW(Simulator(platform_, Options{dataDir_, {}, "meteor-strike"}), Failure);
 }
@@ -380,6 +398,8 @@ TEST_F(SimulatorTest, AMalformedDataFileStopsTheStartNamingTheFileAndTheLine) {
         {"orderings.ini", "[POP Home|Lab]\nRow = 1 | 2\n", {"orderings.ini, line 2", "POP row"}},
         {"orderings.ini", "[Mine]\n", {"orderings.ini, line 1", "POP or ISP"}},
         {"engine.ini", "[Engine]\nScenario = meteor-strike\n", {"engine.ini", "meteor-strike"}},
+        {"engine.ini", "[Engine]\nDialListDelay = soon\n", {"engine.ini, line 2", "whole number"}},
+        {"engine.ini", "[Engine]\n\nDialListDelay = -5\n", {"engine.ini, line 3", "negative"}},
         {"phonebook.ini", "[Lab]\nScenario = meteor-strike\n", {"[Lab]", "meteor-strike"}},
     };
     for (const auto& c : cases) {
