@@ -11,9 +11,14 @@
 #include <QPixmap>
 #include <QScreen>
 #include <QThread>
+#include <algorithm>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <map>
+#include <optional>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -35,6 +40,49 @@ bool IsDesktop(QRgb pixel) {
 }
 int Brightness(QRgb pixel) {
     return qRed(pixel) + qGreen(pixel) + qBlue(pixel);
+}
+
+std::string Output(const std::string& command) {
+    std::string out;
+    if (FILE* pipe = popen(command.c_str(), "r")) {
+        char buffer[512];
+        while (fgets(buffer, sizeof buffer, pipe) != nullptr) {
+            out += buffer;
+        }
+        pclose(pipe);
+    }
+    return out;
+}
+
+// A top-level window of the program as the X server has it: where it stands and the extents of
+// the shape it was given, relative to the window.
+struct XWindow {
+    QRect frame;
+    std::optional<QRect> shape;
+};
+
+std::map<std::string, XWindow> ProgramWindows() {
+    std::map<std::string, XWindow> windows;
+    static const std::regex kLine(R"re((0x[0-9a-f]+) "([^"]+)": \("kestrelway")re");
+    static const std::regex kGeometry(
+        R"(Absolute upper-left X:\s+(-?\d+)[\s\S]*Absolute upper-left Y:\s+(-?\d+)[\s\S]*Width: (\d+)[\s\S]*Height: (\d+))");
+    static const std::regex kShape(R"(Window shape extents:\s+(\d+)x(\d+)\+(-?\d+)\+(-?\d+))");
+    const std::string tree = Output("xwininfo -root -tree");
+    for (std::sregex_iterator it(tree.begin(), tree.end(), kLine), end; it != end; ++it) {
+        const std::string info = Output("xwininfo -shape -id " + (*it)[1].str());
+        std::smatch g;
+        if (info.find("IsViewable") == std::string::npos ||
+            !std::regex_search(info, g, kGeometry)) {
+            continue;
+        }
+        XWindow w{QRect(std::stoi(g[1]), std::stoi(g[2]), std::stoi(g[3]), std::stoi(g[4])), {}};
+        std::smatch s;
+        if (std::regex_search(info, s, kShape)) {
+            w.shape = QRect(std::stoi(s[3]), std::stoi(s[4]), std::stoi(s[1]), std::stoi(s[2]));
+        }
+        windows[(*it)[2].str()] = w;
+    }
+    return windows;
 }
 
 class RealWindowTest : public ::testing::Test {
@@ -150,6 +198,59 @@ TEST_F(RealWindowTest, TheMainWindowHasTheShapeOfItsArtwork) {
             ASSERT_FALSE(qRed(seen) == 0 && qGreen(seen) == 255 && qBlue(seen) == 0)
                 << "key colour visible at " << x << "," << y;
         }
+    }
+}
+
+// No pixel of a shaped window outside its artwork reaches the screen: the shape stays inside the
+// artwork's rectangle, and the artwork's key pixels that no other window covers show the desktop.
+TEST_F(RealWindowTest, EveryShapedWindowKeepsToItsArtwork) {
+    namespace perf = kw::dialer::layout::perfpulldown;
+    struct Shaped {
+        const char* title;
+        const char* picture;
+        QPoint artAt;  // where the artwork stands inside the window
+    };
+    const Shaped shaped[] = {
+        {"Kestrelway", at::kPicture,
+         QPoint(kw::dialer::layout::kFrameWidth, kw::dialer::layout::kFrameHeight)},
+        {"PerfPulldown", perf::kPicture, QPoint(perf::Image1.x, perf::Image1.y)},
+    };
+    Store(kw::registry::HKEY_CURRENT_USER, kw::dialer::settings::kUserKey,
+          kw::dialer::settings::kUserName, "tester");
+    child_ = Spawn({KW_KESTRELWAY});
+    std::map<std::string, XWindow> windows;
+    for (int tries = 0; tries < 100 && windows.size() < std::size(shaped); ++tries) {
+        QThread::msleep(200);
+        windows = ProgramWindows();
+    }
+    QThread::msleep(1000);  // the first dial list, and the window settles
+    const QImage shot = Screen();
+    for (const Shaped& s : shaped) {
+        SCOPED_TRACE(s.title);
+        ASSERT_TRUE(windows.count(s.title)) << "the window is not on screen";
+        const XWindow& w = windows[s.title];
+        const kw::dialer::BitmapBits art =
+            kw::dialer::ReadBitmapFile(KW_SOURCE_DIR "/assets/" + std::string(s.picture));
+        const QRect artwork(s.artAt, QSize(art.width, art.height));
+        ASSERT_TRUE(w.shape.has_value()) << "the window has no shape";
+        EXPECT_TRUE(artwork.contains(*w.shape))
+            << "shape " << w.shape->x() << "," << w.shape->y() << " " << w.shape->width() << "x"
+            << w.shape->height() << " leaves the artwork";
+        int checked = 0;
+        for (int y = 0; y < art.height; ++y) {
+            for (int x = 0; x < art.width; ++x) {
+                const QPoint p = w.frame.topLeft() + s.artAt + QPoint(x, y);
+                const bool covered = std::any_of(windows.begin(), windows.end(), [&](auto& other) {
+                    return other.first != s.title && other.second.frame.contains(p);
+                });
+                if (art.At(x, y) != 0 || covered) {
+                    continue;
+                }
+                ++checked;
+                EXPECT_TRUE(IsDesktop(shot.pixel(p))) << "key pixel " << x << "," << y << " drawn";
+            }
+        }
+        EXPECT_GT(checked, 0);
     }
 }
 

@@ -150,7 +150,8 @@ bool WriteBmp(const QImage& image, const QString& path) {
     }
     for (int y = h - 1; y >= 0; --y) {
         d.append(reinterpret_cast<const char*>(image.constScanLine(y)), w);
-        d.append(QByteArray(stride - w, '\0'));
+        // Padding is never the key (index 0): the shaping walks the row's padding byte too.
+        d.append(QByteArray(stride - w, '\1'));
     }
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
