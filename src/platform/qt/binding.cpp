@@ -134,7 +134,7 @@ void ControlBinding::ShowAccessibleName() {
     widget_->setAccessibleName(name);
 }
 
-// ---- helpers the kinds share --------------------------------------------------------------
+// ---- what the kinds share -----------------------------------------------------------------
 
 QString ObjectNameOf(const forms::Control& control) {
     QString name = ToQString(control.Name());

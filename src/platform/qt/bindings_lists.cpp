@@ -13,7 +13,7 @@ namespace kw::qt {
 
 using forms::Property;
 
-// ---- combo box ------------------------------------------------------------------------------
+// ---- combo box ----------------------------------------------------------------------------
 
 ComboBinding::ComboBinding(forms::ComboBox& model, std::shared_ptr<BindingContext> context)
     : ControlBinding(model, std::move(context)), model_(model) {}
@@ -131,7 +131,7 @@ void ComboBinding::PullSelection() {
     model_.SetSelLength(selection.length);
 }
 
-// ---- list box -------------------------------------------------------------------------------
+// ---- list box -----------------------------------------------------------------------------
 
 ListBoxBinding::ListBoxBinding(forms::ListBox& model, std::shared_ptr<BindingContext> context)
     : ControlBinding(model, std::move(context)), model_(model) {}
@@ -189,7 +189,7 @@ void ListBoxBinding::ShowListIndex() {
     }
 }
 
-// ---- list view ------------------------------------------------------------------------------
+// ---- list view ----------------------------------------------------------------------------
 
 ListViewBinding::ListViewBinding(forms::ListView& model, std::shared_ptr<BindingContext> context)
     : ControlBinding(model, std::move(context)), model_(model) {}

@@ -27,7 +27,7 @@ void ShowTextColour(QWidget* widget, const forms::Control& control) {
 
 }  // namespace
 
-// ---- label ----------------------------------------------------------------------------------
+// ---- label --------------------------------------------------------------------------------
 
 LabelBinding::LabelBinding(forms::Label& model, std::shared_ptr<BindingContext> context)
     : ControlBinding(model, std::move(context)), model_(model) {}
@@ -56,7 +56,7 @@ void LabelBinding::Show(Property what) {
     }
 }
 
-// ---- image ----------------------------------------------------------------------------------
+// ---- image --------------------------------------------------------------------------------
 
 ImageBinding::ImageBinding(forms::Image& model, std::shared_ptr<BindingContext> context)
     : ControlBinding(model, std::move(context)), model_(model) {}
@@ -87,7 +87,7 @@ QPixmap ImageBinding::KeyedPicture() const {
     return pixmap;
 }
 
-// ---- command button -------------------------------------------------------------------------
+// ---- command button -----------------------------------------------------------------------
 
 ButtonBinding::ButtonBinding(forms::CommandButton& model, std::shared_ptr<BindingContext> context)
     : ControlBinding(model, std::move(context)), model_(model) {}
@@ -110,7 +110,7 @@ void ButtonBinding::Show(Property what) {
     }
 }
 
-// ---- check box ------------------------------------------------------------------------------
+// ---- check box ----------------------------------------------------------------------------
 
 CheckBinding::CheckBinding(forms::CheckBox& model, std::shared_ptr<BindingContext> context)
     : ControlBinding(model, std::move(context)), model_(model) {}
@@ -151,7 +151,7 @@ void CheckBinding::ShowValue() {
                                                          : Qt::Unchecked);
 }
 
-// ---- option button --------------------------------------------------------------------------
+// ---- option button ------------------------------------------------------------------------
 
 OptionBinding::OptionBinding(forms::OptionButton& model, std::shared_ptr<BindingContext> context)
     : ControlBinding(model, std::move(context)), model_(model) {}
@@ -185,7 +185,7 @@ void OptionBinding::Show(Property what) {
     }
 }
 
-// ---- frame and panel ------------------------------------------------------------------------
+// ---- frame and panel ----------------------------------------------------------------------
 
 FrameBinding::FrameBinding(forms::Frame& model, std::shared_ptr<BindingContext> context)
     : ControlBinding(model, std::move(context)), model_(model) {}
@@ -219,7 +219,7 @@ void PanelBinding::Show(Property what) {
     }
 }
 
-// ---- progress bar ---------------------------------------------------------------------------
+// ---- progress bar -------------------------------------------------------------------------
 
 ProgressBinding::ProgressBinding(forms::ProgressBar& model, std::shared_ptr<BindingContext> context)
     : ControlBinding(model, std::move(context)), model_(model) {}
@@ -237,7 +237,7 @@ void ProgressBinding::Show(Property what) {
     }
 }
 
-// ---- chart ----------------------------------------------------------------------------------
+// ---- chart --------------------------------------------------------------------------------
 
 ChartBinding::ChartBinding(forms::Chart& model, std::shared_ptr<BindingContext> context)
     : ControlBinding(model, std::move(context)), model_(model) {}

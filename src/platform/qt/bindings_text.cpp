@@ -12,7 +12,7 @@ namespace kw::qt {
 
 using forms::Property;
 
-// ---- one-line text box ----------------------------------------------------------------------
+// ---- one-line text box --------------------------------------------------------------------
 
 LineEditBinding::LineEditBinding(forms::TextBox& model, std::shared_ptr<BindingContext> context)
     : ControlBinding(model, std::move(context)), model_(model) {}
@@ -70,7 +70,7 @@ void LineEditBinding::PullSelection() {
     model_.SetSelLength(selection.length);
 }
 
-// ---- multi-line text box --------------------------------------------------------------------
+// ---- multi-line text box ------------------------------------------------------------------
 
 MultiLineBinding::MultiLineBinding(forms::TextBox& model, std::shared_ptr<BindingContext> context)
     : ControlBinding(model, std::move(context)), model_(model) {}
@@ -112,7 +112,7 @@ void MultiLineBinding::ShowText() {
     }
 }
 
-// ---- rich text box --------------------------------------------------------------------------
+// ---- rich text box ------------------------------------------------------------------------
 
 RichTextBinding::RichTextBinding(forms::RichTextBox& model, std::shared_ptr<BindingContext> context)
     : ControlBinding(model, std::move(context)), model_(model) {}

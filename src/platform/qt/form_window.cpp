@@ -170,14 +170,7 @@ void FormWindow::SyncForm(FormProperty what) {
             SyncGeometry();
             break;
         case FormProperty::Visible:
-            if (form.Visible()) {
-                ApplyWindowState();
-            } else {
-                hide();
-                if (onHidden_) {
-                    onHidden_(form);
-                }
-            }
+            SyncVisible();
             break;
         case FormProperty::Enabled:
             setEnabled(form.Enabled());
@@ -187,29 +180,48 @@ void FormWindow::SyncForm(FormProperty what) {
             update();
             break;
         case FormProperty::Region:
-            if (form.Region().has_value()) {
-                setMask(ToQRegion(*form.Region()));
-            } else {
-                clearMask();
-            }
+            SyncRegion();
             break;
         case FormProperty::WindowState:
             if (form.Visible()) {
                 ApplyWindowState();
             }
             break;
-        case FormProperty::ZOrder:
-            if (form.ZOrderRequest() == 0) {
-                raise();
-            } else {
-                lower();
-            }
+        default:
+            SyncStacking(what);
             break;
-        case FormProperty::Cursor:
-            break;
-        case FormProperty::Repaint:
-            repaint();
-            break;
+    }
+}
+
+void FormWindow::SyncVisible() {
+    if (form_->Visible()) {
+        ApplyWindowState();
+        return;
+    }
+    hide();
+    if (onHidden_) {
+        onHidden_(*form_);
+    }
+}
+
+void FormWindow::SyncRegion() {
+    if (form_->Region().has_value()) {
+        setMask(ToQRegion(*form_->Region()));
+    } else {
+        clearMask();
+    }
+}
+
+// Raising, lowering and repainting: asked of the window, nothing to keep.
+void FormWindow::SyncStacking(FormProperty what) {
+    if (what == FormProperty::ZOrder) {
+        if (form_->ZOrderRequest() == 0) {
+            raise();
+        } else {
+            lower();
+        }
+    } else if (what == FormProperty::Repaint) {
+        repaint();
     }
 }
 

@@ -63,6 +63,9 @@ class FormWindow : public QWidget, public forms::FormObserver {
     void DropBinding(forms::Control& control);
     void SyncForm(forms::FormProperty what);
     void SyncGeometry();
+    void SyncVisible();
+    void SyncRegion();
+    void SyncStacking(forms::FormProperty what);
     void ApplyWindowState();
     // Return and Escape on the form itself press its default and cancel buttons.
     bool PressDefaultOrCancel(int keyAscii);
