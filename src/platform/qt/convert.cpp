@@ -128,6 +128,39 @@ QString ToFileDialogFilter(const std::string& filter) {
     return out.join(QStringLiteral(";;"));
 }
 
+namespace {
+
+struct KeyCode {
+    int qtKey;
+    int code;
+};
+
+// The keys outside letters, digits and function keys that the event routines see.
+constexpr KeyCode kKeyCodes[] = {
+    {Qt::Key_Backspace, forms::key::kBack},
+    {Qt::Key_Tab, forms::key::kTab},
+    {Qt::Key_Backtab, forms::key::kTab},
+    {Qt::Key_Return, forms::key::kReturn},
+    {Qt::Key_Enter, forms::key::kReturn},
+    {Qt::Key_Shift, 16},
+    {Qt::Key_Control, 17},
+    {Qt::Key_Alt, 18},
+    {Qt::Key_Escape, forms::key::kEscape},
+    {Qt::Key_Space, forms::key::kSpace},
+    {Qt::Key_PageUp, 33},
+    {Qt::Key_PageDown, 34},
+    {Qt::Key_End, 35},
+    {Qt::Key_Home, 36},
+    {Qt::Key_Left, 37},
+    {Qt::Key_Up, 38},
+    {Qt::Key_Right, 39},
+    {Qt::Key_Down, 40},
+    {Qt::Key_Insert, 45},
+    {Qt::Key_Delete, forms::key::kDelete},
+};
+
+}  // namespace
+
 int KeyCodeOf(const QKeyEvent& event) {
     const int key = event.key();
     if ((key >= Qt::Key_A && key <= Qt::Key_Z) || (key >= Qt::Key_0 && key <= Qt::Key_9)) {
@@ -136,48 +169,12 @@ int KeyCodeOf(const QKeyEvent& event) {
     if (key >= Qt::Key_F1 && key <= Qt::Key_F24) {
         return forms::key::kF1 + (key - Qt::Key_F1);
     }
-    switch (key) {
-        case Qt::Key_Backspace:
-            return forms::key::kBack;
-        case Qt::Key_Tab:
-        case Qt::Key_Backtab:
-            return forms::key::kTab;
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-            return forms::key::kReturn;
-        case Qt::Key_Shift:
-            return 16;
-        case Qt::Key_Control:
-            return 17;
-        case Qt::Key_Alt:
-            return 18;
-        case Qt::Key_Escape:
-            return forms::key::kEscape;
-        case Qt::Key_Space:
-            return forms::key::kSpace;
-        case Qt::Key_PageUp:
-            return 33;
-        case Qt::Key_PageDown:
-            return 34;
-        case Qt::Key_End:
-            return 35;
-        case Qt::Key_Home:
-            return 36;
-        case Qt::Key_Left:
-            return 37;
-        case Qt::Key_Up:
-            return 38;
-        case Qt::Key_Right:
-            return 39;
-        case Qt::Key_Down:
-            return 40;
-        case Qt::Key_Insert:
-            return 45;
-        case Qt::Key_Delete:
-            return forms::key::kDelete;
-        default:
-            return 0;
+    for (const KeyCode& entry : kKeyCodes) {
+        if (entry.qtKey == key) {
+            return entry.code;
+        }
     }
+    return 0;
 }
 
 std::optional<int> KeyAsciiOf(const QKeyEvent& event) {

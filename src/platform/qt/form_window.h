@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 
 #include <QPixmap>
 #include <QString>
@@ -16,10 +17,13 @@ class Control;
 
 namespace kw::qt {
 
+class BindingContext;
+class ControlBinding;
+
 // The window of one form: frameless, its background the form's picture, its shape the form's
-// region, one child widget per control. It keeps model and widgets in step both ways: a change
-// of the model updates its widget without echoing back, and input on a widget goes to the
-// model's User entry points, which decide whether a reaction runs.
+// region, one child widget per control, each kept in step with its model by a binding. Input on
+// the window itself and the keys and mouse of every control go to the model's User entry points,
+// which decide whether a reaction runs.
 class FormWindow : public QWidget, public forms::FormObserver {
     Q_OBJECT
   public:
@@ -54,41 +58,29 @@ class FormWindow : public QWidget, public forms::FormObserver {
     void resizeEvent(QResizeEvent* event) override;
 
   private:
-    QWidget* EnsureWidget(forms::Control& control);
-    QWidget* CreateWidget(forms::Control& control, QWidget* parent);
-    void ConnectInput(forms::Control& control, QWidget* widget);
-    void DropWidget(forms::Control& control);
-    void SyncAll(forms::Control& control);
-    void Sync(forms::Control& control, forms::Property what);
+    ControlBinding* BindingOf(const forms::Control& control) const;
+    ControlBinding* EnsureBinding(forms::Control& control);
+    void DropBinding(forms::Control& control);
     void SyncForm(forms::FormProperty what);
-    void SyncList(forms::Control& control);
-    void SyncListItems(forms::Control& control);
-    void SyncText(forms::Control& control);
-    void SyncSelection(forms::Control& control);
-    void SyncAttributes(forms::Control& control);
-    void SyncColors(forms::Control& control);
-    void SyncAccessibleName(forms::Control& control);
+    void SyncGeometry();
+    void SyncVisible();
+    void SyncRegion();
+    void SyncStacking(forms::FormProperty what);
     void ApplyWindowState();
-    // Pushes the widget's caret and selection into the model before a key goes there.
-    void PullSelection(forms::Control& control);
     // Return and Escape on the form itself press its default and cancel buttons.
     bool PressDefaultOrCancel(int keyAscii);
     // A point of the window in the form's client area (inside the emulated frame).
     QPointF ClientPoint(const QPointF& p) const;
-    bool HandleKey(forms::Control& control, QKeyEvent* event);
-    bool HandleMouse(forms::Control& control, QWidget* widget, QMouseEvent* event);
-    QPixmap LoadPicture(const std::string& picture) const;
-    // The picture of an image control, with the form's key colour see-through.
-    QPixmap LoadImagePicture(const std::string& picture) const;
+    bool HandleKey(ControlBinding& binding, QKeyEvent* event);
+    bool HandleMouse(ControlBinding& binding, QWidget* widget, QMouseEvent* event);
     bool Live() const { return form_ != nullptr; }
 
     forms::Form* form_;
-    QString assetsDir_;
+    std::shared_ptr<BindingContext> context_;
     std::function<void(forms::Form&)> onHidden_;
-    std::map<const forms::Control*, QWidget*> widgets_;
-    std::map<const QObject*, forms::Control*> controls_;
+    std::map<const forms::Control*, ControlBinding*> bindings_;  // owned by their widgets
+    std::map<const QObject*, ControlBinding*> inputs_;           // the widgets taking input
     QPixmap background_;
-    int updating_ = 0;  // above 0 while the model is being shown: widget signals are not input
 };
 
 }  // namespace kw::qt

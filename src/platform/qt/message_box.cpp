@@ -59,17 +59,11 @@ QMessageBox::Icon IconOf(int flags) {
     }
 }
 
-}  // namespace
+using ButtonResults = std::vector<std::pair<QAbstractButton*, int>>;
 
-int MessageBoxes::Run(const forms::MessageBoxRequest& request, const std::string& defaultCaption) {
-    QMessageBox box;
-    box.setObjectName(QStringLiteral("MessageBox"));
-    box.setTextFormat(Qt::PlainText);
-    box.setText(ToQString(request.text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
-    box.setWindowTitle(ToQString(request.caption.empty() ? defaultCaption : request.caption));
-    box.setIcon(IconOf(request.flags));
-
-    std::vector<std::pair<QAbstractButton*, int>> results;
+// The buttons of the flags' set, relabelled when the request says so, with their results.
+ButtonResults AddButtons(QMessageBox& box, const forms::MessageBoxRequest& request) {
+    ButtonResults results;
     const auto specs = ButtonsOf(request.flags);
     for (std::size_t i = 0; i < specs.size(); ++i) {
         QPushButton* button = box.addButton(specs[i].standard);
@@ -82,16 +76,41 @@ int MessageBoxes::Run(const forms::MessageBoxRequest& request, const std::string
         static_cast<std::size_t>((request.flags & mb::kDefaultMask) >> 8);
     box.setDefaultButton(
         static_cast<QPushButton*>(results[defaultIndex < results.size() ? defaultIndex : 0].first));
+    return results;
+}
 
-    // A system-modal or foreground box must not end up behind the program's own windows; X11
-    // lets us ask for the top and for activation, not insist.
-    const bool foreground = (request.flags & (mb::kSystemModal | mb::kSetForeground)) != 0;
-    if (foreground) {
-        box.setWindowFlag(Qt::WindowStaysOnTopHint, true);
-        QTimer::singleShot(0, &box, [&box] {
-            box.raise();
-            box.activateWindow();
-        });
+// A system-modal or foreground box must not end up behind the program's own windows; X11 lets
+// us ask for the top and for activation, not insist.
+void KeepInFront(QMessageBox& box) {
+    box.setWindowFlag(Qt::WindowStaysOnTopHint, true);
+    QTimer::singleShot(0, &box, [&box] {
+        box.raise();
+        box.activateWindow();
+    });
+}
+
+int ResultOf(const QAbstractButton* clicked, const ButtonResults& results) {
+    for (const auto& [button, result] : results) {
+        if (button == clicked) {
+            return result;
+        }
+    }
+    // Closed without a button (the box had no escape button): the last button of the set.
+    return results.back().second;
+}
+
+}  // namespace
+
+int MessageBoxes::Run(const forms::MessageBoxRequest& request, const std::string& defaultCaption) {
+    QMessageBox box;
+    box.setObjectName(QStringLiteral("MessageBox"));
+    box.setTextFormat(Qt::PlainText);
+    box.setText(ToQString(request.text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+    box.setWindowTitle(ToQString(request.caption.empty() ? defaultCaption : request.caption));
+    box.setIcon(IconOf(request.flags));
+    const ButtonResults results = AddButtons(box, request);
+    if ((request.flags & (mb::kSystemModal | mb::kSetForeground)) != 0) {
+        KeepInFront(box);
     }
     box.setWindowModality(Qt::ApplicationModal);
 
@@ -113,14 +132,7 @@ int MessageBoxes::Run(const forms::MessageBoxRequest& request, const std::string
     if (timedOut) {
         return mb::kResultTimeout;
     }
-    QAbstractButton* clicked = box.clickedButton();
-    for (const auto& [button, result] : results) {
-        if (button == clicked) {
-            return result;
-        }
-    }
-    // Closed without a button (the box had no escape button): the last button of the set.
-    return results.back().second;
+    return ResultOf(box.clickedButton(), results);
 }
 
 bool MessageBoxes::Close(const std::string& caption, int result) {

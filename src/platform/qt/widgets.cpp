@@ -51,30 +51,33 @@ void ChartWidget::paintEvent(QPaintEvent*) {
     if (plot.width() < 2 || plot.height() < 2) {
         return;
     }
-    const double low = chart_.AxisMin();
-    const double span = chart_.AxisMax() - low;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setClipRect(plot);
     for (int s = 0; s < chart_.SeriesCount(); ++s) {
         const auto& series = chart_.Series(s);
-        if (series.values.empty()) {
-            continue;
+        if (!series.values.empty()) {
+            painter.setPen(QPen(ToQColor(series.colour), 1.5));
+            painter.drawPath(SeriesPath(series.values, plot));
         }
-        const auto count = static_cast<double>(std::max<std::size_t>(series.values.size() - 1, 1));
-        QPainterPath path;
-        for (std::size_t i = 0; i < series.values.size(); ++i) {
-            const double fraction = span > 0 ? (series.values[i] - low) / span : 0.0;
-            const QPointF point(plot.left() + plot.width() * (static_cast<double>(i) / count),
-                                plot.bottom() - plot.height() * std::clamp(fraction, 0.0, 1.0));
-            if (i == 0) {
-                path.moveTo(point);
-            } else {
-                path.lineTo(point);
-            }
-        }
-        painter.setPen(QPen(ToQColor(series.colour), 1.5));
-        painter.drawPath(path);
     }
+}
+
+QPainterPath ChartWidget::SeriesPath(const std::vector<double>& values, const QRect& plot) const {
+    const double low = chart_.AxisMin();
+    const double span = chart_.AxisMax() - low;
+    const auto count = static_cast<double>(std::max<std::size_t>(values.size() - 1, 1));
+    QPainterPath path;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const double fraction = span > 0 ? (values[i] - low) / span : 0.0;
+        const QPointF point(plot.left() + plot.width() * (static_cast<double>(i) / count),
+                            plot.bottom() - plot.height() * std::clamp(fraction, 0.0, 1.0));
+        if (i == 0) {
+            path.moveTo(point);
+        } else {
+            path.lineTo(point);
+        }
+    }
+    return path;
 }
 
 }  // namespace kw::qt

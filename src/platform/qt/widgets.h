@@ -1,6 +1,9 @@
 #pragma once
 
+#include <vector>
+
 #include <QFrame>
+#include <QPainterPath>
 #include <QString>
 #include <QWidget>
 
@@ -35,6 +38,9 @@ class ChartWidget : public QWidget {
     void paintEvent(QPaintEvent* event) override;
 
   private:
+    // A series as a line, its first point on the left and its newest on the right.
+    QPainterPath SeriesPath(const std::vector<double>& values, const QRect& plot) const;
+
     const forms::Chart& chart_;
 };
 

@@ -6,6 +6,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
@@ -265,6 +266,20 @@ TEST(QtConvert, FileFiltersAndColours) {
               "Text files (*.log);;All files (*.*)");
     EXPECT_EQ(ToFileDialogFilter("Logs|*.log;*.txt"), "Logs (*.log *.txt)");
     EXPECT_EQ(ToQColor(0x804020), QColor(0x20, 0x40, 0x80));  // blue, green, red
+}
+
+TEST(QtConvert, KeysReachTheRoutinesWithTheirClassicCodes) {
+    const struct {
+        Qt::Key key;
+        int code;
+    } cases[] = {{Qt::Key_A, 'A'},       {Qt::Key_7, '7'},     {Qt::Key_F3, 114},
+                 {Qt::Key_Backtab, 9},   {Qt::Key_Enter, 13},  {Qt::Key_Control, 17},
+                 {Qt::Key_PageDown, 34}, {Qt::Key_Up, 38},     {Qt::Key_Insert, 45},
+                 {Qt::Key_Delete, 46},   {Qt::Key_CapsLock, 0}};
+    for (const auto& c : cases) {
+        const QKeyEvent event(QEvent::KeyPress, c.key, Qt::NoModifier);
+        EXPECT_EQ(KeyCodeOf(event), c.code) << c.key;
+    }
 }
 
 }  // namespace

@@ -1,0 +1,161 @@
+#include "platform/qt/bindings_text.h"
+
+#include <algorithm>
+
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTextEdit>
+
+#include "platform/qt/convert.h"
+
+namespace kw::qt {
+
+using forms::Property;
+
+// ---- one-line text box --------------------------------------------------------------------
+
+LineEditBinding::LineEditBinding(forms::TextBox& model, std::shared_ptr<BindingContext> context)
+    : ControlBinding(model, std::move(context)), model_(model) {}
+
+QWidget* LineEditBinding::Create(QWidget* parent) {
+    line_ = new QLineEdit(parent);
+    return line_;
+}
+
+void LineEditBinding::ConnectInput() {
+    OnUserInput(line_, &QLineEdit::textEdited, [this](const QString& text) {
+        model_.UserSetText(FromQString(text));
+        Reshow(Property::Text);
+    });
+}
+
+void LineEditBinding::Show(Property what) {
+    switch (what) {
+        case Property::Text:
+            ShowText();
+            break;
+        case Property::Selection:
+            ShowLineSelection(line_, model_.SelStart(), model_.SelLength());
+            break;
+        case Property::Attributes:
+            ShowAttributes();
+            break;
+        case Property::Colors:
+            ShowFieldColours(line_, model_);
+            break;
+        default:
+            break;
+    }
+}
+
+void LineEditBinding::ShowText() {
+    const QString text = ToQString(model_.Text());
+    if (line_->text() != text) {
+        line_->setText(text);
+        ShowLineSelection(line_, model_.SelStart(), model_.SelLength());
+    }
+}
+
+void LineEditBinding::ShowAttributes() {
+    line_->setEchoMode(model_.PasswordChar() != 0 ? QLineEdit::Password : QLineEdit::Normal);
+    line_->setMaxLength(model_.MaxLength() > 0 ? model_.MaxLength() : 32767);
+    line_->setReadOnly(model_.Locked());
+    line_->setAlignment(AlignmentOf(model_.Alignment()) | Qt::AlignVCenter);
+}
+
+void LineEditBinding::PullSelection() {
+    const LineSelection selection = ReadLineSelection(*line_);
+    ShowingModel showing(Context());
+    model_.SetSelStart(selection.start);
+    model_.SetSelLength(selection.length);
+}
+
+// ---- multi-line text box ------------------------------------------------------------------
+
+MultiLineBinding::MultiLineBinding(forms::TextBox& model, std::shared_ptr<BindingContext> context)
+    : ControlBinding(model, std::move(context)), model_(model) {}
+
+QWidget* MultiLineBinding::Create(QWidget* parent) {
+    edit_ = new QTextEdit(parent);
+    edit_->setAcceptRichText(false);
+    return edit_;
+}
+
+void MultiLineBinding::ConnectInput() {
+    OnUserInput(edit_, &QTextEdit::textChanged, [this] {
+        model_.UserSetText(ToModelText(edit_->toPlainText()));
+        Reshow(Property::Text);
+    });
+}
+
+void MultiLineBinding::Show(Property what) {
+    switch (what) {
+        case Property::Text:
+            ShowText();
+            break;
+        case Property::Attributes:
+            edit_->setReadOnly(model_.Locked());
+            edit_->setAlignment(AlignmentOf(model_.Alignment()));
+            break;
+        case Property::Colors:
+            ShowFieldColours(edit_, model_);
+            break;
+        default:
+            break;
+    }
+}
+
+void MultiLineBinding::ShowText() {
+    const QString text = ToWidgetText(model_.Text());
+    if (edit_->toPlainText() != text) {
+        edit_->setPlainText(text);
+    }
+}
+
+// ---- rich text box ------------------------------------------------------------------------
+
+RichTextBinding::RichTextBinding(forms::RichTextBox& model, std::shared_ptr<BindingContext> context)
+    : ControlBinding(model, std::move(context)), model_(model) {}
+
+QWidget* RichTextBinding::Create(QWidget* parent) {
+    edit_ = new QPlainTextEdit(parent);
+    edit_->setReadOnly(true);
+    return edit_;
+}
+
+void RichTextBinding::Show(Property what) {
+    switch (what) {
+        case Property::Text:
+            ShowText();
+            break;
+        case Property::Selection:
+            ShowSelection();
+            break;
+        case Property::Colors:
+            ShowFieldColours(edit_, model_);
+            break;
+        default:
+            break;
+    }
+}
+
+void RichTextBinding::ShowText() {
+    const QString text = ToWidgetText(model_.Text());
+    if (edit_->toPlainText() != text) {
+        edit_->setPlainText(text);
+        ShowSelection();
+    }
+}
+
+// The running text follows its caret, which the program keeps at the end.
+void RichTextBinding::ShowSelection() {
+    QTextCursor cursor = edit_->textCursor();
+    const int size = static_cast<int>(edit_->document()->characterCount()) - 1;
+    cursor.setPosition(std::min(model_.SelStart(), size));
+    cursor.setPosition(std::min(model_.SelStart() + model_.SelLength(), size),
+                       QTextCursor::KeepAnchor);
+    edit_->setTextCursor(cursor);
+    edit_->ensureCursorVisible();
+}
+
+}  // namespace kw::qt

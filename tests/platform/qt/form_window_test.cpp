@@ -1,0 +1,208 @@
+// The window of a form: it finds each control's widget a place, routes the controls' keys and
+// mouse and its own to the model's gating, and follows the form.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+#include <QTextEdit>
+
+#include "platform/qt/form_window.h"
+#include "platform/qt/qt_platform.h"
+#include "qt_app.h"
+#include "test_form.h"
+
+namespace kw::qt {
+namespace {
+
+using testing::App;
+using testing::DialForm;
+using ::testing::ElementsAre;
+
+class FormWindowTest : public ::testing::Test {
+  protected:
+    FormWindowTest() : platform_((App(), std::string("."))), form(platform_) {}
+
+    void SetUp() override {
+        form.Show();
+        window = platform_.WindowOf(form);
+        ASSERT_NE(window, nullptr);
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+        form.formEvents.clear();
+    }
+
+    template <class W>
+    W* Find(const char* name) {
+        auto* widget = window->findChild<W*>(QString::fromLatin1(name));
+        EXPECT_NE(widget, nullptr) << name;
+        return widget;
+    }
+
+    QtPlatform platform_;
+    DialForm form;
+    FormWindow* window = nullptr;
+};
+
+TEST_F(FormWindowTest, WidgetsAreNamedAfterTheirControls) {
+    EXPECT_EQ(Find<QLabel>("imgLight(1)"), window->WidgetOf(form.imgLight1));
+    EXPECT_EQ(Find<QPushButton>("btnConnect"), window->WidgetOf(form.btnConnect));
+    EXPECT_EQ(window->findChild<QWidget*>("tmrBlink"), nullptr);
+}
+
+TEST_F(FormWindowTest, AControlSitsInItsContainersWidget) {
+    EXPECT_EQ(Find<QRadioButton>("rbTone")->parentWidget(), Find<QGroupBox>("fraDial"));
+}
+
+TEST_F(FormWindowTest, ModelChangesReachTheWidgets) {
+    form.lblStatus.SetCaption("Dialing");
+    EXPECT_EQ(Find<QLabel>("lblStatus")->text(), "Dialing");
+}
+
+TEST_F(FormWindowTest, TypedCharactersGoThroughTheKeyPressRoutine) {
+    auto* user = Find<QLineEdit>("txtUser");
+    user->setFocus();
+    QTest::keyClicks(user, "ab1c");
+    EXPECT_EQ(form.txtUser.Text(), "ABC");
+    EXPECT_EQ(user->text(), "ABC");
+    EXPECT_THAT(form.journal,
+                ElementsAre("txtUser_Change:A", "txtUser_Change:AB", "txtUser_Change:ABC"));
+}
+
+TEST_F(FormWindowTest, TypingGoesInAtTheCaretTheUserPutThere) {
+    form.txtUser.SetText("ABC");
+    form.journal.clear();
+    auto* user = Find<QLineEdit>("txtUser");
+    user->setFocus();
+    user->setCursorPosition(1);
+    QTest::keyClick(user, Qt::Key_X);
+    EXPECT_EQ(form.txtUser.Text(), "AXBC");
+    EXPECT_EQ(user->cursorPosition(), 2);
+    EXPECT_THAT(form.journal, ElementsAre("txtUser_Change:AXBC"));
+}
+
+TEST_F(FormWindowTest, ReturnAndEscapePressTheDefaultAndCancelButtons) {
+    form.btnConnect.SetDefault(true);
+    form.btnCancel.SetCancel(true);
+    auto* user = Find<QLineEdit>("txtUser");
+    QTest::keyClick(user, Qt::Key_Return);
+    QTest::keyClick(user, Qt::Key_Escape);
+    EXPECT_THAT(form.journal, ElementsAre("btnConnect_Click", "btnCancel_Click"));
+}
+
+TEST_F(FormWindowTest, AnImageMakesItsClickFromTheMouse) {
+    QTest::mouseClick(Find<QLabel>("imgLight(0)"), Qt::LeftButton, {}, QPoint(3, 4));
+    EXPECT_THAT(form.journal,
+                ElementsAre("imgLight_MouseDown:1@3,4", "imgLight_MouseUp", "imgLight_Click"));
+}
+
+TEST_F(FormWindowTest, ADisabledFormRunsNoReaction) {
+    form.SetEnabled(false);
+    EXPECT_FALSE(window->isEnabled());
+    QTest::mouseClick(Find<QPushButton>("btnConnect"), Qt::LeftButton);
+    QTest::keyClicks(Find<QLineEdit>("txtUser"), "abc");
+    QTest::mouseClick(Find<QLabel>("imgLight(0)"), Qt::LeftButton);
+    EXPECT_TRUE(form.journal.empty());
+    EXPECT_EQ(form.txtUser.Text(), "");
+}
+
+TEST_F(FormWindowTest, ATextBoxTurnedMultiLineGetsAMultiLineWidgetInTheSamePlace) {
+    form.txtUser.SetText("traveller");
+    const QRect place = Find<QLineEdit>("txtUser")->geometry();
+    form.txtUser.SetMultiLine(true);
+    auto* edit = Find<QTextEdit>("txtUser");
+    ASSERT_NE(edit, nullptr);
+    EXPECT_EQ(window->WidgetOf(form.txtUser), edit);
+    EXPECT_EQ(edit->geometry(), place);
+    EXPECT_EQ(edit->toPlainText(), "traveller");
+    form.journal.clear();
+    edit->setPlainText("two\nlines");
+    EXPECT_THAT(form.journal, ElementsAre("txtUser_Change:two\r\nlines"));
+}
+
+TEST_F(FormWindowTest, TheWindowFollowsTheFormsPlaceAndCaption) {
+    EXPECT_TRUE(window->windowFlags().testFlag(Qt::FramelessWindowHint));
+    EXPECT_EQ(window->geometry(), QRect(40, 30, 320, 260));
+    form.Move(60, 70, 300, 200);
+    EXPECT_EQ(window->geometry(), QRect(60, 70, 300, 200));
+    form.SetCaption("Kestrelway");
+    EXPECT_EQ(window->windowTitle(), "Kestrelway");
+}
+
+TEST_F(FormWindowTest, TheWindowTakesTheShapeOfTheFormsRegion) {
+    const struct {
+        const char* shape;
+        std::optional<std::vector<forms::RegionRect>> region;
+        QRegion expected;
+    } cases[] = {
+        {"banded",
+         std::vector<forms::RegionRect>{{0, 0, 100, 10}, {0, 10, 40, 30}, {60, 10, 100, 30}},
+         QRegion(0, 0, 100, 10) + QRegion(0, 10, 40, 20) + QRegion(60, 10, 40, 20)},
+        {"overlapping", std::vector<forms::RegionRect>{{10, 10, 50, 50}, {0, 0, 20, 20}},
+         QRegion(10, 10, 40, 40) + QRegion(0, 0, 20, 20)},
+        {"none", std::nullopt, QRegion()},
+    };
+    for (const auto& c : cases) {
+        form.SetRegion(c.region);
+        EXPECT_TRUE(window->mask().xored(c.expected).isEmpty()) << c.shape;
+    }
+}
+
+TEST_F(FormWindowTest, HidingTheFormHidesTheWindow) {
+    form.Hide();
+    EXPECT_FALSE(window->isVisible());
+}
+
+TEST_F(FormWindowTest, MouseOnTheBackgroundGoesToTheForm) {
+    QTest::mousePress(window, Qt::LeftButton, {}, QPoint(250, 100));
+    QMouseEvent move(QEvent::MouseMove, QPointF(260, 104), window->mapToGlobal(QPointF(260, 104)),
+                     Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(window, &move);
+    QTest::mouseRelease(window, Qt::LeftButton, {}, QPoint(260, 104));
+    EXPECT_THAT(form.formEvents, ElementsAre("down:1@250,100", "move:1@260,104", "up:1"));
+}
+
+TEST_F(FormWindowTest, AFrameInsetMovesTheClientAreaButNotTheShape) {
+    form.SetFrameInset(3, 21);
+    EXPECT_EQ(Find<QPushButton>("btnConnect")->geometry(), QRect(11, 51, 80, 24));
+    EXPECT_EQ(Find<QRadioButton>("rbTone")->geometry(), QRect(6, 16, 60, 18));  // in its frame
+    form.SetRegion(std::vector<forms::RegionRect>{{0, 0, 50, 50}});
+    EXPECT_TRUE(window->mask().xored(QRegion(0, 0, 50, 50)).isEmpty());
+
+    QTest::mousePress(window, Qt::LeftButton, {}, QPoint(253, 121));
+    QTest::mouseRelease(window, Qt::LeftButton, {}, QPoint(253, 121));
+    EXPECT_THAT(form.formEvents, ElementsAre("down:1@250,100", "up:1"));
+}
+
+TEST_F(FormWindowTest, AFormThatRefusesToCloseKeepsItsWindow) {
+    form.cancelClose = 1;
+    EXPECT_FALSE(window->close());
+    EXPECT_TRUE(form.IsLoaded());
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_THAT(form.formEvents,
+                ElementsAre("QueryUnload:" + std::to_string(forms::unload::kFormControlMenu)));
+}
+
+TEST_F(FormWindowTest, ClosingTheWindowUnloadsTheFormAndTheWindowGoes) {
+    QPointer<FormWindow> gone = window;
+    window->close();
+    EXPECT_FALSE(form.IsLoaded());
+    EXPECT_EQ(platform_.WindowOf(form), nullptr);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(gone.isNull());
+}
+
+TEST_F(FormWindowTest, WindowStateGoesBothWays) {
+    form.SetWindowState(forms::window_state::kMinimized);
+    EXPECT_TRUE(window->windowState().testFlag(Qt::WindowMinimized));
+    form.formEvents.clear();
+    window->setWindowState(Qt::WindowNoState);  // as the window manager restores it
+    EXPECT_EQ(form.WindowState(), forms::window_state::kNormal);
+    EXPECT_THAT(form.formEvents, ElementsAre("Resize"));
+}
+
+}  // namespace
+}  // namespace kw::qt
