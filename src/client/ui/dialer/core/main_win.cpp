@@ -15,6 +15,8 @@
 #include "client/ui/dialer/performance/perf_pulldown.h"
 #include "client/ui/dialer/shell/message_hook.h"
 #include "client/ui/dialer/shell/more_pullout.h"
+#include "client/ui/dialer/shell/window_family.h"
+#include "client/ui/dialer/side/call_logs.h"
 #include "client/ui/dialer/side/display_pullout.h"
 #include "client/ui/dialer/side/frm_file_xfer.h"
 #include "client/ui/dialer/side/frm_splash.h"
@@ -28,7 +30,11 @@ using automation::Failure;
 using automation::SafeArray;
 using automation::Variant;
 
-MainWin::MainWin(Application& app) : Form(app.Platform(), "MainWin"), app_(app) {
+MainWin::MainWin(Application& app)
+    : Form(app.Platform(), "MainWin"),
+      app_(app),
+      family_(std::make_unique<WindowFamily>(app, *this)),
+      logs_(std::make_unique<CallLogs>(app, ConnectHistoryFile, PrescriberLogFile)) {
     SetCaption(app.Title);
     SetForeColor(0x00FF00);  // pure green: the outside of the artwork
     lblConnect.SetCaption("Connect");
@@ -57,6 +63,8 @@ MainWin::MainWin(Application& app) : Form(app.Platform(), "MainWin"), app_(app) 
     SetKeyPreview(true);
     PlaceControls();
 }
+
+MainWin::~MainWin() = default;
 
 // ---- load, close, unload ------------------------------------------------------------------
 
@@ -145,7 +153,7 @@ void MainWin::WireEvents() {
     btnCloseWin.Click = [this] { btnCloseWin_Click(); };
     btnCloseWin.DblClick = [this] { btnCloseWin_Click(); };
     lblCloseButton.Click = [this] { btnCloseWin_Click(); };
-    WireWindowFamily();
+    family_->Wire();
     cmboFrom.Click = [this] { cmboFrom_Click(); };
     cmboTo.Click = [this] { cmboTo_Click(); };
     // The combos cannot be typed in; Enter connects from them as from the window.
@@ -382,50 +390,6 @@ int MainWin::AppBox(const std::string& text, int flags) {
 
 void MainWin::SetConnectFace(const forms::Image& face) {
     btnConnect.SetPicture(face.Picture());
-}
-
-// ---- engine event member --------------------------------------------------------------------
-
-void MainWin::EngineEvents::CHXferUpdate(Variant& first, Variant& transfer) {
-    win_.l_DravlinkObj_CHXferUpdate(first, transfer);
-}
-void MainWin::EngineEvents::ErrorEvent(std::string& message) {
-    win_.l_DravlinkObj_ErrorEvent(message);
-}
-void MainWin::EngineEvents::GetConnectionStatistics(Variant& ispStats, Variant& vpnStats) {
-    win_.l_DravlinkObj_GetConnectionStatistics(ispStats, vpnStats);
-}
-void MainWin::EngineEvents::GetGenericISPList(std::string& message, Variant& list) {
-    win_.l_DravlinkObj_GetGenericISPList(message, list);
-}
-void MainWin::EngineEvents::GetUserInfo(std::string& prompt, Variant& choices,
-                                        std::string& answer) {
-    win_.l_DravlinkObj_GetUserInfo(prompt, choices, answer);
-}
-void MainWin::EngineEvents::GetUserInput(std::string& prompt, std::string& defaultText,
-                                         std::string& answer) {
-    win_.l_DravlinkObj_GetUserInput(prompt, defaultText, answer);
-}
-void MainWin::EngineEvents::GetUsernamePassword(std::string& prompt, std::string& user) {
-    win_.l_DravlinkObj_GetUsernamePassword(prompt, user);
-}
-void MainWin::EngineEvents::GetUserOk(std::string& message) {
-    win_.l_DravlinkObj_GetUserOk(message);
-}
-void MainWin::EngineEvents::GetUserYesNo(std::string& question, bool& answer) {
-    win_.l_DravlinkObj_GetUserYesNo(question, answer);
-}
-void MainWin::EngineEvents::GetUserNowLaterNever(std::string& question, std::string& answer) {
-    win_.l_DravlinkObj_GetUserNowLaterNever(question, answer);
-}
-void MainWin::EngineEvents::DravDebug(std::string& text) {
-    win_.l_DravlinkObj_DravDebug(text);
-}
-void MainWin::EngineEvents::ProgressUpdate(std::int16_t code, std::string& text) {
-    win_.l_DravlinkObj_ProgressUpdate(code, text);
-}
-void MainWin::EngineEvents::StatusUpdate(std::string& text) {
-    win_.l_DravlinkObj_StatusUpdate(text);
 }
 
 }  // namespace kw::dialer

@@ -2,7 +2,9 @@
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/core/main_win.h"
 #include "client/ui/dialer/core/user_info.h"
+#include "client/ui/dialer/engine/progress_codes.h"
 #include "client/ui/dialer/performance/perf_pulldown.h"
+#include "client/ui/dialer/side/call_logs.h"
 #include "client/ui/dialer/side/display_pullout.h"
 #include "client/ui/dialer/side/rx_pullout.h"
 #include "platform/automation/strings.h"
@@ -11,40 +13,12 @@ namespace kw::dialer {
 
 using automation::Variant;
 
-namespace code {
-inline constexpr std::int16_t kConnected = 1;
-inline constexpr std::int16_t kLogoOff = 31;
-inline constexpr std::int16_t kLineDown = 32;
-inline constexpr std::int16_t kMonitorStart = 101;
-inline constexpr std::int16_t kModemDetected = 102;
-inline constexpr std::int16_t kDialing = 103;
-inline constexpr std::int16_t kConnectingIsp = 104;
-inline constexpr std::int16_t kAuthorizingIsp = 105;
-inline constexpr std::int16_t kIspNote = 131;
-inline constexpr std::int16_t kIspDown = 132;
-inline constexpr std::int16_t kTunnelUp = 201;
-inline constexpr std::int16_t kCreatingTunnel = 202;
-inline constexpr std::int16_t kTunnelNote = 205;
-inline constexpr std::int16_t kTunnelNote2 = 206;
-inline constexpr std::int16_t kNewCredentials = 207;
-inline constexpr std::int16_t kTunnelLogoOff = 231;
-inline constexpr std::int16_t kTunnelDown = 232;
-inline constexpr std::int16_t kEngineNote = 999;
-}  // namespace code
-
-void MainWin::WriteHistoryLine(std::int16_t progressCode, const std::string& text) {
-    // The text of 207 holds the password: it never reaches a file.
-    if (progressCode != code::kNewCredentials && ConnectHistoryFile != 0) {
-        app_.Files().PrintLine(ConnectHistoryFile, NowText() + ": " + text);
-    }
-}
-
 void MainWin::ShowLightTip(forms::Image& light, const std::string& text) {
     light.SetToolTipText(text);
 }
 
 void MainWin::l_DravlinkObj_ProgressUpdate(std::int16_t progressCode, std::string& text) {
-    WriteHistoryLine(progressCode, text);
+    logs_->WriteHistoryLine(progressCode, text);
     auto post = [&] {
         Variant data(text);
         app_.EventManagerObject.postEvent(progressCode, data);
@@ -70,7 +44,7 @@ void MainWin::l_DravlinkObj_ProgressUpdate(std::int16_t progressCode, std::strin
             EnableOnReset = true;
             post();
             ResetConnectionDisplay();
-            CloseCallLogs();
+            logs_->CloseCallLogs();
             app_.Form<PerfPulldown>().EndPerf();
             if (app_.Form<DisplayPullout>().LoginChanged) {
                 TimerProfileChange.SetTimerEnabled(true);
@@ -160,9 +134,7 @@ void MainWin::TakeNewCredentials(const std::string& text) {
 }
 
 void MainWin::l_DravlinkObj_StatusUpdate(std::string& text) {
-    if (PrescriberLogFile != 0) {
-        app_.Files().PrintLine(PrescriberLogFile, text);
-    }
+    logs_->WritePrescriberLine(text);
     forms::RichTextBox& status = app_.Form<RxPullout>().txtStatus;
     status.SetSelStart(static_cast<int>(status.Text().size()));
     status.SetSelText(text + "\r\n");

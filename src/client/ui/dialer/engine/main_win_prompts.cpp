@@ -1,12 +1,10 @@
-// The engine's questions to the user during a call, and its notes, debug text and transfers.
+// The engine's questions to the user during a call, and its notes and debug text.
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/core/main_win.h"
 #include "client/ui/dialer/engine/frm_get_user_info.h"
 #include "client/ui/dialer/engine/frm_get_user_input.h"
 #include "client/ui/dialer/engine/frm_isp_login.h"
 #include "client/ui/dialer/engine/res_const.h"
-#include "client/ui/dialer/performance/perf_pulldown.h"
-#include "client/ui/dialer/side/frm_file_xfer.h"
 #include "platform/automation/safe_array.h"
 #include "platform/automation/strings.h"
 
@@ -152,24 +150,6 @@ void MainWin::tmrRxNowNever_Timer() {
 
 void MainWin::l_DravlinkObj_DravDebug(std::string& text) {
     AppBox(text, forms::mb::kOkOnly | forms::mb::kInformation | forms::mb::kSetForeground);
-}
-
-void MainWin::l_DravlinkObj_CHXferUpdate(Variant& first, Variant& transfer) {
-    (void)first;
-    frmFileXfer& xfer = app_.Form<frmFileXfer>();
-    if (!xfer.Visible()) {
-        xfer.Show();
-    }
-    xfer.UpdateProgress(Variant(transfer));
-}
-
-void MainWin::l_DravlinkObj_GetConnectionStatistics(Variant& ispStats, Variant& vpnStats) {
-    try {
-        // The panel takes the tunnel's figures first.
-        app_.Form<PerfPulldown>().DisplayStat(vpnStats, ispStats);
-    } catch (const Failure&) {
-        // A bad sample is passed over; the next one comes in a second.
-    }
 }
 
 }  // namespace kw::dialer
