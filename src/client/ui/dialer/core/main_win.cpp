@@ -100,7 +100,7 @@ void MainWin::Form_Load() {
     app_.Shape(*this, true);
 
     PerfPulldown& perf = app_.Form<PerfPulldown>();
-    perf.Move(Left() + app_.frameWidth, Top() + 176);
+    perf.Move(Left() + app_.frameWidth, Top() + PerfPulldown::kRetracted);
     perf.ZOrder(1);
     perf.Show();
     perfShown = true;
