@@ -167,21 +167,13 @@ class MainWin : public forms::Form, public EventSubscriber {
   private:
     void PlaceControls();
     void WireEvents();
-    void CreateEngineAndLogOn();
-    void RunLogonLoop();
-    void ReadCallingCards();
     void FillCombosAfterLogon();
     void ConnectFailed(const automation::Failure& failure);
     void TimerProfileChange_Timer();
     void tmrRxNowNever_Timer();
-    // A dialog of this window stands open (a modal form other than the window itself).
-    bool DialogOfThisWindowIsOpen() const;
     int TimedMessageBox(const std::string& text, const std::string& caption, int flags,
                         int timeoutMs);
     void CloseTimedMessageBox();
-    void SetConnectFace(const forms::Image& face);
-    void ShowLightTip(forms::Image& light, const std::string& text);
-    void TakeNewCredentials(const std::string& text);
     int Box(const std::string& text, int flags, const std::string& caption);
     int AppBox(const std::string& text, int flags);
 

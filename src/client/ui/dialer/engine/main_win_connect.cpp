@@ -22,7 +22,7 @@ void MainWin::btnConnect_Click() {
     if (IsConnected) {
         try {
             app_.EventManagerObject.postEvent(event::kDisconnectRequested, Variant());
-            SetConnectFace(Image5);
+            btnConnect.SetPicture(Image5.Picture());
             app_.EngineObject->Disconnect(ConnectionHandle);
             if (!imgAuthorizingTunnel.Visible()) {
                 // The tunnel never came up: no code 32 will come to end the call.
@@ -51,7 +51,7 @@ void MainWin::btnConnect_Click() {
     if (app_.EventManagerObject.postEventVetoable(event::kConnectRequested, Variant()) == kVeto) {
         return;
     }
-    SetConnectFace(Image6);
+    btnConnect.SetPicture(Image6.Picture());
     IsConnecting = true;
     logs_->OpenLogsForCall();  // unguarded: a log that cannot be opened fails to the message loop
     try {
@@ -69,7 +69,7 @@ void MainWin::btnConnect_Click() {
 
 void MainWin::ConnectFailed(const Failure& failure) {
     COMErrHandler(failure);
-    SetConnectFace(Image5);
+    btnConnect.SetPicture(Image5.Picture());
     IsConnecting = false;
     IsConnected = false;
     EnableOnReset = true;
@@ -272,7 +272,7 @@ void MainWin::ResetConnectionDisplay() {
     IsConnecting = false;
     GetPlatform().SetCursor(forms::cursor::kDefault);
     lblConnect.SetCaption("Connect");
-    SetConnectFace(Image5);
+    btnConnect.SetPicture(Image5.Picture());
     if (EnableOnReset) {
         EnableConnections();
     } else {

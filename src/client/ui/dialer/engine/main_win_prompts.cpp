@@ -10,22 +10,23 @@
 
 namespace kw::dialer {
 
-using automation::Failure;
 using automation::Variant;
 
 namespace {
 constexpr const char* kPrescriberCaption = "Ostvarra Prescriber";
 constexpr const char* kMessageOfTheDay = "Message of the Day";
-}  // namespace
 
-bool MainWin::DialogOfThisWindowIsOpen() const {
-    for (forms::Form* form : app_.Forms().LoadedForms()) {
-        if (form != this && form->IsModal()) {
+// A dialog of the window stands open: a modal form other than the window itself.
+bool DialogOfWindowIsOpen(Application& app, const forms::Form& window) {
+    for (forms::Form* form : app.Forms().LoadedForms()) {
+        if (form != &window && form->IsModal()) {
             return true;
         }
     }
     return false;
 }
+
+}  // namespace
 
 void MainWin::l_DravlinkObj_GetUserInfo(std::string& prompt, Variant& choices,
                                         std::string& answer) {
@@ -55,7 +56,7 @@ void MainWin::l_DravlinkObj_GetUserInput(std::string& prompt, std::string& defau
 }
 
 void MainWin::l_DravlinkObj_GetUsernamePassword(std::string& prompt, std::string& user) {
-    if (DialogOfThisWindowIsOpen()) {
+    if (DialogOfWindowIsOpen(app_, *this)) {
         // No second dialog is stacked: the engine gets its name back with a placeholder.
         user += "^qqq";
         return;
