@@ -188,6 +188,7 @@ class MainWin : public forms::Form, public EventSubscriber {
     void ProcMsg(forms::WindowHandle window, int message, std::intptr_t wParam,
                  std::intptr_t lParam, std::intptr_t& result);
     void Form_Resize() override;
+    // The windows that go with this one; MorePullout opens and closes its panels through it.
     WindowFamily& Family() { return *family_; }
 
   protected:

@@ -146,8 +146,9 @@ bool WindowFamily::MoveFamilyTo(int mx, int my) {
     }
     // These sizes differ from those PerfPulldown gives itself; both stand.
     PerfPulldown& perf = app_.Form<PerfPulldown>();
-    if (!moveTo(perf, app_.frameWidth, win_.perfDown ? PerfPulldown::kPulledDown : PerfPulldown::kRetracted, perf.Image1.Width() + 20,
-                perf.Image1.Height() + 10)) {
+    if (!moveTo(perf, app_.frameWidth,
+                win_.perfDown ? PerfPulldown::kPulledDown : PerfPulldown::kRetracted,
+                perf.Image1.Width() + 20, perf.Image1.Height() + 10)) {
         return false;
     }
     for (PulloutKind kind : DragOrder()) {
