@@ -15,6 +15,8 @@
 #include "client/ui/dialer/performance/perf_pulldown.h"
 #include "client/ui/dialer/shell/message_hook.h"
 #include "client/ui/dialer/shell/more_pullout.h"
+#include "client/ui/dialer/shell/window_family.h"
+#include "client/ui/dialer/side/call_logs.h"
 #include "client/ui/dialer/side/display_pullout.h"
 #include "client/ui/dialer/side/frm_file_xfer.h"
 #include "client/ui/dialer/side/frm_splash.h"
@@ -28,7 +30,96 @@ using automation::Failure;
 using automation::SafeArray;
 using automation::Variant;
 
-MainWin::MainWin(Application& app) : Form(app.Platform(), "MainWin"), app_(app) {
+namespace {
+
+void SetTabsEnabled(MainWin& win, bool enabled) {
+    for (forms::Image* tab :
+         {&win.btnRxPullout, &win.btnFromPullout, &win.btnToPullout, &win.btnMorePullout}) {
+        tab->SetEnabled(enabled);
+    }
+}
+
+// The window's outer frame as the platform reports it; the window opens in the middle of the
+// screen, a little above centre.
+void PlaceOnScreen(MainWin& win, Application& app) {
+    forms::Platform& platform = app.Platform();
+    app.frameWidth = platform.SystemMetric(forms::metric::kCxDlgFrame);
+    app.frameHeight = platform.SystemMetric(forms::metric::kCyCaption) + app.frameWidth;
+    win.SetFrameInset(app.frameWidth, app.frameHeight);
+    const int width = win.Width() + 2 * app.frameWidth;
+    const int height = win.Height() + app.frameHeight + app.frameWidth;
+    win.Move((platform.SystemMetric(forms::metric::kCxScreen) - width) / 2,
+             (platform.SystemMetric(forms::metric::kCyScreen) - height) / 3, width, height);
+    ScaleForm(win, platform);
+}
+
+// Logs on until the engine accepts; a user who cancels the login ends the process.
+void RunLogonLoop(Application& app) {
+    forms::Platform& platform = app.Platform();
+    bool loggedOn = false;
+    while (!loggedOn) {
+        if (!app.UserName.empty()) {
+            platform.SetCursor(forms::cursor::kHourglass);
+            platform.DoEvents();
+            loggedOn = app.EngineObject->Logon(app.UserName, app.Password, "").ToBoolean();
+            if (!loggedOn) {
+                // However the dialog ends, the loop asks again until the engine accepts.
+                app.Form<frmLogin>().Show(forms::kModal);
+            }
+            platform.SetCursor(forms::cursor::kDefault);
+            continue;
+        }
+        platform.SetCursor(forms::cursor::kDefault);
+        frmLogin& login = app.Form<frmLogin>();
+        login.txtUserName.SetText(platform.LoggedOnUserName().value_or(""));
+        login.txtPassword.SetText(app.Password);
+        login.Show(forms::kModal);
+        if (!app.Form<frmLogin>().LoginAccepted) {
+            platform.EndProcess(0);
+        }
+        platform.SetCursor(forms::cursor::kHourglass);
+        platform.DoEvents();
+        SaveUserInfo(app);
+        LoadUserInfo(app);
+        loggedOn = app.EngineObject->Logon(app.UserName, app.Password, "").ToBoolean();
+        platform.SetCursor(forms::cursor::kDefault);
+    }
+}
+
+// The calling cards into the preferences, or the card controls off when the user has none.
+void ReadCallingCards(Application& app) {
+    Variant list;
+    PrefPullout& pref = app.Form<PrefPullout>();
+    if (!app.EngineObject->GetCallingCardList(list).ToBoolean()) {
+        pref.cmboCallingCards.SetEnabled(false);
+        pref.txtCardNumber.SetEnabled(false);
+        pref.btnSave.SetEnabled(false);
+        FromPullout& from = app.Form<FromPullout>();
+        from.chkCallingCard.SetVisible(false);
+        from.lblCallingCard.SetVisible(false);
+        return;
+    }
+    app.CallingCards = std::make_shared<CallingCardList>();
+    if (!list.IsArray()) {
+        return;
+    }
+    const SafeArray& rows = list.ToArray();
+    for (std::int32_t row = rows.LBound(1); row <= rows.UBound(1); ++row) {
+        pref.cmboCallingCards.AddItem(rows.Get(row, 3).ToString());
+        app.CurrentCallingCard = app.CallingCards->Add(
+            rows.Get(row, 3).ToString(), rows.Get(row, 2).ToString(), rows.Get(row, 4).ToString(),
+            rows.Get(row, 5).ToString(), rows.Get(row, 1).ToInteger(), rows.Get(row, 0).ToInteger(),
+            rows.Get(row, 1).ToString());
+    }
+}
+
+}  // namespace
+
+MainWin::MainWin(Application& app)
+    : Form(app.Platform(), "MainWin"),
+      app_(app),
+      family_(std::make_unique<WindowFamily>(app, *this)),
+      logs_(std::make_unique<CallLogs>(app, ConnectHistoryFile, PrescriberLogFile)) {
     SetCaption(app.Title);
     SetForeColor(0x00FF00);  // pure green: the outside of the artwork
     lblConnect.SetCaption("Connect");
@@ -58,6 +149,8 @@ MainWin::MainWin(Application& app) : Form(app.Platform(), "MainWin"), app_(app) 
     PlaceControls();
 }
 
+MainWin::~MainWin() = default;
+
 // ---- load, close, unload ------------------------------------------------------------------
 
 void MainWin::Form_Load() {
@@ -70,21 +163,11 @@ void MainWin::Form_Load() {
     app_.EventManagerObject.registerForEvent(event::kDialListDone, this);
     IsGettingDialList = false;
     EnableOnReset = true;
-    for (forms::Image* button : {&btnRxPullout, &btnFromPullout, &btnToPullout, &btnMorePullout}) {
-        button->SetEnabled(false);
-    }
+    SetTabsEnabled(*this, false);
     app_.HelpFile = "Kestrelway.hlp";
     GetPlatform().SetHelpFile(app_.HelpFile);
+    PlaceOnScreen(*this, app_);
     forms::Platform& platform = GetPlatform();
-    app_.frameWidth = platform.SystemMetric(forms::metric::kCxDlgFrame);
-    app_.frameHeight = platform.SystemMetric(forms::metric::kCyCaption) + app_.frameWidth;
-    SetFrameInset(app_.frameWidth, app_.frameHeight);
-    // The window opens in the middle of the screen, a little above centre.
-    const int width = Width() + 2 * app_.frameWidth;
-    const int height = Height() + app_.frameHeight + app_.frameWidth;
-    Move((platform.SystemMetric(forms::metric::kCxScreen) - width) / 2,
-         (platform.SystemMetric(forms::metric::kCyScreen) - height) / 3, width, height);
-    ScaleForm(*this, platform);
     IsLoading = true;
     cmboFrom.SetText("<Loading...>");
     cmboTo.SetText("<Loading...>");
@@ -92,7 +175,7 @@ void MainWin::Form_Load() {
     app_.Shape(*this, true);
 
     PerfPulldown& perf = app_.Form<PerfPulldown>();
-    perf.Move(Left() + app_.frameWidth, Top() + 176);
+    perf.Move(Left() + app_.frameWidth, Top() + PerfPulldown::kRetracted);
     perf.ZOrder(1);
     perf.Show();
     perfShown = true;
@@ -103,8 +186,10 @@ void MainWin::Form_Load() {
     platform.DoEvents();
     LoadUserInfo(app_);
     try {
-        CreateEngineAndLogOn();
-        ReadCallingCards();
+        app_.EngineObject = CreateEngine(EngineContext{platform});
+        app_.EngineObject->Advise(&l_DravlinkObj);
+        RunLogonLoop(app_);
+        ReadCallingCards(app_);
         HavePhoneList = app_.EngineObject->GetPhoneList(PhoneList).ToBoolean();
         HaveLocationList = app_.EngineObject->GetLocationList(LocationList).ToBoolean();
         app_.CountryListObject = std::make_shared<CountryList>(*app_.EngineObject);
@@ -118,9 +203,7 @@ void MainWin::Form_Load() {
         Image6.SetPicture(imgPushedButton.Picture());
         FillCombosAfterLogon();
         platform.SetCursor(forms::cursor::kDefault);
-        for (forms::Image* b : {&btnRxPullout, &btnFromPullout, &btnToPullout, &btnMorePullout}) {
-            b->SetEnabled(true);
-        }
+        SetTabsEnabled(*this, true);
         RestoreLastLocation();
         TimerProfileChange.SetTimerEnabled(false);
         TimerProfileChange.SetInterval(2);
@@ -132,9 +215,7 @@ void MainWin::Form_Load() {
         // IsLoading stays true on purpose: the close paths then say the program is still loading.
         COMErrHandler(failure);
         platform.SetCursor(forms::cursor::kDefault);
-        for (forms::Image* b : {&btnRxPullout, &btnFromPullout, &btnToPullout, &btnMorePullout}) {
-            b->SetEnabled(true);
-        }
+        SetTabsEnabled(*this, true);
     }
 }
 
@@ -145,7 +226,7 @@ void MainWin::WireEvents() {
     btnCloseWin.Click = [this] { btnCloseWin_Click(); };
     btnCloseWin.DblClick = [this] { btnCloseWin_Click(); };
     lblCloseButton.Click = [this] { btnCloseWin_Click(); };
-    WireWindowFamily();
+    family_->Wire();
     cmboFrom.Click = [this] { cmboFrom_Click(); };
     cmboTo.Click = [this] { cmboTo_Click(); };
     // The combos cannot be typed in; Enter connects from them as from the window.
@@ -164,70 +245,6 @@ void MainWin::WireEvents() {
 void MainWin::Form_KeyPress(int& keyAscii) {
     if (keyAscii == forms::key::kReturn && !IsConnecting && !IsConnected) {
         btnConnect_Click();
-    }
-}
-
-void MainWin::CreateEngineAndLogOn() {
-    app_.EngineObject = CreateEngine(EngineContext{GetPlatform()});
-    app_.EngineObject->Advise(&l_DravlinkObj);
-    RunLogonLoop();
-}
-
-void MainWin::RunLogonLoop() {
-    forms::Platform& platform = GetPlatform();
-    bool loggedOn = false;
-    while (!loggedOn) {
-        if (!app_.UserName.empty()) {
-            platform.SetCursor(forms::cursor::kHourglass);
-            platform.DoEvents();
-            loggedOn = app_.EngineObject->Logon(app_.UserName, app_.Password, "").ToBoolean();
-            if (!loggedOn) {
-                // However the dialog ends, the loop asks again until the engine accepts.
-                app_.Form<frmLogin>().Show(forms::kModal);
-            }
-            platform.SetCursor(forms::cursor::kDefault);
-            continue;
-        }
-        platform.SetCursor(forms::cursor::kDefault);
-        frmLogin& login = app_.Form<frmLogin>();
-        login.txtUserName.SetText(platform.LoggedOnUserName().value_or(""));
-        login.txtPassword.SetText(app_.Password);
-        login.Show(forms::kModal);
-        if (!app_.Form<frmLogin>().LoginAccepted) {
-            platform.EndProcess(0);
-        }
-        platform.SetCursor(forms::cursor::kHourglass);
-        platform.DoEvents();
-        SaveUserInfo(app_);
-        LoadUserInfo(app_);
-        loggedOn = app_.EngineObject->Logon(app_.UserName, app_.Password, "").ToBoolean();
-        platform.SetCursor(forms::cursor::kDefault);
-    }
-}
-
-void MainWin::ReadCallingCards() {
-    Variant list;
-    PrefPullout& pref = app_.Form<PrefPullout>();
-    if (!app_.EngineObject->GetCallingCardList(list).ToBoolean()) {
-        pref.cmboCallingCards.SetEnabled(false);
-        pref.txtCardNumber.SetEnabled(false);
-        pref.btnSave.SetEnabled(false);
-        FromPullout& from = app_.Form<FromPullout>();
-        from.chkCallingCard.SetVisible(false);
-        from.lblCallingCard.SetVisible(false);
-        return;
-    }
-    app_.CallingCards = std::make_shared<CallingCardList>();
-    if (!list.IsArray()) {
-        return;
-    }
-    const SafeArray& rows = list.ToArray();
-    for (std::int32_t row = rows.LBound(1); row <= rows.UBound(1); ++row) {
-        pref.cmboCallingCards.AddItem(rows.Get(row, 3).ToString());
-        app_.CurrentCallingCard = app_.CallingCards->Add(
-            rows.Get(row, 3).ToString(), rows.Get(row, 2).ToString(), rows.Get(row, 4).ToString(),
-            rows.Get(row, 5).ToString(), rows.Get(row, 1).ToInteger(), rows.Get(row, 0).ToInteger(),
-            rows.Get(row, 1).ToString());
     }
 }
 
@@ -378,54 +395,6 @@ int MainWin::Box(const std::string& text, int flags, const std::string& caption)
 
 int MainWin::AppBox(const std::string& text, int flags) {
     return Box(text, flags, LoadResString(ResConst::kAppName));
-}
-
-void MainWin::SetConnectFace(const forms::Image& face) {
-    btnConnect.SetPicture(face.Picture());
-}
-
-// ---- engine event member --------------------------------------------------------------------
-
-void MainWin::EngineEvents::CHXferUpdate(Variant& first, Variant& transfer) {
-    win_.l_DravlinkObj_CHXferUpdate(first, transfer);
-}
-void MainWin::EngineEvents::ErrorEvent(std::string& message) {
-    win_.l_DravlinkObj_ErrorEvent(message);
-}
-void MainWin::EngineEvents::GetConnectionStatistics(Variant& ispStats, Variant& vpnStats) {
-    win_.l_DravlinkObj_GetConnectionStatistics(ispStats, vpnStats);
-}
-void MainWin::EngineEvents::GetGenericISPList(std::string& message, Variant& list) {
-    win_.l_DravlinkObj_GetGenericISPList(message, list);
-}
-void MainWin::EngineEvents::GetUserInfo(std::string& prompt, Variant& choices,
-                                        std::string& answer) {
-    win_.l_DravlinkObj_GetUserInfo(prompt, choices, answer);
-}
-void MainWin::EngineEvents::GetUserInput(std::string& prompt, std::string& defaultText,
-                                         std::string& answer) {
-    win_.l_DravlinkObj_GetUserInput(prompt, defaultText, answer);
-}
-void MainWin::EngineEvents::GetUsernamePassword(std::string& prompt, std::string& user) {
-    win_.l_DravlinkObj_GetUsernamePassword(prompt, user);
-}
-void MainWin::EngineEvents::GetUserOk(std::string& message) {
-    win_.l_DravlinkObj_GetUserOk(message);
-}
-void MainWin::EngineEvents::GetUserYesNo(std::string& question, bool& answer) {
-    win_.l_DravlinkObj_GetUserYesNo(question, answer);
-}
-void MainWin::EngineEvents::GetUserNowLaterNever(std::string& question, std::string& answer) {
-    win_.l_DravlinkObj_GetUserNowLaterNever(question, answer);
-}
-void MainWin::EngineEvents::DravDebug(std::string& text) {
-    win_.l_DravlinkObj_DravDebug(text);
-}
-void MainWin::EngineEvents::ProgressUpdate(std::int16_t code, std::string& text) {
-    win_.l_DravlinkObj_ProgressUpdate(code, text);
-}
-void MainWin::EngineEvents::StatusUpdate(std::string& text) {
-    win_.l_DravlinkObj_StatusUpdate(text);
 }
 
 }  // namespace kw::dialer

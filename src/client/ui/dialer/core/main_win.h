@@ -1,10 +1,25 @@
 #pragma once
 
+// MainWin, section by section:
+//   start-up, close, unload, help     core/main_win.cpp
+//   controls on the artwork           core/main_win_layout.cpp
+//   connect, dial list, combos        engine/main_win_connect.cpp
+//   progress lights, status line      engine/main_win_progress.cpp
+//   engine prompts, notes, debug      engine/main_win_prompts.cpp
+//   error reporting                   engine/main_win_errors.cpp
+//   engine events to routines         engine/main_win_events.{h,cpp}
+//   statistics                        performance/main_win_statistics.cpp
+//   call-home transfer                side/main_win_transfer.cpp
+//   call logs                         side/call_logs.{h,cpp}
+//   tabs, drag, minimise, messages    shell/main_win_window.cpp, carried out by
+//                                     shell/window_family.{h,cpp} on shell/pullout_table.{h,cpp}
+
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "client/ui/dialer/core/event_manager.h"
-#include "client/ui/dialer/engine/dravlink.h"
+#include "client/ui/dialer/engine/main_win_events.h"
 #include "platform/automation/failure.h"
 #include "platform/automation/variant.h"
 #include "platform/forms/controls.h"
@@ -13,12 +28,15 @@
 namespace kw::dialer {
 
 class Application;
+class CallLogs;
+class WindowFamily;
 
 // The main window: the two combos, the connect button, the six lights and the status line. It owns
 // the engine's events and keeps the connection state.
 class MainWin : public forms::Form, public EventSubscriber {
   public:
     explicit MainWin(Application& app);
+    ~MainWin() override;
 
     // ---- controls ----
     forms::Timer tmrRxNowNever{*this, "tmrRxNowNever"};
@@ -77,7 +95,8 @@ class MainWin : public forms::Form, public EventSubscriber {
     std::int32_t ConnectionHandle = 0;
     std::int16_t ConnectHistoryFile = 0;
     std::int16_t PrescriberLogFile = 0;
-    // The window flags of the pullout family.
+    // The window flags of the pullout family: what is open, and what minimise and restore
+    // bring back.
     bool fromShown = false;
     bool toShown = false;
     bool rxShown = false;
@@ -137,31 +156,7 @@ class MainWin : public forms::Form, public EventSubscriber {
     void l_DravlinkObj_DravDebug(std::string& text);
     void l_DravlinkObj_CHXferUpdate(automation::Variant& first, automation::Variant& transfer);
 
-    // The member that receives the engine's events and hands each to its routine above.
-    class EngineEvents : public DravlinkEvents {
-      public:
-        explicit EngineEvents(MainWin& win) : win_(win) {}
-        void CHXferUpdate(automation::Variant& first, automation::Variant& transfer) override;
-        void ErrorEvent(std::string& message) override;
-        void GetConnectionStatistics(automation::Variant& ispStats,
-                                     automation::Variant& vpnStats) override;
-        void GetGenericISPList(std::string& message, automation::Variant& list) override;
-        void GetUserInfo(std::string& prompt, automation::Variant& choices,
-                         std::string& answer) override;
-        void GetUserInput(std::string& prompt, std::string& defaultText,
-                          std::string& answer) override;
-        void GetUsernamePassword(std::string& prompt, std::string& user) override;
-        void GetUserOk(std::string& message) override;
-        void GetUserYesNo(std::string& question, bool& answer) override;
-        void GetUserNowLaterNever(std::string& question, std::string& answer) override;
-        void DravDebug(std::string& text) override;
-        void ProgressUpdate(std::int16_t code, std::string& text) override;
-        void StatusUpdate(std::string& text) override;
-
-      private:
-        MainWin& win_;
-    };
-    EngineEvents l_DravlinkObj{*this};
+    MainWinEvents l_DravlinkObj{*this};
 
   protected:
     void Form_Load() override;
@@ -172,35 +167,18 @@ class MainWin : public forms::Form, public EventSubscriber {
   private:
     void PlaceControls();
     void WireEvents();
-    void CreateEngineAndLogOn();
-    void RunLogonLoop();
-    void ReadCallingCards();
     void FillCombosAfterLogon();
-    void OpenLogsForCall();
-    void OpenLog(const char* fileNameValue, std::int16_t& fileNumber);
-    void CloseCallLogs();
     void ConnectFailed(const automation::Failure& failure);
     void TimerProfileChange_Timer();
     void tmrRxNowNever_Timer();
-    // A dialog of this window stands open (a modal form other than the window itself).
-    bool DialogOfThisWindowIsOpen() const;
     int TimedMessageBox(const std::string& text, const std::string& caption, int flags,
                         int timeoutMs);
     void CloseTimedMessageBox();
-    void SetConnectFace(const forms::Image& face);
-    void ShowLightTip(forms::Image& light, const std::string& text);
-    void WriteHistoryLine(std::int16_t code, const std::string& text);
-    void TakeNewCredentials(const std::string& text);
     int Box(const std::string& text, int flags, const std::string& caption);
     int AppBox(const std::string& text, int flags);
 
-    Application& app_;
-
     // ---- the window family: pullouts, drag, minimise, message hook (shell/) ----
   public:
-    bool dragging = false;
-    std::int32_t dragOffsetX = 0;  // cursor inside the window's outer frame when the drag began
-    std::int32_t dragOffsetY = 0;
     void btnFromPullout_Click();
     void btnToPullout_Click();
     void btnRxPullout_Click();
@@ -210,6 +188,8 @@ class MainWin : public forms::Form, public EventSubscriber {
     void ProcMsg(forms::WindowHandle window, int message, std::intptr_t wParam,
                  std::intptr_t lParam, std::intptr_t& result);
     void Form_Resize() override;
+    // The windows that go with this one; MorePullout opens and closes its panels through it.
+    WindowFamily& Family() { return *family_; }
 
   protected:
     void Form_MouseDown(int button, int shift, float x, float y) override;
@@ -217,18 +197,9 @@ class MainWin : public forms::Form, public EventSubscriber {
     void Form_MouseUp(int button, int shift, float x, float y) override;
 
   private:
-    struct PulloutButton;
-    void PulloutButtonClick(const PulloutButton& button);
-    void CloseToPullout(bool& ok);
-    void CloseFromPullout(bool& ok);
-    void CloseMorePullout(bool& ok);
-    void CloseRxPullout(bool& ok);
-    void WireWindowFamily();
-    // The shape of each pullout of this window is cut once, at its first opening.
-    bool moreCut_ = false;
-    bool rxCut_ = false;
-    bool fromCut_ = false;
-    bool toCut_ = false;
+    Application& app_;
+    std::unique_ptr<WindowFamily> family_;
+    std::unique_ptr<CallLogs> logs_;
 };
 
 }  // namespace kw::dialer

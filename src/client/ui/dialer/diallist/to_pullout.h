@@ -1,5 +1,6 @@
 #pragma once
 
+#include "client/ui/dialer/shell/pullout.h"
 #include "platform/automation/variant.h"
 #include "platform/forms/controls.h"
 #include "platform/forms/form.h"
@@ -9,7 +10,7 @@ namespace kw::dialer {
 class Application;
 
 // The dial list pullout: which ISPs and POPs are dialled, and in which order.
-class ToPullout : public forms::Form {
+class ToPullout : public forms::Form, public Pullout {
   public:
     explicit ToPullout(Application& app);
 
@@ -26,7 +27,7 @@ class ToPullout : public forms::Form {
     // The dial list the engine computed for the location and destination.
     void UpdateDialList(const automation::Variant& list);
     void btnSaveList_Click();
-    void OnHide(bool& ok);
+    void OnHide(bool& ok) override;
 
     // The last list handed over by UpdateDialList.
     const automation::Variant& LastDialList() const { return lastList_; }

@@ -5,19 +5,14 @@
 #include "client/ui/dialer/diallist/to_pullout.h"
 #include "client/ui/dialer/engine/res_const.h"
 #include "client/ui/dialer/locations/from_pullout.h"
+#include "client/ui/dialer/side/call_logs.h"
 #include "client/ui/dialer/side/display_pullout.h"
-#include "client/ui/dialer/side/log_pullout.h"
 #include "platform/automation/safe_array.h"
 
 namespace kw::dialer {
 
 using automation::Failure;
 using automation::Variant;
-
-namespace {
-constexpr const char* kBanner =
-    "**********************************************************************";
-}
 
 void MainWin::btnConnect_Click() {
     if (IsLoading) {
@@ -27,12 +22,12 @@ void MainWin::btnConnect_Click() {
     if (IsConnected) {
         try {
             app_.EventManagerObject.postEvent(event::kDisconnectRequested, Variant());
-            SetConnectFace(Image5);
+            btnConnect.SetPicture(Image5.Picture());
             app_.EngineObject->Disconnect(ConnectionHandle);
             if (!imgAuthorizingTunnel.Visible()) {
                 // The tunnel never came up: no code 32 will come to end the call.
                 ResetConnectionDisplay();
-                CloseCallLogs();
+                logs_->CloseCallLogs();
             }
         } catch (const Failure& failure) {
             ConnectFailed(failure);
@@ -56,9 +51,9 @@ void MainWin::btnConnect_Click() {
     if (app_.EventManagerObject.postEventVetoable(event::kConnectRequested, Variant()) == kVeto) {
         return;
     }
-    SetConnectFace(Image6);
+    btnConnect.SetPicture(Image6.Picture());
     IsConnecting = true;
-    OpenLogsForCall();  // unguarded: a log that cannot be opened fails to the message loop
+    logs_->OpenLogsForCall();  // unguarded: a log that cannot be opened fails to the message loop
     try {
         platform.SetCursor(forms::cursor::kArrowHourglass);
         platform.DoEvents();
@@ -74,43 +69,12 @@ void MainWin::btnConnect_Click() {
 
 void MainWin::ConnectFailed(const Failure& failure) {
     COMErrHandler(failure);
-    SetConnectFace(Image5);
+    btnConnect.SetPicture(Image5.Picture());
     IsConnecting = false;
     IsConnected = false;
     EnableOnReset = true;
     GetPlatform().SetCursor(forms::cursor::kDefault);
-    CloseCallLogs();
-}
-
-void MainWin::OpenLogsForCall() {
-    LogPullout& logs = app_.Form<LogPullout>();
-    if (logs.ConnectLogCheck.Value() == forms::check::kChecked) {
-        OpenLog(settings::kConnectHistoryFileName, ConnectHistoryFile);
-    }
-    if (logs.PrescriberLogCheck.Value() == forms::check::kChecked) {
-        OpenLog(settings::kPrescriberLogFileName, PrescriberLogFile);
-    }
-}
-
-void MainWin::OpenLog(const char* fileNameValue, std::int16_t& fileNumber) {
-    registry::HKEY key = OpenSettingsKey(GetPlatform());
-    Variant path(std::string{});
-    QueryValueEx(key, fileNameValue, path);
-    registry::RegCloseKey(key);
-    FileTable& files = app_.Files();
-    const int number = files.FreeFile();
-    files.OpenForAppend(number, path.ToString());
-    fileNumber = static_cast<std::int16_t>(number);
-    files.PrintLine(number, NowText() + kBanner);
-}
-
-void MainWin::CloseCallLogs() {
-    for (std::int16_t* file : {&ConnectHistoryFile, &PrescriberLogFile}) {
-        if (*file > 0) {
-            app_.Files().Close(*file);
-        }
-        *file = 0;
-    }
+    logs_->CloseCallLogs();
 }
 
 void MainWin::EnableConnections() {
@@ -308,7 +272,7 @@ void MainWin::ResetConnectionDisplay() {
     IsConnecting = false;
     GetPlatform().SetCursor(forms::cursor::kDefault);
     lblConnect.SetCaption("Connect");
-    SetConnectFace(Image5);
+    btnConnect.SetPicture(Image5.Picture());
     if (EnableOnReset) {
         EnableConnections();
     } else {

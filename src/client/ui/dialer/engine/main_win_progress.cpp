@@ -2,7 +2,9 @@
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/core/main_win.h"
 #include "client/ui/dialer/core/user_info.h"
+#include "client/ui/dialer/engine/progress_codes.h"
 #include "client/ui/dialer/performance/perf_pulldown.h"
+#include "client/ui/dialer/side/call_logs.h"
 #include "client/ui/dialer/side/display_pullout.h"
 #include "client/ui/dialer/side/rx_pullout.h"
 #include "platform/automation/strings.h"
@@ -11,54 +13,91 @@ namespace kw::dialer {
 
 using automation::Variant;
 
-namespace code {
-inline constexpr std::int16_t kConnected = 1;
-inline constexpr std::int16_t kLogoOff = 31;
-inline constexpr std::int16_t kLineDown = 32;
-inline constexpr std::int16_t kMonitorStart = 101;
-inline constexpr std::int16_t kModemDetected = 102;
-inline constexpr std::int16_t kDialing = 103;
-inline constexpr std::int16_t kConnectingIsp = 104;
-inline constexpr std::int16_t kAuthorizingIsp = 105;
-inline constexpr std::int16_t kIspNote = 131;
-inline constexpr std::int16_t kIspDown = 132;
-inline constexpr std::int16_t kTunnelUp = 201;
-inline constexpr std::int16_t kCreatingTunnel = 202;
-inline constexpr std::int16_t kTunnelNote = 205;
-inline constexpr std::int16_t kTunnelNote2 = 206;
-inline constexpr std::int16_t kNewCredentials = 207;
-inline constexpr std::int16_t kTunnelLogoOff = 231;
-inline constexpr std::int16_t kTunnelDown = 232;
-inline constexpr std::int16_t kEngineNote = 999;
-}  // namespace code
+namespace {
 
-void MainWin::WriteHistoryLine(std::int16_t progressCode, const std::string& text) {
-    // The text of 207 holds the password: it never reaches a file.
-    if (progressCode != code::kNewCredentials && ConnectHistoryFile != 0) {
-        app_.Files().PrintLine(ConnectHistoryFile, NowText() + ": " + text);
+// The light that each step of the call's set-up turns on, its text as the tip.
+forms::Image* StepLight(MainWin& win, std::int16_t progressCode) {
+    switch (progressCode) {
+        case code::kModemDetected:
+            return &win.imgModemDetected;
+        case code::kDialing:
+            return &win.imgPhoneDialing;
+        case code::kConnectingIsp:
+            return &win.imgConnectingISP;
+        case code::kAuthorizingIsp:
+            return &win.imgAuthorizingISP;
+        case code::kCreatingTunnel:
+            return &win.imgCreatingTunnel;
+        default:
+            return nullptr;
     }
 }
 
-void MainWin::ShowLightTip(forms::Image& light, const std::string& text) {
-    light.SetToolTipText(text);
+void ShowConnected(MainWin& win, const std::string& text) {
+    win.imgAuthorizingTunnel.SetVisible(true);
+    win.imgLogoOn.SetVisible(true);
+    win.lblStatus.SetCaption(text);
+    win.imgAuthorizingTunnel.SetToolTipText(text);
+    win.IsConnected = true;
+    win.IsConnecting = false;
+    win.GetPlatform().SetCursor(forms::cursor::kDefault);
 }
 
+void ShowIspDown(MainWin& win, const std::string& text) {
+    for (forms::Image* light : {&win.imgModemDetected, &win.imgPhoneDialing, &win.imgConnectingISP,
+                                &win.imgAuthorizingISP}) {
+        light->SetVisible(false);
+        light->SetToolTipText(text);
+    }
+}
+
+void ShowTunnelDown(MainWin& win, const std::string& text) {
+    win.imgCreatingTunnel.SetVisible(false);
+    win.imgAuthorizingTunnel.SetVisible(false);
+    win.lblStatus.SetCaption(text);
+    win.imgCreatingTunnel.SetToolTipText(text);
+    win.imgAuthorizingTunnel.SetToolTipText(text);
+}
+
+// user^password; a text without "^" has no left part and fails as the old code did.
+void TakeNewCredentials(Application& app, const std::string& text) {
+    const long caret = automation::InStr(text, "^");
+    const std::string user = automation::Left(text, caret - 1);
+    const std::string password = automation::Mid(text, caret + 1);
+    DisplayPullout& display = app.Form<DisplayPullout>();
+    display.txtUserName.SetText(user);
+    display.txtPassword.SetText(password);
+    if (user != app.UserName) {
+        display.LoginChanged = true;
+    }
+    app.UserName = user;
+    app.Password = password;
+    SaveUserInfo(app);
+    LoadUserInfo(app);
+}
+
+}  // namespace
+
 void MainWin::l_DravlinkObj_ProgressUpdate(std::int16_t progressCode, std::string& text) {
-    WriteHistoryLine(progressCode, text);
+    logs_->WriteHistoryLine(progressCode, text);
     auto post = [&] {
         Variant data(text);
         app_.EventManagerObject.postEvent(progressCode, data);
     };
+    if (forms::Image* light = StepLight(*this, progressCode)) {
+        post();
+        light->SetVisible(true);
+        lblStatus.SetCaption(text);
+        light->SetToolTipText(text);
+        if (progressCode == code::kAuthorizingIsp) {
+            imgConnectLight.SetPicture(imgConnectLightOn.Picture());
+        }
+        return;
+    }
     switch (progressCode) {
         case code::kConnected:
             post();
-            imgAuthorizingTunnel.SetVisible(true);
-            imgLogoOn.SetVisible(true);
-            lblStatus.SetCaption(text);
-            ShowLightTip(imgAuthorizingTunnel, text);
-            IsConnected = true;
-            IsConnecting = false;
-            GetPlatform().SetCursor(forms::cursor::kDefault);
+            ShowConnected(*this, text);
             break;
         case code::kLogoOff:
         case code::kTunnelLogoOff:
@@ -70,7 +109,7 @@ void MainWin::l_DravlinkObj_ProgressUpdate(std::int16_t progressCode, std::strin
             EnableOnReset = true;
             post();
             ResetConnectionDisplay();
-            CloseCallLogs();
+            logs_->CloseCallLogs();
             app_.Form<PerfPulldown>().EndPerf();
             if (app_.Form<DisplayPullout>().LoginChanged) {
                 TimerProfileChange.SetTimerEnabled(true);
@@ -80,23 +119,6 @@ void MainWin::l_DravlinkObj_ProgressUpdate(std::int16_t progressCode, std::strin
             post();
             app_.Form<PerfPulldown>().BeginPerf(cmboTo.Text());
             break;
-        case code::kModemDetected:
-        case code::kDialing:
-        case code::kConnectingIsp:
-        case code::kAuthorizingIsp: {
-            post();
-            forms::Image& light = progressCode == code::kModemDetected   ? imgModemDetected
-                                  : progressCode == code::kDialing       ? imgPhoneDialing
-                                  : progressCode == code::kConnectingIsp ? imgConnectingISP
-                                                                         : imgAuthorizingISP;
-            light.SetVisible(true);
-            lblStatus.SetCaption(text);
-            ShowLightTip(light, text);
-            if (progressCode == code::kAuthorizingIsp) {
-                imgConnectLight.SetPicture(imgConnectLightOn.Picture());
-            }
-            break;
-        }
         case code::kIspNote:
         case code::kTunnelNote:
         case code::kTunnelNote2:
@@ -106,11 +128,7 @@ void MainWin::l_DravlinkObj_ProgressUpdate(std::int16_t progressCode, std::strin
             break;
         case code::kIspDown:
             post();
-            for (forms::Image* light :
-                 {&imgModemDetected, &imgPhoneDialing, &imgConnectingISP, &imgAuthorizingISP}) {
-                light->SetVisible(false);
-                ShowLightTip(*light, text);
-            }
+            ShowIspDown(*this, text);
             app_.Form<PerfPulldown>().EndPerf();
             break;
         case code::kTunnelUp:
@@ -118,23 +136,13 @@ void MainWin::l_DravlinkObj_ProgressUpdate(std::int16_t progressCode, std::strin
             imgCreatingTunnel.SetVisible(true);
             imgAuthorizingTunnel.SetVisible(true);
             break;
-        case code::kCreatingTunnel:
-            post();
-            imgCreatingTunnel.SetVisible(true);
-            lblStatus.SetCaption(text);
-            ShowLightTip(imgCreatingTunnel, text);
-            break;
         case code::kNewCredentials:
             post();
-            TakeNewCredentials(text);
+            TakeNewCredentials(app_, text);
             break;
         case code::kTunnelDown:
             post();
-            imgCreatingTunnel.SetVisible(false);
-            imgAuthorizingTunnel.SetVisible(false);
-            lblStatus.SetCaption(text);
-            ShowLightTip(imgCreatingTunnel, text);
-            ShowLightTip(imgAuthorizingTunnel, text);
+            ShowTunnelDown(*this, text);
             break;
         default:
             lblStatus.SetCaption("Invalid Progress Update. [" + std::to_string(progressCode) + "]");
@@ -142,27 +150,8 @@ void MainWin::l_DravlinkObj_ProgressUpdate(std::int16_t progressCode, std::strin
     }
 }
 
-void MainWin::TakeNewCredentials(const std::string& text) {
-    // user^password; a text without "^" has no left part and fails as the old code did.
-    const long caret = automation::InStr(text, "^");
-    const std::string user = automation::Left(text, caret - 1);
-    const std::string password = automation::Mid(text, caret + 1);
-    DisplayPullout& display = app_.Form<DisplayPullout>();
-    display.txtUserName.SetText(user);
-    display.txtPassword.SetText(password);
-    if (user != app_.UserName) {
-        display.LoginChanged = true;
-    }
-    app_.UserName = user;
-    app_.Password = password;
-    SaveUserInfo(app_);
-    LoadUserInfo(app_);
-}
-
 void MainWin::l_DravlinkObj_StatusUpdate(std::string& text) {
-    if (PrescriberLogFile != 0) {
-        app_.Files().PrintLine(PrescriberLogFile, text);
-    }
+    logs_->WritePrescriberLine(text);
     forms::RichTextBox& status = app_.Form<RxPullout>().txtStatus;
     status.SetSelStart(static_cast<int>(status.Text().size()));
     status.SetSelText(text + "\r\n");

@@ -1,33 +1,32 @@
-// The engine's questions to the user during a call, and its notes, debug text and transfers.
+// The engine's questions to the user during a call, and its notes and debug text.
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/core/main_win.h"
 #include "client/ui/dialer/engine/frm_get_user_info.h"
 #include "client/ui/dialer/engine/frm_get_user_input.h"
 #include "client/ui/dialer/engine/frm_isp_login.h"
 #include "client/ui/dialer/engine/res_const.h"
-#include "client/ui/dialer/performance/perf_pulldown.h"
-#include "client/ui/dialer/side/frm_file_xfer.h"
 #include "platform/automation/safe_array.h"
 #include "platform/automation/strings.h"
 
 namespace kw::dialer {
 
-using automation::Failure;
 using automation::Variant;
 
 namespace {
 constexpr const char* kPrescriberCaption = "Ostvarra Prescriber";
 constexpr const char* kMessageOfTheDay = "Message of the Day";
-}  // namespace
 
-bool MainWin::DialogOfThisWindowIsOpen() const {
-    for (forms::Form* form : app_.Forms().LoadedForms()) {
-        if (form != this && form->IsModal()) {
+// A dialog of the window stands open: a modal form other than the window itself.
+bool DialogOfWindowIsOpen(Application& app, const forms::Form& window) {
+    for (forms::Form* form : app.Forms().LoadedForms()) {
+        if (form != &window && form->IsModal()) {
             return true;
         }
     }
     return false;
 }
+
+}  // namespace
 
 void MainWin::l_DravlinkObj_GetUserInfo(std::string& prompt, Variant& choices,
                                         std::string& answer) {
@@ -57,7 +56,7 @@ void MainWin::l_DravlinkObj_GetUserInput(std::string& prompt, std::string& defau
 }
 
 void MainWin::l_DravlinkObj_GetUsernamePassword(std::string& prompt, std::string& user) {
-    if (DialogOfThisWindowIsOpen()) {
+    if (DialogOfWindowIsOpen(app_, *this)) {
         // No second dialog is stacked: the engine gets its name back with a placeholder.
         user += "^qqq";
         return;
@@ -152,24 +151,6 @@ void MainWin::tmrRxNowNever_Timer() {
 
 void MainWin::l_DravlinkObj_DravDebug(std::string& text) {
     AppBox(text, forms::mb::kOkOnly | forms::mb::kInformation | forms::mb::kSetForeground);
-}
-
-void MainWin::l_DravlinkObj_CHXferUpdate(Variant& first, Variant& transfer) {
-    (void)first;
-    frmFileXfer& xfer = app_.Form<frmFileXfer>();
-    if (!xfer.Visible()) {
-        xfer.Show();
-    }
-    xfer.UpdateProgress(Variant(transfer));
-}
-
-void MainWin::l_DravlinkObj_GetConnectionStatistics(Variant& ispStats, Variant& vpnStats) {
-    try {
-        // The panel takes the tunnel's figures first.
-        app_.Form<PerfPulldown>().DisplayStat(vpnStats, ispStats);
-    } catch (const Failure&) {
-        // A bad sample is passed over; the next one comes in a second.
-    }
 }
 
 }  // namespace kw::dialer

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "client/ui/dialer/core/event_manager.h"
+#include "client/ui/dialer/shell/pullout.h"
 #include "platform/forms/controls.h"
 #include "platform/forms/form.h"
 
@@ -11,7 +12,7 @@ namespace kw::dialer {
 class Application;
 
 // The dialing locations pullout: where the user calls from.
-class FromPullout : public forms::Form, public EventSubscriber {
+class FromPullout : public forms::Form, public EventSubscriber, public Pullout {
   public:
     explicit FromPullout(Application& app);
 
@@ -49,7 +50,7 @@ class FromPullout : public forms::Form, public EventSubscriber {
     // Starts the adding of a location.
     void btnAdd_Click();
     // Asked before the pullout closes; false keeps it open.
-    void OnHide(bool& ok);
+    void OnHide(bool& ok) override;
 
     void KestrelwayEventSub(std::int32_t& eventId, automation::Variant& data) override;
     std::int32_t KestrelwayVetoableEventFunction(std::int32_t& eventId,

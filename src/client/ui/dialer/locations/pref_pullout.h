@@ -1,5 +1,6 @@
 #pragma once
 
+#include "client/ui/dialer/shell/pullout.h"
 #include "platform/forms/controls.h"
 #include "platform/forms/form.h"
 
@@ -8,7 +9,7 @@ namespace kw::dialer {
 class Application;
 
 // The user preferences pullout: calling cards and the confirm-dial preference.
-class PrefPullout : public forms::Form {
+class PrefPullout : public forms::Form, public Pullout {
   public:
     explicit PrefPullout(Application& app);
 
@@ -28,9 +29,9 @@ class PrefPullout : public forms::Form {
     forms::Image Image1{*this, "Image1"};
     forms::Timer tmrCCardMsg{*this, "tmrCCardMsg"};
 
-    void OnHide(bool& ok);
+    void OnHide(bool& ok) override;
     // Run each time the pullout opens: shows the card chosen for the calls.
-    void OnShow();
+    void OnShow() override;
 
   protected:
     void Form_Load() override;

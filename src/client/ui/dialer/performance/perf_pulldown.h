@@ -32,6 +32,10 @@ class PerfPulldown : public forms::Form {
 
     // ---- place below the main window, and the jump between its two places ----
     forms::Image downBtn{*this, "downBtn"};
+    // Its two places, below the main window's top: retracted, the handle showing through the
+    // notch, and pulled down.
+    static constexpr std::int32_t kRetracted = 176;
+    static constexpr std::int32_t kPulledDown = 300;
     // Moves the window to yOffset below the main window's top.
     void PositionWindow(std::int32_t yOffset);
     // Pulls the panel down to 300 below the main window's top, or back up to 176.

@@ -2,31 +2,15 @@
 
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/core/main_win.h"
-#include "client/ui/dialer/locations/pref_pullout.h"
 #include "client/ui/dialer/shell/artwork_layout.h"
-#include "client/ui/dialer/shell/window_shapes.h"
-#include "client/ui/dialer/side/display_pullout.h"
-#include "client/ui/dialer/side/log_pullout.h"
+#include "client/ui/dialer/shell/window_family.h"
 
 namespace kw::dialer {
 
 namespace {
-
-// The three pullouts of this one stand here, relative to the main window's outer frame.
-constexpr int kChildX = 114;
-constexpr int kChildY = 127;
-
 void Place(forms::Control& c, const layout::LayoutRect& r) {
     c.Move(r.x, r.y, r.w, r.h);
 }
-
-// Whether the form stands open on the screen; a form never loaded does not.
-template <class F>
-bool IsVisible(Application& app) {
-    F* form = app.Forms().Peek<F>();
-    return form != nullptr && form->IsLoaded() && form->Visible();
-}
-
 }  // namespace
 
 MorePullout::MorePullout(Application& app) : Form(app.Platform(), "MorePullout"), app_(app) {
@@ -54,113 +38,48 @@ void MorePullout::Form_Load() {
     btnPref.DblClick = [this] { btnPref_Click(); };
 }
 
+WindowFamily& MorePullout::Family() {
+    return app_.Form<MainWin>().Family();
+}
+
 void MorePullout::OnHide(bool& ok) {
-    MainWin& win = app_.Form<MainWin>();
     ok = false;
-    PrefPullout& pref = app_.Form<PrefPullout>();
-    bool prefOk = false;
-    pref.OnHide(prefOk);
-    if (!prefOk) {
+    WindowFamily& family = Family();
+    // A refusal of the login information leaves the preferences closed and this one open.
+    if (!family.Close(PulloutKind::kPref) || !family.Close(PulloutKind::kDisplay)) {
         return;
     }
-    pref.Hide();
-    win.prefShown = false;
-    // A refusal here leaves PrefPullout closed and this one open.
-    DisplayPullout& display = app_.Form<DisplayPullout>();
-    bool displayOk = false;
-    display.OnHide(displayOk);
-    if (!displayOk) {
-        return;
-    }
-    display.Hide();
-    win.displayShown = false;
-    app_.Form<LogPullout>().Hide();
-    win.logShown = false;
+    family.Close(PulloutKind::kLog);
     ok = true;
 }
 
-bool MorePullout::CloseIfVisiblePref() {
-    if (!IsVisible<PrefPullout>(app_)) {
-        return true;
-    }
-    PrefPullout& pref = app_.Form<PrefPullout>();
-    bool ok = false;
-    pref.OnHide(ok);
-    if (!ok) {
-        return false;
-    }
-    pref.Hide();
-    app_.Form<MainWin>().prefShown = false;
-    return true;
-}
-
-bool MorePullout::CloseIfVisibleDisplay() {
-    if (!IsVisible<DisplayPullout>(app_)) {
-        return true;
-    }
-    DisplayPullout& display = app_.Form<DisplayPullout>();
-    bool ok = false;
-    display.OnHide(ok);
-    if (!ok) {
-        return false;
-    }
-    display.Hide();
-    app_.Form<MainWin>().displayShown = false;
-    return true;
-}
-
-void MorePullout::CloseIfVisibleLog() {
-    if (!IsVisible<LogPullout>(app_)) {
-        return;
-    }
-    app_.Form<LogPullout>().Hide();
-    app_.Form<MainWin>().logShown = false;
-}
-
-void MorePullout::OpenChild(forms::Form& child, bool& cut) {
-    MainWin& win = app_.Form<MainWin>();
-    MoveWindow(child, win.Left() + kChildX, win.Top() + kChildY, child.ScaleWidth(),
-               child.ScaleHeight(), true);
-    if (!cut) {
-        CutBesideMorePullout(child, win, *this);
-        cut = true;
-    }
-}
+// The three buttons don't toggle: a click on the open one's button places and shows it again.
 
 void MorePullout::btnDisplay_Click() {
-    if (!CloseIfVisiblePref()) {
+    WindowFamily& family = Family();
+    if (!family.CloseIfVisible(PulloutKind::kPref)) {
         return;
     }
-    CloseIfVisibleLog();
-    DisplayPullout& display = app_.Form<DisplayPullout>();
-    OpenChild(display, displayCut_);
-    display.Show();
-    app_.Form<MainWin>().displayShown = true;
+    family.CloseIfVisible(PulloutKind::kLog);
+    family.Open(PulloutKind::kDisplay);
 }
 
 void MorePullout::btnLog_Click() {
-    if (!CloseIfVisiblePref() || !CloseIfVisibleDisplay()) {
+    WindowFamily& family = Family();
+    if (!family.CloseIfVisible(PulloutKind::kPref) ||
+        !family.CloseIfVisible(PulloutKind::kDisplay)) {
         return;
     }
-    LogPullout& log = app_.Form<LogPullout>();
-    OpenChild(log, logCut_);
-    log.Show();
-    app_.Form<MainWin>().logShown = true;
+    family.Open(PulloutKind::kLog);
 }
 
 void MorePullout::btnPref_Click() {
-    CloseIfVisibleLog();
-    if (!CloseIfVisibleDisplay()) {
+    WindowFamily& family = Family();
+    family.CloseIfVisible(PulloutKind::kLog);
+    if (!family.CloseIfVisible(PulloutKind::kDisplay)) {
         return;
     }
-    PrefPullout& pref = app_.Form<PrefPullout>();
-    OpenChild(pref, prefCut_);
-    MainWin& win = app_.Form<MainWin>();
-    if (!win.prefShown) {
-        pref.OnShow();
-    }
-    pref.Show();
-    win.prefShown = true;
+    family.Open(PulloutKind::kPref);
 }
 
 }  // namespace kw::dialer

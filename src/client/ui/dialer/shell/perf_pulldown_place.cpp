@@ -8,8 +8,6 @@
 namespace kw::dialer {
 
 namespace {
-constexpr std::int32_t kRetracted = 176;
-constexpr std::int32_t kPulledDown = 300;
 constexpr int kInsetX = 3;
 }  // namespace
 

@@ -6,11 +6,6 @@ namespace kw::dialer {
 
 namespace {
 
-// Where the three pullouts of MorePullout stand, and how far below them MorePullout stands.
-constexpr int kMoreChildX = 114;
-constexpr int kMoreChildY = 127;
-constexpr int kMorePulloutBelow = 227 - kMoreChildY;
-
 void SetShape(forms::Form& form, const Region& shape, bool repaint) {
     SetWindowRegion(form, shape);
     if (repaint) {
@@ -41,14 +36,14 @@ void CutBesideMainWin(forms::Form& pullout, const forms::Form& mainWin, int x, i
     SetShape(pullout, Region::Combine(ShapeOf(pullout), main, RGN_DIFF), repaint);
 }
 
-void CutBesideMorePullout(forms::Form& pullout, const forms::Form& mainWin,
-                          const forms::Form& morePullout) {
+void CutBesideMorePullout(forms::Form& pullout, const forms::Form& mainWin, int x, int y,
+                          const forms::Form& morePullout, int moreX, int moreY, bool repaint) {
     Region main = ShapeOf(mainWin);
     Region more = ShapeOf(morePullout);
-    main.Offset(-kMoreChildX, -kMoreChildY);
-    more.Offset(0, kMorePulloutBelow);
+    main.Offset(-x, -y);
+    more.Offset(moreX - x, moreY - y);
     const Region covered = Region::Combine(main, more, RGN_OR);
-    SetShape(pullout, Region::Combine(ShapeOf(pullout), covered, RGN_XOR), false);
+    SetShape(pullout, Region::Combine(ShapeOf(pullout), covered, RGN_XOR), repaint);
 }
 
 void CutPulledDown(forms::Form& pulldown, const forms::Form& mainWin, int x, int y) {

@@ -16,10 +16,10 @@ void MoveWindow(forms::Form& form, int x, int y, int width, int height, bool rep
 // main window covers, so that it seems to come from beneath it.
 void CutBesideMainWin(forms::Form& pullout, const forms::Form& mainWin, int x, int y, bool repaint);
 
-// A pullout of MorePullout, at (114, 127) of the main window, takes the main window and
-// MorePullout (100 rows below it) into its shape by exclusive or.
-void CutBesideMorePullout(forms::Form& pullout, const forms::Form& mainWin,
-                          const forms::Form& morePullout);
+// A pullout of MorePullout at (x, y) of the main window's outer frame takes the main window and
+// MorePullout, standing at (moreX, moreY), into its shape by exclusive or.
+void CutBesideMorePullout(forms::Form& pullout, const forms::Form& mainWin, int x, int y,
+                          const forms::Form& morePullout, int moreX, int moreY, bool repaint);
 
 // PerfPulldown pulled down to (x, y) of the main window takes the main window's outline into
 // its shape by exclusive or.

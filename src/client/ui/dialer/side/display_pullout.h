@@ -1,5 +1,6 @@
 #pragma once
 
+#include "client/ui/dialer/shell/pullout.h"
 #include "platform/forms/controls.h"
 #include "platform/forms/form.h"
 
@@ -8,7 +9,7 @@ namespace kw::dialer {
 class Application;
 
 // The login information pullout: the VPN credentials and the alternate tunnel server.
-class DisplayPullout : public forms::Form {
+class DisplayPullout : public forms::Form, public Pullout {
   public:
     explicit DisplayPullout(Application& app);
 
@@ -35,7 +36,7 @@ class DisplayPullout : public forms::Form {
     // The credentials changed: the lists are read afresh once no call stands.
     bool LoginChanged = false;
 
-    void OnHide(bool& ok);
+    void OnHide(bool& ok) override;
 
   protected:
     void Form_Load() override;

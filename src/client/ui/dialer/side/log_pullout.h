@@ -1,5 +1,6 @@
 #pragma once
 
+#include "client/ui/dialer/shell/pullout.h"
 #include "platform/forms/controls.h"
 #include "platform/forms/form.h"
 
@@ -9,7 +10,7 @@ class Application;
 
 // The log options pullout: whether the connection history and the Prescriber output are logged,
 // and to which files.
-class LogPullout : public forms::Form {
+class LogPullout : public forms::Form, public Pullout {
   public:
     explicit LogPullout(Application& app);
 
@@ -24,6 +25,8 @@ class LogPullout : public forms::Form {
 
     void ConnectLogCheck_Click();
     void PrescriberLogCheck_Click();
+    // The options take effect as they are clicked: nothing is left to lose.
+    void OnHide(bool& ok) override { ok = true; }
 
   protected:
     void Form_Load() override;

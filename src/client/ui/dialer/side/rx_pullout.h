@@ -1,5 +1,6 @@
 #pragma once
 
+#include "client/ui/dialer/shell/pullout.h"
 #include "platform/forms/controls.h"
 #include "platform/forms/form.h"
 
@@ -8,7 +9,7 @@ namespace kw::dialer {
 class Application;
 
 // The Prescriber pullout: the running text of what the engine diagnoses.
-class RxPullout : public forms::Form {
+class RxPullout : public forms::Form, public Pullout {
   public:
     explicit RxPullout(Application& app);
 
@@ -16,6 +17,9 @@ class RxPullout : public forms::Form {
     forms::Label Label1{*this, "Label1"};
     forms::RichTextBox txtStatus{*this, "txtStatus"};
     forms::CommandButton Command2{*this, "Command2"};
+
+    // The Prescriber holds nothing to lose.
+    void OnHide(bool& ok) override { ok = true; }
 
   protected:
     void Form_Load() override;

@@ -27,21 +27,29 @@ class ConnectTest : public ProgramTest {
     }
 };
 
-TEST_F(ConnectTest, ConnectStartsTheCallAndTheButtonTurnsToDisconnect) {
-    BusListener listener;
-    app->EventManagerObject.registerForEvent(event::kConnectStarted, &listener);
+TEST_F(ConnectTest, ConnectAsksTheEngineForTheChosenDestinationAndKeepsTheHandle) {
     Win().btnConnect.UserClick();
-    MainWin& win = Win();
     ASSERT_EQ(engine->CountOf("Connect"), 1);
     EXPECT_EQ(engine->CallsTo("Connect")[0].args[0].ToString(), "Corporate");
     EXPECT_FALSE(engine->CallsTo("Connect")[0].args[1].ToBoolean());
-    EXPECT_TRUE(win.IsConnecting);
-    EXPECT_EQ(win.ConnectionHandle, 7);
+    EXPECT_TRUE(Win().IsConnecting);
+    EXPECT_EQ(Win().ConnectionHandle, 7);
+}
+
+TEST_F(ConnectTest, ConnectTurnsTheButtonToDisconnectAndLocksTheLocation) {
+    MainWin& win = Win();
+    win.btnConnect.UserClick();
     EXPECT_EQ(win.lblConnect.Caption(), "Disconnect");
     EXPECT_EQ(win.btnConnect.Picture(), "art/face_pressed.bmp");
     EXPECT_FALSE(win.cmboFrom.Enabled());
-    EXPECT_EQ(listener.heard, (std::vector<std::int32_t>{event::kConnectStarted}));
     EXPECT_EQ(platform.Cursor(), forms::cursor::kArrowHourglass);
+}
+
+TEST_F(ConnectTest, ConnectTellsTheBusTheCallStarted) {
+    BusListener listener;
+    app->EventManagerObject.registerForEvent(event::kConnectStarted, &listener);
+    Win().btnConnect.UserClick();
+    EXPECT_EQ(listener.heard, (std::vector<std::int32_t>{event::kConnectStarted}));
     app->EventManagerObject.deregisterForEvent(event::kConnectStarted, &listener);
 }
 
@@ -59,22 +67,34 @@ TEST_F(ConnectTest, VetoOfTheConnectLeavesTheStateIdleAndTheFaceAtRest) {
     app->EventManagerObject.deregisterForEvent(event::kConnectRequested, &objector);
 }
 
-TEST_F(ConnectTest, TerminatingACallInSetUpBeforeTheTunnelLightResetsAtOnce) {
-    Win().btnConnect.UserClick();
-    engine->RaiseProgressUpdate(102, "Modem found");
-    engine->RaiseProgressUpdate(103, "Dialing");
-    engine->RaiseProgressUpdate(105, "Authenticating");
-    platform.AnswerNextBox(forms::mb::kResultYes);
-    Win().btnConnect.UserClick();
+// A call in set-up, its ISP lights on, the tunnel not yet.
+class CallInSetUpTest : public ConnectTest {
+  protected:
+    void SetUp() override {
+        ConnectTest::SetUp();
+        Win().btnConnect.UserClick();
+        engine->RaiseProgressUpdate(102, "Modem found");
+        engine->RaiseProgressUpdate(105, "Authenticating");
+        platform.AnswerNextBox(forms::mb::kResultYes);
+        Win().btnConnect.UserClick();
+    }
+};
+
+TEST_F(CallInSetUpTest, ASecondClickAsksWhetherToTerminateIt) {
     const auto& box = platform.Boxes().back();
     EXPECT_EQ(box.text, "There is a connection still in progress do you wish to terminate it?");
     EXPECT_EQ(box.caption, "Ostvarra - Disconnect");
     EXPECT_EQ(box.flags, 0x10104) << "Yes/No, no icon, No by default, to the foreground";
+}
+
+TEST_F(CallInSetUpTest, YesDisconnectsTheCallsHandle) {
     ASSERT_EQ(engine->CountOf("Disconnect"), 1);
     EXPECT_EQ(engine->CallsTo("Disconnect")[0].args[0].ToLong(), 7);
+}
+
+TEST_F(CallInSetUpTest, WithoutTheTunnelLightTheWindowResetsAtOnce) {
     MainWin& win = Win();
-    EXPECT_FALSE(win.IsConnected);
-    EXPECT_FALSE(win.IsConnecting);
+    EXPECT_FALSE(win.IsConnected || win.IsConnecting);
     EXPECT_EQ(win.lblConnect.Caption(), "Connect");
     EXPECT_FALSE(win.imgModemDetected.Visible());
     EXPECT_FALSE(win.imgAuthorizingISP.Visible());

@@ -36,41 +36,74 @@ class ProgressTest : public ProgramTest {
     }
 };
 
-TEST_F(ProgressTest, ACallLightsTheRowInTheOrderTheCodesComeAndCode1MeansConnected) {
-    StartIdle();
+// The codes of a call that comes up, in the order the engine sends them, with each one's light.
+const std::vector<std::tuple<std::int16_t, std::string, std::string>> kCallUp = {
+    {102, "Modem found", "imgModemDetected"},
+    {103, "Dialing 555-0100", "imgPhoneDialing"},
+    {104, "Connecting to ISP", "imgConnectingISP"},
+    {105, "Logging on to ISP", "imgAuthorizingISP"},
+    {202, "Creating tunnel", "imgCreatingTunnel"},
+    {201, "Tunnel created", "imgAuthorizingTunnel"},
+    {1, "Connected", "imgLogoOn"},
+};
+
+class CallUpTest : public ProgressTest {
+  protected:
+    void SetUp() override {
+        ProgressTest::SetUp();
+        StartIdle();
+        Win().btnConnect.UserClick();
+    }
+    void RaiseCallUp() {
+        for (const auto& [code, text, light] : kCallUp) {
+            engine->RaiseProgressUpdate(code, text);
+        }
+    }
+};
+
+TEST_F(CallUpTest, TheLightsComeOnInTheOrderOfTheirCodes) {
     DisplayRecorder recorder;
     Win().AddObserver(&recorder);
+    RaiseCallUp();
+    std::vector<std::string> expected;
+    for (const auto& [code, text, light] : kCallUp) {
+        expected.push_back("+" + light);
+    }
+    EXPECT_EQ(recorder.lights, expected);
+    Win().RemoveObserver(&recorder);
+}
+
+TEST_F(CallUpTest, TheBusHearsEachCode) {
     BusListener listener;
-    for (int id : {102, 103, 104, 105, 202, 201, 1}) {
-        app->EventManagerObject.registerForEvent(id, &listener);
+    std::vector<std::int32_t> codes;
+    for (const auto& [code, text, light] : kCallUp) {
+        codes.push_back(code);
+        app->EventManagerObject.registerForEvent(code, &listener);
     }
-    Win().btnConnect.UserClick();
-    for (auto [code, text] :
-         std::vector<std::pair<std::int16_t, std::string>>{{102, "Modem found"},
-                                                           {103, "Dialing 555-0100"},
-                                                           {104, "Connecting to ISP"},
-                                                           {105, "Logging on to ISP"},
-                                                           {202, "Creating tunnel"},
-                                                           {201, "Tunnel created"},
-                                                           {1, "Connected"}}) {
-        engine->RaiseProgressUpdate(code, text);
+    RaiseCallUp();
+    EXPECT_EQ(listener.heard, codes);
+    for (std::int32_t code : codes) {
+        app->EventManagerObject.deregisterForEvent(code, &listener);
     }
-    EXPECT_EQ(recorder.lights, (std::vector<std::string>{"+imgModemDetected", "+imgPhoneDialing",
-                                                         "+imgConnectingISP", "+imgAuthorizingISP",
-                                                         "+imgCreatingTunnel",
-                                                         "+imgAuthorizingTunnel", "+imgLogoOn"}));
-    EXPECT_EQ(listener.heard, (std::vector<std::int32_t>{102, 103, 104, 105, 202, 201, 1}));
+}
+
+TEST_F(CallUpTest, EachLightsTipAndTheStatusLineTellTheCodesText) {
+    RaiseCallUp();
     MainWin& win = Win();
-    EXPECT_TRUE(win.IsConnected);
-    EXPECT_FALSE(win.IsConnecting);
     EXPECT_EQ(win.lblStatus.Caption(), "Connected");
     EXPECT_EQ(win.imgPhoneDialing.ToolTipText(), "Dialing 555-0100");
     EXPECT_EQ(win.imgAuthorizingTunnel.ToolTipText(), "Connected");
-    EXPECT_EQ(win.imgConnectLight.Picture(), win.imgConnectLightOn.Picture());
-    Win().RemoveObserver(&recorder);
-    for (int id : {102, 103, 104, 105, 202, 201, 1}) {
-        app->EventManagerObject.deregisterForEvent(id, &listener);
-    }
+}
+
+TEST_F(CallUpTest, Code1MeansConnected) {
+    RaiseCallUp();
+    EXPECT_TRUE(Win().IsConnected);
+    EXPECT_FALSE(Win().IsConnecting);
+}
+
+TEST_F(CallUpTest, TheIspsAuthorisationTurnsTheConnectLightOn) {
+    engine->RaiseProgressUpdate(105, "Logging on to ISP");
+    EXPECT_EQ(Win().imgConnectLight.Picture(), Win().imgConnectLightOn.Picture());
 }
 
 TEST_F(ProgressTest, Code1AloneLightsOnlyTheTunnelAuthorisationAndTheLogo) {
@@ -136,14 +169,23 @@ TEST_F(ProgressTest, NewCredentialsWithTheSameUserUpdateThePairWithoutARelogin) 
     EXPECT_EQ(app->Form<DisplayPullout>().txtPassword.Text(), "renewed");
 }
 
-TEST_F(ProgressTest, ANewUserIsTakenOnAfterTheLineIsDown) {
-    StartIdle();
-    Win().btnConnect.UserClick();
-    engine->RaiseProgressUpdate(1, "Connected");
-    engine->RaiseProgressUpdate(207, "carl^pw");
-    EXPECT_TRUE(app->Form<DisplayPullout>().LoginChanged);
+// A call under way when the engine hands over another user's credentials.
+class NewUserTest : public CallUpTest {
+  protected:
+    void SetUp() override {
+        CallUpTest::SetUp();
+        engine->RaiseProgressUpdate(1, "Connected");
+        engine->RaiseProgressUpdate(207, "carl^pw");
+        ASSERT_TRUE(app->Form<DisplayPullout>().LoginChanged);
+    }
+};
+
+TEST_F(NewUserTest, NothingHappensWhileTheCallStands) {
     platform.Advance(100);
-    EXPECT_EQ(engine->CountOf("Logoff"), 0) << "nothing happens while the call stands";
+    EXPECT_EQ(engine->CountOf("Logoff"), 0);
+}
+
+TEST_F(NewUserTest, TheNewUserLogsOnOnceTheLineIsDown) {
     engine->RaiseProgressUpdate(32, "Line down");
     platform.Advance(10);
     EXPECT_EQ(engine->CountOf("Logoff"), 1);
@@ -151,38 +193,68 @@ TEST_F(ProgressTest, ANewUserIsTakenOnAfterTheLineIsDown) {
     ASSERT_EQ(logons.size(), 1u);
     EXPECT_EQ(logons[0].args[0].ToString(), "carl");
     EXPECT_FALSE(app->Form<DisplayPullout>().LoginChanged);
-    const int before = engine->CountOf("Logoff");
-    platform.Advance(100);
-    EXPECT_EQ(engine->CountOf("Logoff"), before) << "the timer stops after the relogin";
 }
 
-TEST_F(ProgressTest, TheTwoLogsHoldTheBannerAndTheLinesAndCode207NeverReachesAFile) {
-    LogBothTo("history.log", "rx.log");
-    StartIdle();
-    Win().btnConnect.UserClick();
-    engine->RaiseProgressUpdate(102, "Modem found");
-    engine->RaiseStatusUpdate("Checking the line");
-    engine->RaiseProgressUpdate(207, "anna^topsecret");
-    engine->RaiseProgressUpdate(1, "Connected");
-    engine->RaiseStatusUpdate("Tunnel healthy");
-    Win().btnConnect.UserClick();
+TEST_F(NewUserTest, TheProfileTimerRunsFromTheLineGoingDownToTheRelogin) {
+    EXPECT_FALSE(Win().TimerProfileChange.TimerEnabled());
     engine->RaiseProgressUpdate(32, "Line down");
+    EXPECT_TRUE(Win().TimerProfileChange.TimerEnabled());
+    platform.Advance(10);
+    EXPECT_FALSE(Win().TimerProfileChange.TimerEnabled());
+}
 
-    const auto history = Lines(ReadFile(dir / "history.log"));
-    ASSERT_EQ(history.size(), 4u);
+// Both logs switched on, and one call from connect to line down.
+class CallLogTest : public ProgressTest {
+  protected:
+    void SetUp() override {
+        ProgressTest::SetUp();
+        LogBothTo("history.log", "rx.log");
+        StartIdle();
+        Win().btnConnect.UserClick();
+        engine->RaiseProgressUpdate(102, "Modem found");
+        engine->RaiseStatusUpdate("Checking the line");
+        engine->RaiseProgressUpdate(207, "anna^topsecret");
+        engine->RaiseProgressUpdate(1, "Connected");
+        engine->RaiseStatusUpdate("Tunnel healthy");
+        Win().btnConnect.UserClick();
+        engine->RaiseProgressUpdate(32, "Line down");
+    }
+    std::vector<std::string> History() { return Lines(ReadFile(dir / "history.log")); }
+};
+
+TEST_F(CallLogTest, TheHistoryOpensWithADatedBanner) {
+    const auto history = History();
+    ASSERT_FALSE(history.empty());
     EXPECT_EQ(history[0].size(), 19u + 70u) << "the date, then 70 asterisks";
     EXPECT_EQ(history[0].substr(19), std::string(70, '*'));
+}
+
+TEST_F(CallLogTest, TheHistoryHasADatedLinePerCodeUpToTheLineGoingDown) {
+    const auto history = History();
+    ASSERT_EQ(history.size(), 4u);
     EXPECT_EQ(history[1].substr(19), ": Modem found");
     EXPECT_EQ(history[2].substr(19), ": Connected");
     EXPECT_EQ(history[3].substr(19), ": Line down") << "32 is written before the file closes";
-    EXPECT_EQ(ReadFile(dir / "history.log").find("topsecret"), std::string::npos);
+}
 
+TEST_F(CallLogTest, NewCredentialsNeverReachTheHistory) {
+    EXPECT_EQ(ReadFile(dir / "history.log").find("topsecret"), std::string::npos);
+}
+
+TEST_F(CallLogTest, ThePrescriberLogHoldsTheEnginesLinesAsSent) {
     const auto rx = Lines(ReadFile(dir / "rx.log"));
     ASSERT_EQ(rx.size(), 3u);
+    EXPECT_EQ(rx[0].substr(19), std::string(70, '*'));
     EXPECT_EQ(rx[1], "Checking the line");
     EXPECT_EQ(rx[2], "Tunnel healthy");
+}
+
+TEST_F(CallLogTest, BothLogsCloseWhenTheLineGoesDown) {
     EXPECT_EQ(Win().ConnectHistoryFile, 0);
     EXPECT_EQ(Win().PrescriberLogFile, 0);
+}
+
+TEST_F(CallLogTest, ThePrescriberPulloutShowsEachLine) {
     EXPECT_EQ(app->Form<RxPullout>().txtStatus.Text(), "Checking the line\r\nTunnel healthy\r\n");
 }
 

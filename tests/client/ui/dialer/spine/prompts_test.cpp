@@ -46,7 +46,7 @@ TEST_F(PromptsTest, IspLoginWhileTheVpnLoginIsOpenAnswersAPlaceholderAndShowsNot
     EXPECT_EQ(platform.ModalsShown(), (std::vector<std::string>{"frmLogin"}));
 }
 
-TEST_F(PromptsTest, IspLoginAnswersNameCaretPasswordOrNothingOnCancel) {
+TEST_F(PromptsTest, IspLoginAnswersNameCaretPasswordAndForgetsThePassword) {
     StartIdle();
     platform.AnswerNextModal("frmISPLogin", [&](forms::Form&) {
         frmISPLogin& dialog = app->Form<frmISPLogin>();
@@ -58,7 +58,10 @@ TEST_F(PromptsTest, IspLoginAnswersNameCaretPasswordOrNothingOnCancel) {
     });
     EXPECT_EQ(engine->RaiseGetUsernamePassword("Bluewave refused your login", "joe"), "joe^p4ss");
     EXPECT_EQ(app->Form<frmISPLogin>().txtPassword.Text(), "") << "nothing lingers";
+}
 
+TEST_F(PromptsTest, IspLoginAnswersNothingOnCancel) {
+    StartIdle();
     platform.AnswerNextModal("frmISPLogin",
                              [&](forms::Form&) { app->Form<frmISPLogin>().cmdCancel.UserClick(); });
     EXPECT_EQ(engine->RaiseGetUsernamePassword("again", "joe"), "");
@@ -97,7 +100,7 @@ TEST_F(PromptsTest, ANoteAnsweredAtOnceLeavesNoTimerBehind) {
     EXPECT_EQ(platform.Boxes().size(), 1u);
 }
 
-TEST_F(PromptsTest, NowIsRefusedOutsideTheUnitedStatesAndOnlyLaterOrNeverEndTheQuestion) {
+TEST_F(PromptsTest, NowIsRefusedOutsideTheUnitedStatesUntilLaterOrNever) {
     StartIdle();
     SetCountry(44);
     platform.AnswerNextBox(kResultYes);  // Now
@@ -115,7 +118,10 @@ TEST_F(PromptsTest, NowIsRefusedOutsideTheUnitedStatesAndOnlyLaterOrNeverEndTheQ
               "The call home feature is currently only available when dialing from within the "
               "United States. Please select either Later or Never.");
     EXPECT_TRUE(boxes[2].buttonLabels.empty()) << "a box shown again keeps the standard labels";
+}
 
+TEST_F(PromptsTest, CancellingTheCallHomeQuestionAnswersNever) {
+    StartIdle();
     platform.AnswerNextBox(kResultCancel);
     EXPECT_EQ(engine->RaiseGetUserNowLaterNever("Fetch your files?"), "n");
 }
@@ -137,7 +143,7 @@ TEST_F(PromptsTest, YesNoQuestionAnswersTrueOnlyForYes) {
     EXPECT_FALSE(engine->RaiseGetUserYesNo("Use the backup tunnel server?", true));
 }
 
-TEST_F(PromptsTest, ChoiceWithOneEntryAndOkAnswersItAndCancelAnswersNothing) {
+TEST_F(PromptsTest, ChoiceWithOneEntryAndOkAnswersIt) {
     StartIdle();
     platform.AnswerNextModal("frmGetUserInfo", [&](forms::Form& form) {
         auto& dialog = static_cast<frmGetUserInfo&>(form);
@@ -147,6 +153,10 @@ TEST_F(PromptsTest, ChoiceWithOneEntryAndOkAnswersItAndCancelAnswersNothing) {
     });
     EXPECT_EQ(engine->RaiseGetUserInfo("Choose a tunnel server", NameList({"vpn-east"})),
               "vpn-east");
+}
+
+TEST_F(PromptsTest, ChoiceCancelledAnswersNothingAndTheDialogUnloadsItself) {
+    StartIdle();
     platform.AnswerNextModal("frmGetUserInfo", [&](forms::Form& form) {
         static_cast<frmGetUserInfo&>(form).btnCancel.UserClick();
     });
@@ -164,7 +174,7 @@ TEST_F(PromptsTest, ChoiceDialogWithNothingSelectedGivesMinusOneOnOk) {
     EXPECT_FALSE(dialog.Cancelled);
 }
 
-TEST_F(PromptsTest, LineOfInputAnswersTheTextOrNothingOnCancel) {
+TEST_F(PromptsTest, LineOfInputAnswersTheTextTyped) {
     StartIdle();
     platform.AnswerNextModal("frmGetUserInput", [&](forms::Form& form) {
         auto& dialog = static_cast<frmGetUserInput&>(form);
@@ -173,6 +183,10 @@ TEST_F(PromptsTest, LineOfInputAnswersTheTextOrNothingOnCancel) {
         dialog.btnOK.UserClick();
     });
     EXPECT_EQ(engine->RaiseGetUserInput("Passcode from your token", "000000"), "482913");
+}
+
+TEST_F(PromptsTest, LineOfInputCancelledAnswersNothingButKeepsTheText) {
+    StartIdle();
     platform.AnswerNextModal("frmGetUserInput", [&](forms::Form& form) {
         auto& dialog = static_cast<frmGetUserInput&>(form);
         dialog.txtInput.UserSetText("typed");
@@ -182,12 +196,16 @@ TEST_F(PromptsTest, LineOfInputAnswersTheTextOrNothingOnCancel) {
     EXPECT_EQ(app->Form<frmGetUserInput>().txtInput.Text(), "typed") << "kept, but not used";
 }
 
-TEST_F(PromptsTest, DebugTextAndTransfersReachTheUser) {
+TEST_F(PromptsTest, DebugTextShowsInAnInformationBox) {
     StartIdle();
     platform.AnswerNextBox(kResultOk);
     engine->RaiseDravDebug("trace: LCP up");
     EXPECT_EQ(platform.Boxes().back().text, "trace: LCP up");
     EXPECT_EQ(platform.Boxes().back().flags, 65600);
+}
+
+TEST_F(PromptsTest, ATransferShowsItsWindowWithItsProgress) {
+    StartIdle();
     automation::SafeArray transfer = automation::SafeArray::OneDim(0, 8);
     transfer.Set(0, Variant(std::string("report.doc")));
     engine->RaiseCHXferUpdate(Variant(transfer));

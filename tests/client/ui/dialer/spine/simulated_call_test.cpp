@@ -2,6 +2,8 @@
 // connect, watch the lights, take statistics, disconnect, and close.
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include "client/ui/dialer/core/settings.h"
 #include "client/ui/dialer/engine/frm_isp_login.h"
 #include "client/ui/dialer/performance/perf_pulldown.h"
@@ -34,88 +36,91 @@ class SimulatedCallTest : public ProgramTest {
     }
 };
 
-TEST_F(SimulatedCallTest, AWholeCallFromStartToClose) {
-    StoreUser("anna", "secret");
-    SetUserDword(settings::kConnectHistorySetting, 1);
-    SetUserString(settings::kConnectHistoryFileName, (dir / "history.log").string());
-    ASSERT_TRUE(Start());
-    MainWin& win = Win();
-    ASSERT_FALSE(win.IsLoading);
-    ASSERT_GE(win.cmboTo.ListCount(), 2);
-    ASSERT_GE(win.cmboFrom.ListCount(), 1);
-    ASSERT_TRUE(RunUntil([&] { return !win.IsGettingDialList; })) << "the dial list arrives";
-    ASSERT_TRUE(win.btnConnect.Enabled());
-
-    // A destination that asks nothing during its call.
-    int lab = -1;
-    for (int i = 0; i < win.cmboTo.ListCount(); ++i) {
-        if (win.cmboTo.List(i) == "Engineering Lab") {
-            lab = i;
+// A stored user with the history switched on calls the lab, a destination that asks nothing
+// during its call, and the call comes up.
+class LabCallTest : public SimulatedCallTest {
+  protected:
+    void SetUp() override {
+        SimulatedCallTest::SetUp();
+        StoreUser("anna", "secret");
+        SetUserDword(settings::kConnectHistorySetting, 1);
+        SetUserString(settings::kConnectHistoryFileName, (dir / "history.log").string());
+        ASSERT_TRUE(Start());
+        MainWin& win = Win();
+        ASSERT_TRUE(RunUntil([&] { return !win.IsGettingDialList; })) << "the dial list arrives";
+        for (int i = 0; i < win.cmboTo.ListCount(); ++i) {
+            if (win.cmboTo.List(i) == "Engineering Lab") {
+                win.cmboTo.UserSelect(i);
+            }
         }
+        ASSERT_EQ(win.cmboTo.Text(), "Engineering Lab");
+        win.AddObserver(&recorder);
+        for (int id : {1, 31, 32, 101, 102, 103, 104, 105, 132, 201, 202, 207, 231, 232}) {
+            app->EventManagerObject.registerForEvent(id, &codes);
+        }
+        win.btnConnect.UserClick();
+        ASSERT_TRUE(RunUntil([&] { return win.IsConnected; })) << win.lblStatus.Caption();
     }
-    ASSERT_GE(lab, 0);
-    win.cmboTo.UserSelect(lab);
+    void Disconnect() {
+        MainWin& win = Win();
+        ASSERT_TRUE(win.btnConnect.AcceptsInput());
+        win.btnConnect.UserClick();
+        ASSERT_TRUE(RunUntil([&] { return !win.IsConnected && !win.IsConnecting; }))
+            << ::testing::PrintToString(codes.heard) << " " << win.lblStatus.Caption();
+    }
 
     DisplayRecorder recorder;
-    win.AddObserver(&recorder);
     BusListener codes;
-    for (int id : {1, 32, 101, 102, 103, 104, 105, 201, 202, 231, 232, 132, 31}) {
-        app->EventManagerObject.registerForEvent(id, &codes);
-    }
-    win.btnConnect.UserClick();
-    ASSERT_TRUE(win.IsConnecting);
-    ASSERT_TRUE(RunUntil([&] { return win.IsConnected; })) << win.lblStatus.Caption();
-    EXPECT_EQ(win.lblConnect.Caption(), "Disconnect");
-    EXPECT_TRUE(win.imgLogoOn.Visible());
+};
 
-    // The lights came on in the order their codes came.
-    std::vector<std::string> expectedLights;
+TEST_F(LabCallTest, TheCallEndsOnCode1WithTheButtonAtDisconnect) {
+    EXPECT_EQ(codes.heard.back(), 1);
+    EXPECT_EQ(Win().lblConnect.Caption(), "Disconnect");
+    EXPECT_TRUE(Win().imgLogoOn.Visible());
+}
+
+TEST_F(LabCallTest, TheIspLightsCameOnInTheOrderOfTheirCodes) {
+    const std::map<std::int32_t, std::string> lightOf = {{102, "+imgModemDetected"},
+                                                         {103, "+imgPhoneDialing"},
+                                                         {104, "+imgConnectingISP"},
+                                                         {105, "+imgAuthorizingISP"}};
+    std::vector<std::string> expected;
     for (std::int32_t id : codes.heard) {
-        switch (id) {
-            case 102:
-                expectedLights.push_back("+imgModemDetected");
-                break;
-            case 103:
-                expectedLights.push_back("+imgPhoneDialing");
-                break;
-            case 104:
-                expectedLights.push_back("+imgConnectingISP");
-                break;
-            case 105:
-                expectedLights.push_back("+imgAuthorizingISP");
-                break;
-            default:
-                break;
+        if (lightOf.count(id) != 0) {
+            expected.push_back(lightOf.at(id));
         }
     }
     std::vector<std::string> lit;
     for (const auto& change : recorder.lights) {
-        if (change == "+imgModemDetected" || change == "+imgPhoneDialing" ||
-            change == "+imgConnectingISP" || change == "+imgAuthorizingISP") {
-            lit.push_back(change);
+        for (const auto& [id, light] : lightOf) {
+            if (change == light) {
+                lit.push_back(change);
+            }
         }
     }
-    EXPECT_EQ(lit, expectedLights);
-    EXPECT_EQ(codes.heard.back(), 1);
+    EXPECT_FALSE(expected.empty());
+    EXPECT_EQ(lit, expected);
+}
 
-    // Statistics come once a second while the call stands.
+TEST_F(LabCallTest, StatisticsComeOnceASecondWhileTheCallStands) {
     PerfPulldown& perf = app->Form<PerfPulldown>();
     EXPECT_TRUE(perf.Monitoring());
     const int before = perf.Samples();
     platform.Advance(5000);
     EXPECT_GE(perf.Samples() - before, 4);
     EXPECT_LE(perf.Samples() - before, 6);
+}
 
-    ASSERT_TRUE(win.btnConnect.AcceptsInput()) << win.btnConnect.Enabled() << win.Enabled();
-    win.btnConnect.UserClick();
-    ASSERT_TRUE(RunUntil([&] { return !win.IsConnected && !win.IsConnecting; }))
-        << ::testing::PrintToString(codes.heard) << " " << win.lblStatus.Caption();
+TEST_F(LabCallTest, DisconnectEndsOnCode32WithTheWindowAtRest) {
+    Disconnect();
     EXPECT_EQ(codes.heard.back(), 32);
-    EXPECT_EQ(win.lblConnect.Caption(), "Connect");
-    EXPECT_FALSE(win.imgLogoOn.Visible());
-    EXPECT_FALSE(perf.Monitoring());
+    EXPECT_EQ(Win().lblConnect.Caption(), "Connect");
+    EXPECT_FALSE(Win().imgLogoOn.Visible());
+    EXPECT_FALSE(app->Form<PerfPulldown>().Monitoring());
+}
 
-    // The history holds the banner and one line per code, 207 aside.
+TEST_F(LabCallTest, TheHistoryHoldsTheBannerAndALinePerCodeButTheCredentials) {
+    Disconnect();
     const std::string history = ReadFile(dir / "history.log");
     int lines = 0;
     for (std::size_t at = 0; (at = history.find("\r\n", at)) != std::string::npos; at += 2) {
@@ -127,12 +132,11 @@ TEST_F(SimulatedCallTest, AWholeCallFromStartToClose) {
     }
     EXPECT_EQ(history.substr(19, 70), std::string(70, '*'));
     EXPECT_EQ(lines, 1 + codesWritten);
+}
 
-    win.RemoveObserver(&recorder);
-    for (int id : {1, 32, 101, 102, 103, 104, 105, 201, 202, 231, 232, 132, 31}) {
-        app->EventManagerObject.deregisterForEvent(id, &codes);
-    }
-    EXPECT_THROW(win.btnCloseWin.UserClick(), headless::ProcessEnded);
+TEST_F(LabCallTest, CloseAfterTheCallEndsTheProcessAndUnloadsTheWindow) {
+    Disconnect();
+    EXPECT_THROW(Win().btnCloseWin.UserClick(), headless::ProcessEnded);
     EXPECT_EQ(platform.EndedWith(), 0);
     EXPECT_FALSE(app->Forms().IsLoaded<MainWin>());
 }

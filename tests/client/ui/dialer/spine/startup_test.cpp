@@ -18,29 +18,44 @@ constexpr const char* kStillLoading =
 
 class StartupTest : public ProgramTest {};
 
-TEST_F(StartupTest, StoredUserLogsOnAndTheListsFillTheCombosAndTheFirstDialListIsAsked) {
-    StoreUser("anna", "secret");
-    ScriptLists();
-    ASSERT_TRUE(Start());
-    MainWin& win = Win();
+// A stored user, and an engine that answers the lists.
+class StoredUserStartTest : public ProgramTest {
+  protected:
+    void SetUp() override {
+        ProgramTest::SetUp();
+        StoreUser("anna", "secret");
+        ScriptLists();
+        ASSERT_TRUE(Start());
+    }
+};
+
+TEST_F(StoredUserStartTest, TheStoredUserLogsOnFirstAndTheListsFillTheCombos) {
     EXPECT_EQ(engine->CallNames()[0], "Logon");
     EXPECT_EQ(engine->CallsTo("Logon")[0].args[0].ToString(), "anna");
-    EXPECT_EQ(win.cmboTo.ListCount(), 2);
-    EXPECT_EQ(win.cmboTo.Text(), "Corporate");
-    EXPECT_EQ(win.cmboFrom.Text(), "Home") << "LastSelectedLocation is absent: index 0";
+    EXPECT_EQ(Win().cmboTo.ListCount(), 2);
+    EXPECT_EQ(Win().cmboTo.Text(), "Corporate");
+    EXPECT_EQ(Win().cmboFrom.Text(), "Home") << "LastSelectedLocation is absent: index 0";
+    EXPECT_FALSE(Win().IsLoading);
+}
+
+TEST_F(StoredUserStartTest, TheFirstDialListIsAskedForTheChosenLocationAndDestination) {
     ASSERT_EQ(engine->CountOf("BuildDialList"), 1);
     EXPECT_EQ(engine->CallsTo("BuildDialList")[0].args[0].ToString(), "Home");
     EXPECT_EQ(engine->CallsTo("BuildDialList")[0].args[1].ToString(), "Corporate");
-    EXPECT_FALSE(win.IsLoading);
-    EXPECT_TRUE(win.IsGettingDialList) << "the list comes with an event";
-    EXPECT_EQ(win.lblStatus.Caption(), "Getting dial list please wait..");
-    EXPECT_FALSE(win.btnConnect.Enabled());
+}
 
+TEST_F(StoredUserStartTest, WhileTheDialListIsAwaitedTheStatusLineSaysSoAndConnectWaits) {
+    EXPECT_TRUE(Win().IsGettingDialList) << "the list comes with an event";
+    EXPECT_EQ(Win().lblStatus.Caption(), "Getting dial list please wait..");
+    EXPECT_FALSE(Win().btnConnect.Enabled());
+}
+
+TEST_F(StoredUserStartTest, TheDialListsArrivalEnablesConnectAndThePullouts) {
     engine->RaiseGetGenericISPList("", Variant());
-    EXPECT_FALSE(win.IsGettingDialList);
-    EXPECT_TRUE(win.btnConnect.Enabled());
-    EXPECT_EQ(win.lblStatus.Caption(), "");
-    EXPECT_TRUE(win.btnFromPullout.Enabled());
+    EXPECT_FALSE(Win().IsGettingDialList);
+    EXPECT_TRUE(Win().btnConnect.Enabled());
+    EXPECT_EQ(Win().lblStatus.Caption(), "");
+    EXPECT_TRUE(Win().btnFromPullout.Enabled());
 }
 
 TEST_F(StartupTest, RefusedStoredPasswordShowsTheLoginAgainEvenAfterCancel) {

@@ -19,75 +19,84 @@ class DragTest : public WindowFamilyTest {
         const forms::Point p = platform.CursorPos();
         platform.SetCursorPos({p.x + dx, p.y + dy});
     }
+    // A left-button drag on the window's own artwork, by (dx, dy).
+    void DragBy(int dx, int dy) {
+        CursorTo(OnScreen(60, 20));
+        Win().UserMouseDown(kLeft, 0, 60, 20);
+        CursorBy(dx, dy);
+        Win().UserMouseMove(kLeft, 0, 0, 0);
+        Win().UserMouseUp(kLeft, 0, 0, 0);
+    }
 };
 
-TEST_F(DragTest, ADragThatStartsOnALightMovesTheWindowWithoutAJump) {
+TEST_F(DragTest, ADragThatStartsOnALightOrALabelMovesTheWindowWithoutAJump) {
     MainWin& win = Win();
-    forms::Image& light = win.imgConnectLight;
-    const int left = win.Left();
-    const int top = win.Top();
-    CursorTo(OnScreen(light.Left() + 3, light.Top() + 4));
-    light.UserMouseDown(kLeft, 0, 3, 4);
-    light.UserMouseMove(kLeft, 0, 3, 4);
-    EXPECT_EQ(At(win), (std::pair{left, top}));
-
-    CursorBy(25, -10);
-    light.UserMouseMove(kLeft, 0, 28, -6);
-    EXPECT_EQ(At(win), (std::pair{left + 25, top - 10}));
-    light.UserMouseUp(kLeft, 0, 28, -6);
-
-    // A label drags alike.
-    forms::Label& status = win.lblStatus;
-    CursorTo(OnScreen(status.Left() + 7, status.Top() + 2));
-    status.UserMouseDown(kLeft, 0, 7, 2);
-    CursorBy(-40, 30);
-    status.UserMouseMove(kLeft, 0, -33, 32);
-    EXPECT_EQ(At(win), (std::pair{left + 25 - 40, top - 10 + 30}));
+    for (forms::Control* surface : {static_cast<forms::Control*>(&win.imgConnectLight),
+                                    static_cast<forms::Control*>(&win.lblStatus)}) {
+        SCOPED_TRACE(surface->Name());
+        const auto start = At(win);
+        CursorTo(OnScreen(surface->Left() + 3, surface->Top() + 4));
+        surface->UserMouseDown(kLeft, 0, 3, 4);
+        surface->UserMouseMove(kLeft, 0, 3, 4);
+        EXPECT_EQ(At(win), start) << "no jump at the press";
+        CursorBy(25, -10);
+        surface->UserMouseMove(kLeft, 0, 28, -6);
+        EXPECT_EQ(At(win), (std::pair{start.first + 25, start.second - 10}));
+        surface->UserMouseUp(kLeft, 0, 28, -6);
+    }
 }
 
-TEST_F(DragTest, AMoveWithoutAPressOrAfterTheReleaseMovesNothing) {
+TEST_F(DragTest, AMoveMovesNothingWithoutALeftPressHeldSinceItsStart) {
+    struct Case {
+        const char* what;
+        int press;  // 0: none
+        bool release;
+        int move;
+    };
+    const std::vector<Case> cases = {
+        {"no press", 0, false, kLeft},
+        {"after the release", kLeft, true, kLeft},
+        {"a press of the right button", forms::mouse::kRight, false, forms::mouse::kRight},
+        {"the left button no longer held", kLeft, false, 0},
+    };
     MainWin& win = Win();
-    const int left = win.Left();
-    const int top = win.Top();
-    CursorTo({10, 10});
-    win.UserMouseMove(kLeft, 0, 50, 50);
-    win.lblFrom.UserMouseMove(kLeft, 0, 5, 5);
-    EXPECT_EQ(At(win), (std::pair{left, top}));
+    const auto start = At(win);
+    for (const Case& c : cases) {
+        CursorTo(OnScreen(50, 60));
+        if (c.press != 0) {
+            win.UserMouseDown(c.press, 0, 50, 60);
+        }
+        if (c.release) {
+            win.UserMouseUp(c.press, 0, 50, 60);
+        }
+        CursorBy(100, 100);
+        win.UserMouseMove(c.move, 0, 150, 160);
+        EXPECT_EQ(At(win), start) << c.what;
+        win.UserMouseUp(kLeft, 0, 150, 160);
+    }
+}
 
-    CursorTo(OnScreen(50, 60));
-    win.UserMouseDown(kLeft, 0, 50, 60);
-    win.UserMouseUp(kLeft, 0, 50, 60);
-    CursorBy(100, 100);
-    win.UserMouseMove(kLeft, 0, 150, 160);
-    EXPECT_EQ(win.Left(), left);
-
-    // Nor does a press of the right button, or a move without the left one held.
-    win.UserMouseDown(forms::mouse::kRight, 0, 50, 60);
-    win.UserMouseMove(forms::mouse::kRight, 0, 150, 160);
-    EXPECT_EQ(win.Left(), left);
-    win.UserMouseDown(kLeft, 0, 50, 60);
-    win.UserMouseMove(0, 0, 150, 160);
-    EXPECT_EQ(win.Left(), left);
+TEST_F(DragTest, TheWindowTakesItsFrameSizeAsItMoves) {
+    MainWin& win = Win();
+    CursorTo(OnScreen(60, 20));
+    win.UserMouseDown(kLeft, 0, 60, 20);
+    CursorTo({300, 150});
+    win.UserMouseMove(kLeft, 0, 0, 0);
+    EXPECT_EQ(At(win), (std::pair{300 - 60 - FrameWidth(), 150 - 20 - FrameHeight()}));
+    EXPECT_EQ(win.Width(), 133 + 15);
+    EXPECT_EQ(win.Height(), 395 + 22 + FrameHeight());
 }
 
 TEST_F(DragTest, TheOpenPulloutsFollowToTheirPlacesAndTheClosedOnesStay) {
     MainWin& win = Win();
     MorePullout& more = Get<MorePullout>();
-    const int fromLeft = Get<FromPullout>().Left();
+    const auto from = At(Get<FromPullout>());
     win.btnMorePullout.UserClick();
     more.btnDisplay.UserClick();
-    CursorTo(OnScreen(60, 20));
-    win.UserMouseDown(kLeft, 0, 60, 20);
-    CursorTo({300, 150});
-    win.UserMouseMove(kLeft, 0, 0, 0);
-    const int mx = 300 - 60 - FrameWidth();
-    const int my = 150 - 20 - FrameHeight();
-    EXPECT_EQ(At(win), (std::pair{mx, my}));
-    EXPECT_EQ(win.Width(), 133 + 15);
-    EXPECT_EQ(win.Height(), 395 + 22 + FrameHeight());
-    EXPECT_EQ(At(more), (std::pair{mx + 114, my + 227}));
-    EXPECT_EQ(At(Get<DisplayPullout>()), (std::pair{mx + 114, my + 127}));
-    EXPECT_EQ(Get<FromPullout>().Left(), fromLeft);
+    DragBy(-40, 35);
+    EXPECT_EQ(Beside(more), (std::pair{114, 227}));
+    EXPECT_EQ(Beside(Get<DisplayPullout>()), (std::pair{114, 127}));
+    EXPECT_EQ(At(Get<FromPullout>()), from);
 }
 
 TEST_F(DragTest, APanelOfMorePulloutThatIsHiddenIsLeftBehind) {
@@ -96,69 +105,69 @@ TEST_F(DragTest, APanelOfMorePulloutThatIsHiddenIsLeftBehind) {
     DisplayPullout& display = Get<DisplayPullout>();
     win.btnMorePullout.UserClick();
     more.btnDisplay.UserClick();
-    const int displayLeft = display.Left();
-    const int displayTop = display.Top();
+    const auto displayAt = At(display);
 
     // Minimised, the panel hides with its flag still set; a drag then moves MorePullout, whose
     // flag it tests, but not the hidden panel, whose visibility it tests.
     win.btnMinimize.UserClick();
     ASSERT_FALSE(display.Visible());
     ASSERT_TRUE(win.displayShown);
-    CursorTo(OnScreen(60, 20));
-    win.UserMouseDown(kLeft, 0, 60, 20);
-    CursorBy(50, 40);
-    win.UserMouseMove(kLeft, 0, 0, 0);
-    win.UserMouseUp(kLeft, 0, 0, 0);
+    DragBy(50, 40);
     EXPECT_EQ(more.Left(), win.Left() + 114);
 
     platform.WindowManagerSetState(win, forms::window_state::kNormal);
     EXPECT_TRUE(display.Visible());
-    EXPECT_EQ(display.Left(), displayLeft);
-    EXPECT_EQ(display.Top(), displayTop);
-    EXPECT_NE(display.Left(), win.Left() + 114);
+    EXPECT_EQ(At(display), displayAt);
 }
 
-TEST_F(DragTest, ThePerformancePanelJumpsDownAndBackCutOnceAndFollowsADragInEitherPlace) {
-    MainWin& win = Win();
-    PerfPulldown& perf = Get<PerfPulldown>();
-    FormChanges changes;
+// The performance panel, retracted under the main window or pulled down below it.
+class PerfPanelTest : public DragTest {
+  protected:
+    PerfPulldown& Perf() { return Get<PerfPulldown>(); }
+};
+
+TEST_F(PerfPanelTest, ADragKeepsTheRetractedPanel176BelowInItsDragSize) {
+    DragBy(7, 9);
+    EXPECT_EQ(Beside(Perf()), (std::pair{FrameWidth(), 176}));
+    EXPECT_EQ(Perf().Width(), Perf().Image1.Width() + 20);
+    EXPECT_EQ(Perf().Height(), Perf().Image1.Height() + 10);
+}
+
+TEST_F(PerfPanelTest, PullingDownPlacesThePanel300BelowInItsOwnSize) {
+    Perf().downBtn.UserClick();
+    EXPECT_TRUE(Win().perfDown);
+    EXPECT_EQ(Beside(Perf()), (std::pair{3, 300}));
+    EXPECT_EQ(Perf().Width(), Perf().Image1.Width() + 15);
+    EXPECT_EQ(Perf().Height(), Perf().Image1.Height() + 22);
+}
+
+TEST_F(PerfPanelTest, ADragKeepsThePulledDownPanel300Below) {
+    Perf().downBtn.UserClick();
+    DragBy(7, 9);
+    EXPECT_EQ(Beside(Perf()), (std::pair{FrameWidth(), 300}));
+}
+
+TEST_F(PerfPanelTest, RetractingBringsThePanelBackAndTheMainWindowToTheFront) {
     FormChanges main;
-    perf.AddObserver(&changes);
-    win.AddObserver(&main);
-    auto drag = [&] {
-        CursorTo(OnScreen(60, 20));
-        win.UserMouseDown(kLeft, 0, 60, 20);
-        CursorBy(7, 9);
-        win.UserMouseMove(kLeft, 0, 0, 0);
-        win.UserMouseUp(kLeft, 0, 0, 0);
-        EXPECT_EQ(perf.Left(), win.Left() + FrameWidth());
-    };
-    EXPECT_TRUE(perf.Visible());
-    drag();
-    EXPECT_EQ(perf.Top(), win.Top() + 176) << "retracted";
-    EXPECT_EQ(perf.Width(), perf.Image1.Width() + 20);
-    EXPECT_EQ(perf.Height(), perf.Image1.Height() + 10);
-
-    perf.downBtn.UserClick();
-    EXPECT_TRUE(win.perfDown);
-    EXPECT_EQ(Beside(perf), (std::pair{3, 300}));
-    EXPECT_EQ(perf.Width(), perf.Image1.Width() + 15);
-    EXPECT_EQ(perf.Height(), perf.Image1.Height() + 22);
-    EXPECT_EQ(changes.Of(forms::FormProperty::Region), 1);
-    drag();
-    EXPECT_EQ(perf.Top(), win.Top() + 300) << "pulled down";
-
-    perf.downBtn.UserClick();
-    EXPECT_FALSE(win.perfDown);
-    EXPECT_EQ(perf.Top(), win.Top() + 176);
+    Perf().downBtn.UserClick();
+    Win().AddObserver(&main);
+    Perf().downBtn.UserClick();
+    EXPECT_FALSE(Win().perfDown);
+    EXPECT_EQ(Perf().Top(), Win().Top() + 176);
     EXPECT_EQ(main.Of(forms::FormProperty::ZOrder), 1);
-    EXPECT_EQ(win.ZOrderRequest(), 0) << "the main window comes to the front";
+    EXPECT_EQ(Win().ZOrderRequest(), 0);
+    Win().RemoveObserver(&main);
+}
 
-    perf.downBtn.UserClick();
-    EXPECT_EQ(perf.Top(), win.Top() + 300);
-    EXPECT_EQ(changes.Of(forms::FormProperty::Region), 1) << "the shape is cut once";
-    perf.RemoveObserver(&changes);
-    win.RemoveObserver(&main);
+TEST_F(PerfPanelTest, ThePulledDownShapeIsCutOnce) {
+    FormChanges changes;
+    Perf().AddObserver(&changes);
+    for (int click = 0; click < 3; ++click) {
+        Perf().downBtn.UserClick();
+    }
+    EXPECT_EQ(Perf().Top(), Win().Top() + 300);
+    EXPECT_EQ(changes.Of(forms::FormProperty::Region), 1);
+    Perf().RemoveObserver(&changes);
 }
 
 }  // namespace

@@ -94,24 +94,23 @@ TEST_F(PulloutFacesTest, OpenedBesideTheMainWindowOrAboveMorePulloutNoControlIsC
     }
 }
 
-TEST_F(PulloutFacesTest, ControlsInAFrameFollowItAndTheFrameTakesTheColourBehindIt) {
+TEST_F(PulloutFacesTest, HidingAFrameTakesTheControlsItHoldsAlong) {
     Win().btnMorePullout.UserClick();
     Get<MorePullout>().btnPref.UserClick();
     PrefPullout& pref = Get<PrefPullout>();
-    ASSERT_TRUE(pref.Visible());
     MakePrefDirty();
     ASSERT_TRUE(pref.btnSave.AcceptsInput());
     ASSERT_TRUE(pref.Label2.AcceptsInput());
-    // Hiding the frame takes the five it holds along; the check box below it stays.
     pref.frCallingCard.SetVisible(false);
     EXPECT_FALSE(pref.btnSave.AcceptsInput());
     EXPECT_FALSE(pref.Label2.AcceptsInput());
-    EXPECT_TRUE(pref.chkConfirmDial.AcceptsInput());
-    pref.frCallingCard.SetVisible(true);
+    EXPECT_TRUE(pref.chkConfirmDial.AcceptsInput()) << "below the frame, not in it";
+}
 
-    // A frame is filled plainly: anything else than the skin around it would show as a patch.
+TEST_F(PulloutFacesTest, AFrameIsFilledWithTheColourOfTheSkinBehindIt) {
+    // Anything else than the skin around it would show as a patch.
     for (const forms::Control* frame :
-         {static_cast<const forms::Control*>(&pref.frCallingCard),
+         {static_cast<const forms::Control*>(&Get<PrefPullout>().frCallingCard),
           static_cast<const forms::Control*>(&Get<DisplayPullout>().SSFrame1),
           static_cast<const forms::Control*>(&Get<DisplayPullout>().SSFrame2)}) {
         const BitmapBits& art = app->Art().Bitmap(frame->Parent().Picture());

@@ -11,69 +11,93 @@ namespace {
 using forms::window_state::kMinimized;
 using forms::window_state::kNormal;
 
-class MinimiseTest : public WindowFamilyTest {};
+class MinimiseTest : public WindowFamilyTest {
+  protected:
+    void SetUp() override {
+        WindowFamilyTest::SetUp();
+        Win().btnFromPullout.UserClick();
+        ASSERT_TRUE(Get<FromPullout>().Visible());
+    }
+};
 
-TEST_F(MinimiseTest, TheButtonHidesTheFamilyAndARestoreByTheWindowManagerBringsItBack) {
+TEST_F(MinimiseTest, TheButtonMinimisesAndHidesTheFamilyKeepingTheirFlags) {
     MainWin& win = Win();
-    FromPullout& from = Get<FromPullout>();
-    PerfPulldown& perf = Get<PerfPulldown>();
-    win.btnFromPullout.UserClick();
-    ASSERT_TRUE(from.Visible());
-
     win.btnMinimize.UserClick();
     EXPECT_EQ(win.WindowState(), kMinimized);
-    EXPECT_FALSE(from.Visible() || perf.Visible());
+    EXPECT_FALSE(Get<FromPullout>().Visible() || Get<PerfPulldown>().Visible());
     EXPECT_TRUE(win.fromShown && win.perfShown);
     EXPECT_EQ(win.btnMinimize.Picture(), win.Image5.Picture()) << "the flash ends at rest";
+}
 
+TEST_F(MinimiseTest, ARestoreByTheWindowManagerBringsBackOnlyTheFlaggedWindows) {
+    MainWin& win = Win();
+    win.btnMinimize.UserClick();
     EXPECT_TRUE(platform.WindowManagerSetState(win, kNormal));
     EXPECT_EQ(win.WindowState(), kNormal);
-    EXPECT_TRUE(from.Visible() && perf.Visible() && win.fromShown);
-    EXPECT_FALSE(Get<ToPullout>().Visible()) << "only flagged windows come back";
+    EXPECT_TRUE(Get<FromPullout>().Visible() && Get<PerfPulldown>().Visible());
+    EXPECT_FALSE(Get<ToPullout>().Visible());
+}
 
-    // Every flagged pullout of MorePullout comes back too, minimised by the window manager.
+TEST_F(MinimiseTest, TheWindowManagersMinimiseTakesMorePulloutsPanelsAlong) {
+    MainWin& win = Win();
     win.btnMorePullout.UserClick();
     Get<MorePullout>().btnPref.UserClick();
     platform.WindowManagerSetState(win, kMinimized);
-    EXPECT_FALSE(Get<MorePullout>().Visible() || Get<PrefPullout>().Visible() || perf.Visible());
+    EXPECT_FALSE(Get<MorePullout>().Visible() || Get<PrefPullout>().Visible());
     platform.WindowManagerSetState(win, kNormal);
-    EXPECT_TRUE(Get<MorePullout>().Visible() && Get<PrefPullout>().Visible() && perf.Visible());
+    EXPECT_TRUE(Get<MorePullout>().Visible() && Get<PrefPullout>().Visible());
     EXPECT_FALSE(Get<LogPullout>().Visible());
 }
 
-TEST_F(MinimiseTest, TheHookActsOnTheWindowsSizeMessagePassesEveryMessageOnAndGoesOnUnload) {
-    MainWin& win = Win();
-    ASSERT_TRUE(platform.HasMessageHook(win));
-    win.btnRxPullout.UserClick();
-    RxPullout& rx = Get<RxPullout>();
-    // The window keeps its state: only the hook can make anything of these messages.
-    rx.Hide();
+// The window keeps its state in these: only the hook can make anything of their messages.
+class MessageHookTest : public WindowFamilyTest {
+  protected:
+    void SetUp() override {
+        WindowFamilyTest::SetUp();
+        ASSERT_TRUE(platform.HasMessageHook(Win()));
+        Win().btnRxPullout.UserClick();
+        Get<RxPullout>().Hide();
+    }
+};
+
+TEST_F(MessageHookTest, AnotherWindowsSizeMessageIsOnlyPassedOn) {
     EXPECT_TRUE(
         HookedWindowProc(*app, WindowHandleOf(Get<PerfPulldown>()), forms::wm::kSize, 0, 0));
-    EXPECT_FALSE(rx.Visible()) << "another window's message is only passed on";
+    EXPECT_FALSE(Get<RxPullout>().Visible());
+}
+
+TEST_F(MessageHookTest, TheWindowsSizeMessageReassertsItsScaleAndBringsTheFamilyBack) {
+    MainWin& win = Win();
     win.SetScaleWidth(128);
     win.SetScaleHeight(320);
     EXPECT_TRUE(platform.DeliverWindowMessage(win, forms::wm::kSize, forms::wm::size::kRestored,
                                               forms::wm::MakeLParam(win.Width(), win.Height())));
     EXPECT_EQ(win.ScaleWidth(), 133);
     EXPECT_EQ(win.ScaleHeight(), 395);
-    EXPECT_TRUE(rx.Visible());
+    EXPECT_TRUE(Get<RxPullout>().Visible());
+}
 
+TEST_F(MessageHookTest, EveryMessageReachesThePreviousProcedure) {
     for (int message : {forms::wm::kSize, forms::wm::kQueryEndSession, forms::wm::kEndSession,
                         forms::wm::kActivate, forms::wm::kMove}) {
-        EXPECT_TRUE(platform.DeliverWindowMessage(win, message, 0, 0)) << message;
+        EXPECT_TRUE(platform.DeliverWindowMessage(Win(), message, 0, 0)) << message;
     }
+}
+
+TEST_F(MessageHookTest, TheHookGoesWithTheWindowAndOnlyOnce) {
     EXPECT_NE(app->OldWindowProc, 0);
-    win.Unload();
-    EXPECT_FALSE(platform.HasMessageHook(win));
+    Win().Unload();
+    EXPECT_FALSE(platform.HasMessageHook(Win()));
     EXPECT_EQ(app->OldWindowProc, 0);
-    RemoveMessageHook(*app);  // a second removal finds nothing to do
+    RemoveMessageHook(*app);
     EXPECT_EQ(app->OldWindowProc, 0);
 }
 
-TEST_F(MinimiseTest, TheRoundButtonsAndTheirLabelsSwapFacesMinimiseAndOpenTheHelpFile) {
+class RoundButtonTest : public WindowFamilyTest {};
+
+TEST_F(RoundButtonTest, TheButtonsAndTheirLabelsShowThePressedFaceWhileHeld) {
     MainWin& win = Win();
-    EXPECT_NE(win.Image5.Picture(), win.Image6.Picture());
+    ASSERT_NE(win.Image5.Picture(), win.Image6.Picture());
     for (auto [label, button] : {std::pair{&win.lblMinButton, &win.btnMinimize},
                                  std::pair{&win.lblHelpButton, &win.btnHelp}}) {
         label->UserMouseDown(forms::mouse::kLeft, 0, 2, 2);
@@ -81,15 +105,21 @@ TEST_F(MinimiseTest, TheRoundButtonsAndTheirLabelsSwapFacesMinimiseAndOpenTheHel
         label->UserMouseUp(forms::mouse::kLeft, 0, 2, 2);
         EXPECT_EQ(button->Picture(), win.Image5.Picture()) << button->Name();
     }
-    win.btnHelp.UserDblClick();
+}
+
+TEST_F(RoundButtonTest, ADoubleClickOnHelpOpensTheHelpFileOnce) {
+    Win().btnHelp.UserDblClick();
     ASSERT_EQ(platform.HelpShown().size(), 1u);
     EXPECT_NE(platform.HelpShown()[0].find("Kestrelway.hlp"), std::string::npos);
-    win.lblMinButton.UserClick();
-    EXPECT_EQ(win.WindowState(), kMinimized);
+}
+
+TEST_F(RoundButtonTest, TheMinimiseLabelMinimisesAsTheButtonDoes) {
+    Win().lblMinButton.UserClick();
+    EXPECT_EQ(Win().WindowState(), kMinimized);
     EXPECT_FALSE(Get<PerfPulldown>().Visible());
 }
 
-TEST_F(MinimiseTest, EnterOnTheWindowConnectsOnlyWhenNoCallIsUnderWay) {
+TEST_F(RoundButtonTest, EnterOnTheWindowConnectsOnlyWhenNoCallIsUnderWay) {
     MainWin& win = Win();
     win.UserKeyPress(forms::key::kReturn);
     EXPECT_EQ(engine->CountOf("Connect"), 1);

@@ -9,51 +9,92 @@ namespace {
 
 using forms::FormProperty;
 
-class PulloutTest : public WindowFamilyTest {};
+class PulloutTest : public WindowFamilyTest {
+  protected:
+    struct Tab {
+        forms::Image& tab;
+        forms::Form& pullout;
+        std::pair<int, int> place;
+    };
+    // The main window's four tabs, their pullouts and where those stand.
+    std::vector<Tab> Tabs() {
+        MainWin& win = Win();
+        return {{win.btnFromPullout, Get<FromPullout>(), {90, 80}},
+                {win.btnToPullout, Get<ToPullout>(), {90, 80}},
+                {win.btnRxPullout, Get<RxPullout>(), {90, 80}},
+                {win.btnMorePullout, Get<MorePullout>(), {114, 227}}};
+    }
+    std::string Left() { return Win().btnLeft.Picture(); }
+    std::string Reg() { return Win().btnReg.Picture(); }
+};
 
-TEST_F(PulloutTest, ATabOpensItsPulloutBesideTheWindowClosingTheOpenOne) {
+TEST_F(PulloutTest, EachTabOpensItsPulloutAtItsPlaceInItsOwnSize) {
+    for (Tab& t : Tabs()) {
+        SCOPED_TRACE(t.tab.Name());
+        t.tab.UserClick();
+        EXPECT_TRUE(t.pullout.Visible());
+        EXPECT_EQ(Beside(t.pullout), t.place);
+        EXPECT_EQ(t.pullout.Width(), t.pullout.ScaleWidth());
+        EXPECT_EQ(t.pullout.Height(), t.pullout.ScaleHeight());
+    }
+    EXPECT_EQ(Get<ToPullout>().Width(), 400);
+    EXPECT_EQ(Get<ToPullout>().Height(), 232);
+}
+
+TEST_F(PulloutTest, ATabShowsItIsOpenAndTheOneThatClosedShowsItIsClosed) {
     MainWin& win = Win();
-    const std::string rxFace = win.btnRxPullout.Picture();
-    ToPullout& to = Get<ToPullout>();
-    win.btnToPullout.UserClick();
-    EXPECT_TRUE(to.Visible() && win.toShown);
-    EXPECT_EQ(Beside(to), (std::pair{90, 80}));
-    EXPECT_EQ(to.Width(), 400);
-    EXPECT_EQ(to.Height(), 232);
-    EXPECT_EQ(win.btnToPullout.Picture(), win.btnLeft.Picture());
-    EXPECT_NE(win.btnLeft.Picture(), win.btnReg.Picture());
-    win.btnToPullout.UserClick();
-    EXPECT_FALSE(to.Visible() || win.toShown);
-    EXPECT_EQ(win.btnToPullout.Picture(), win.btnReg.Picture());
+    ASSERT_NE(Left(), Reg());
+    win.btnFromPullout.UserClick();
+    EXPECT_EQ(win.btnFromPullout.Picture(), Left());
+    win.btnMorePullout.UserClick();
+    EXPECT_EQ(win.btnFromPullout.Picture(), Reg());
+    EXPECT_EQ(win.btnMorePullout.Picture(), Left());
+}
 
+TEST_F(PulloutTest, ThePrescriberTabKeepsItsFace) {
+    MainWin& win = Win();
+    const std::string face = win.btnRxPullout.Picture();
+    win.btnRxPullout.UserClick();
+    ASSERT_TRUE(win.rxShown);
+    EXPECT_EQ(win.btnRxPullout.Picture(), face);
+}
+
+TEST_F(PulloutTest, ASecondClickOnTheTabClosesItsPullout) {
+    MainWin& win = Win();
+    win.btnToPullout.UserClick();
+    win.btnToPullout.UserClick();
+    EXPECT_FALSE(Get<ToPullout>().Visible() || win.toShown);
+    EXPECT_EQ(win.btnToPullout.Picture(), Reg());
+}
+
+TEST_F(PulloutTest, OpeningOnePulloutClosesTheOpenOne) {
+    MainWin& win = Win();
     win.btnFromPullout.UserClick();
     win.btnRxPullout.UserClick();
     EXPECT_FALSE(Get<FromPullout>().Visible() || win.fromShown);
-    EXPECT_EQ(win.btnFromPullout.Picture(), win.btnReg.Picture());
     EXPECT_TRUE(Get<RxPullout>().Visible() && win.rxShown);
-    EXPECT_EQ(win.btnRxPullout.Picture(), rxFace) << "the Prescriber tab keeps its face";
-
-    win.btnMorePullout.UserClick();
-    MorePullout& more = Get<MorePullout>();
-    EXPECT_FALSE(Get<RxPullout>().Visible());
-    EXPECT_TRUE(more.Visible());
-    EXPECT_EQ(Beside(more), (std::pair{114, 227}));
-    EXPECT_EQ(win.btnMorePullout.Picture(), win.btnLeft.Picture());
 }
 
-TEST_F(PulloutTest, ADirtyPulloutThatTheUserKeepsLeavesEverythingAsItWasAndOpensNothing) {
+TEST_F(PulloutTest, ADirtyPulloutTheUserKeepsStaysOpenWhenAnotherTabIsClicked) {
     MainWin& win = Win();
     win.btnToPullout.UserClick();
     MakeToDirty();
     UserKeepsChanges();
-    // Neither another tab nor its own closes it.
-    for (forms::Image* tab : {&win.btnFromPullout, &win.btnToPullout}) {
-        tab->UserClick();
-        EXPECT_TRUE(Get<ToPullout>().Visible() && win.toShown);
-        EXPECT_EQ(win.btnToPullout.Picture(), win.btnLeft.Picture());
-        EXPECT_FALSE(win.fromShown || Get<FromPullout>().Visible());
-        EXPECT_EQ(win.btnFromPullout.Picture(), win.btnReg.Picture());
-    }
+    win.btnFromPullout.UserClick();
+    EXPECT_TRUE(Get<ToPullout>().Visible() && win.toShown);
+    EXPECT_EQ(win.btnToPullout.Picture(), Left());
+    EXPECT_FALSE(Get<FromPullout>().Visible() || win.fromShown);
+    EXPECT_EQ(win.btnFromPullout.Picture(), Reg());
+}
+
+TEST_F(PulloutTest, ADirtyPulloutTheUserKeepsStaysOpenWhenItsOwnTabIsClicked) {
+    MainWin& win = Win();
+    win.btnToPullout.UserClick();
+    MakeToDirty();
+    UserKeepsChanges();
+    win.btnToPullout.UserClick();
+    EXPECT_TRUE(Get<ToPullout>().Visible() && win.toShown);
+    EXPECT_EQ(win.btnToPullout.Picture(), Left());
 }
 
 TEST_F(PulloutTest, WithNothingOpenNoPulloutIsAskedToClose) {
@@ -73,64 +114,36 @@ TEST_F(PulloutTest, WithOneOpenAllThreeOthersAreAskedInOrderAndARefusalKeepsWhat
     UserKeepsChanges();
     win.btnToPullout.UserClick();
     EXPECT_FALSE(win.fromShown || Get<FromPullout>().Visible()) << "closed first, stays closed";
-    EXPECT_EQ(win.btnFromPullout.Picture(), win.btnReg.Picture());
+    EXPECT_EQ(win.btnFromPullout.Picture(), Reg());
     EXPECT_FALSE(win.toShown || Get<ToPullout>().Visible())
         << "MorePullout's refusal opens nothing";
 }
 
-TEST_F(PulloutTest, MorePulloutWithPreferencesOpenGoesThroughBothVetoes) {
-    MainWin& win = Win();
-    MorePullout& more = Get<MorePullout>();
-    PrefPullout& pref = Get<PrefPullout>();
-    DisplayPullout& display = Get<DisplayPullout>();
-    win.btnMorePullout.UserClick();
-    more.btnPref.UserClick();
-    ASSERT_TRUE(pref.Visible());
-    ASSERT_TRUE(win.prefShown);
-
-    MakePrefDirty();
-    UserKeepsChanges();
-    win.btnToPullout.UserClick();
-    EXPECT_TRUE(more.Visible() && win.moreShown && pref.Visible() && win.prefShown);
-    EXPECT_FALSE(win.toShown);
-
-    // Preferences now let go, but the login information refuses: preferences stay closed.
-    pref.btnSave.SetEnabled(false);
-    MakeDisplayDirty();
-    win.btnToPullout.UserClick();
-    EXPECT_FALSE(pref.Visible() || win.prefShown);
-    EXPECT_TRUE(more.Visible() && win.moreShown);
-    EXPECT_EQ(win.btnMorePullout.Picture(), win.btnLeft.Picture());
-    EXPECT_FALSE(win.toShown);
-
-    display.btnModify.SetCaption("Modify");
-    win.btnToPullout.UserClick();
-    EXPECT_FALSE(more.Visible() || win.moreShown);
-    EXPECT_EQ(win.btnMorePullout.Picture(), win.btnReg.Picture());
-    EXPECT_TRUE(win.toShown);
-}
-
-TEST_F(PulloutTest, TheShapeIsCutOnceAtTheFirstOpeningLosingWhatTheMainWindowCovers) {
+TEST_F(PulloutTest, TheFirstOpeningCutsAwayWhatTheMainWindowCovers) {
     MainWin& win = Win();
     // The main window's artwork, inside its frame.
     SetWindowRegion(win, Region::FromRect(FrameWidth(), FrameHeight(), FrameWidth() + 128,
                                           FrameHeight() + 320));
-    ToPullout& to = Get<ToPullout>();
-    FormChanges changes;
-    to.AddObserver(&changes);
     win.btnToPullout.UserClick();
-    ASSERT_EQ(changes.Of(FormProperty::Region), 1);
-    const Region shape = WindowRegion(to);
+    const Region shape = WindowRegion(Get<ToPullout>());
     // Main window x 100 is pullout x 10; main window x 140 lies beyond the artwork.
     EXPECT_FALSE(shape.Contains(10, 20));
     EXPECT_TRUE(shape.Contains(50, 20));
     EXPECT_TRUE(shape.Contains(380, 200));
     EXPECT_FALSE(shape.Contains(400, 100)) << "nothing beyond the pullout's own rectangle";
+}
 
+TEST_F(PulloutTest, OpeningAgainSkipsTheShape) {
+    MainWin& win = Win();
+    ToPullout& to = Get<ToPullout>();
+    FormChanges changes;
+    to.AddObserver(&changes);
+    win.btnToPullout.UserClick();
+    const Region shape = WindowRegion(to);
     win.btnToPullout.UserClick();
     win.btnToPullout.UserClick();
     EXPECT_TRUE(to.Visible());
-    EXPECT_EQ(changes.Of(FormProperty::Region), 1) << "a second opening skips the shape";
+    EXPECT_EQ(changes.Of(FormProperty::Region), 1);
     EXPECT_EQ(WindowRegion(to), shape);
     to.RemoveObserver(&changes);
 }
@@ -150,6 +163,7 @@ TEST_F(PulloutTest, RepaintsFollowEachPulloutsOwnFlags) {
     Get<ToPullout>().RemoveObserver(&to);
 }
 
+// MorePullout open, and one of its panels above it.
 class MorePulloutTest : public WindowFamilyTest {
   protected:
     void SetUp() override {
@@ -157,34 +171,79 @@ class MorePulloutTest : public WindowFamilyTest {
         Win().btnMorePullout.UserClick();
         ASSERT_TRUE(Get<MorePullout>().Visible());
     }
+    void OpenPreferences() {
+        Get<MorePullout>().btnPref.UserClick();
+        ASSERT_TRUE(Get<PrefPullout>().Visible() && Win().prefShown);
+    }
+    bool MoreOpen() { return Get<MorePullout>().Visible() && Win().moreShown; }
 };
 
-TEST_F(MorePulloutTest, ItsButtonsOpenOneAtATimeAboveItUnlessTheOpenOneRefuses) {
-    MainWin& win = Win();
+TEST_F(MorePulloutTest, ARefusalOfThePreferencesKeepsMorePulloutOpen) {
+    OpenPreferences();
+    MakePrefDirty();
+    UserKeepsChanges();
+    Win().btnToPullout.UserClick();
+    EXPECT_TRUE(MoreOpen());
+    EXPECT_TRUE(Get<PrefPullout>().Visible() && Win().prefShown);
+    EXPECT_FALSE(Win().toShown);
+}
+
+TEST_F(MorePulloutTest, ARefusalOfTheLoginInformationLeavesThePreferencesClosed) {
+    OpenPreferences();
+    MakeDisplayDirty();
+    UserKeepsChanges();
+    Win().btnToPullout.UserClick();
+    EXPECT_FALSE(Get<PrefPullout>().Visible() || Win().prefShown);
+    EXPECT_TRUE(MoreOpen());
+    EXPECT_EQ(Win().btnMorePullout.Picture(), Win().btnLeft.Picture());
+    EXPECT_FALSE(Win().toShown);
+}
+
+TEST_F(MorePulloutTest, WhenItsPanelsLetGoMorePulloutClosesForAnotherTab) {
+    OpenPreferences();
+    Win().btnToPullout.UserClick();
+    EXPECT_FALSE(MoreOpen() || Get<PrefPullout>().Visible());
+    EXPECT_EQ(Win().btnMorePullout.Picture(), Win().btnReg.Picture());
+    EXPECT_TRUE(Win().toShown);
+}
+
+TEST_F(MorePulloutTest, EachButtonOpensItsPanelAboveIt) {
     MorePullout& more = Get<MorePullout>();
-    LogPullout& log = Get<LogPullout>();
-    DisplayPullout& display = Get<DisplayPullout>();
+    const std::vector<std::pair<forms::CommandButton*, forms::Form*>> buttons = {
+        {&more.btnLog, &Get<LogPullout>()},
+        {&more.btnDisplay, &Get<DisplayPullout>()},
+        {&more.btnPref, &Get<PrefPullout>()}};
+    for (auto [button, panel] : buttons) {
+        SCOPED_TRACE(button->Name());
+        button->UserClick();
+        EXPECT_TRUE(panel->Visible());
+        EXPECT_EQ(Beside(*panel), (std::pair{114, 127}));
+        EXPECT_EQ(panel->Width(), 320);
+    }
+}
+
+TEST_F(MorePulloutTest, OpeningAPanelClosesTheOpenOne) {
+    MorePullout& more = Get<MorePullout>();
     more.btnLog.UserClick();
-    EXPECT_TRUE(log.Visible() && win.logShown);
-    EXPECT_EQ(Beside(log), (std::pair{114, 127}));
-    EXPECT_EQ(log.Width(), 320);
-
     more.btnDisplay.UserClick();
-    EXPECT_FALSE(log.Visible() || win.logShown);
-    EXPECT_TRUE(display.Visible() && win.displayShown);
+    EXPECT_FALSE(Get<LogPullout>().Visible() || Win().logShown);
+    EXPECT_TRUE(Get<DisplayPullout>().Visible() && Win().displayShown);
+}
 
+TEST_F(MorePulloutTest, ADirtyPanelTheUserKeepsStaysAndTheOtherDoesNotOpen) {
+    MorePullout& more = Get<MorePullout>();
+    more.btnDisplay.UserClick();
     MakeDisplayDirty();
     UserKeepsChanges();
     more.btnLog.UserClick();
-    EXPECT_TRUE(display.Visible() && win.displayShown);
-    EXPECT_FALSE(log.Visible() || win.logShown);
+    EXPECT_TRUE(Get<DisplayPullout>().Visible() && Win().displayShown);
+    EXPECT_FALSE(Get<LogPullout>().Visible() || Win().logShown);
+}
 
-    display.btnModify.SetCaption("Modify");
+TEST_F(MorePulloutTest, PreferencesOpenWithoutTheChangesTheyWereLeftWith) {
     MakePrefDirty();
-    more.btnPref.UserClick();
-    EXPECT_FALSE(display.Visible());
-    EXPECT_TRUE(Get<PrefPullout>().Visible() && win.prefShown);
-    EXPECT_FALSE(Get<PrefPullout>().btnSave.Enabled()) << "preferences open unchanged";
+    Get<MorePullout>().btnPref.UserClick();
+    EXPECT_FALSE(Get<PrefPullout>().btnSave.Enabled());
 }
 
 TEST_F(MorePulloutTest, ClickingTheOpenPanelsButtonNeitherClosesNorRecutsButPlacesItAgain) {
