@@ -1,7 +1,6 @@
 #include "client/ui/dialer/core/file_table.h"
 
 #include <cerrno>
-#include <ctime>
 #include <filesystem>
 
 #include "platform/automation/failure.h"
@@ -69,12 +68,10 @@ const std::string& FileTable::PathOf(int number) const {
     return it != files_.end() ? it->second.path : kNone;
 }
 
-std::string NowText() {
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
+std::string LogDateText(const forms::LocalTime& moment) {
     char buffer[32];
-    std::strftime(buffer, sizeof buffer, "%Y-%m-%d %H:%M:%S", &local);
+    std::snprintf(buffer, sizeof buffer, "%04d-%02d-%02d %02d:%02d:%02d", moment.year, moment.month,
+                  moment.day, moment.hour, moment.minute, moment.second);
     return buffer;
 }
 

@@ -4,6 +4,8 @@
 #include <map>
 #include <string>
 
+#include "platform/forms/platform.h"
+
 namespace kw::dialer {
 
 // The program's open text files by number, as the log writers keep them: a free number, a file
@@ -35,7 +37,7 @@ class FileTable {
     std::map<int, OpenFile> files_;
 };
 
-// The present date and time as the logs write it.
-std::string NowText();
+// A moment as the logs write it: "YYYY-MM-DD HH:MM:SS".
+std::string LogDateText(const forms::LocalTime& moment);
 
 }  // namespace kw::dialer

@@ -61,7 +61,7 @@ void CallLogs::WritePrescriberLine(const std::string& text) {
 }
 
 std::string CallLogs::LineTime() const {
-    return NowText();
+    return LogDateText(app_.Platform().LocalNow());
 }
 
 }  // namespace kw::dialer
