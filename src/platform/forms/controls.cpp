@@ -623,7 +623,7 @@ void ListView::UserSelectItem(int index) {
     });
 }
 
-// ---- RichTextBox, ProgressBar, Chart ------------------------------------------------------
+// ---- RichTextBox, ProgressBar ------------------------------------------------------------
 
 RichTextBox::RichTextBox(Form& form, std::string name, int index)
     : EditableText(form, std::move(name), ControlKind::RichTextBox, index) {}
@@ -649,54 +649,6 @@ void ProgressBar::SetValue(double value) {
     }
     value_ = value;
     Notify(Property::Value);
-}
-
-Chart::Chart(Form& form, std::string name, int index)
-    : Control(form, std::move(name), ControlKind::Chart, index) {}
-
-int Chart::AddSeries(std::string title, long colour) {
-    series_.push_back(ChartSeries{std::move(title), colour, {}});
-    Notify(Property::Data);
-    return SeriesCount() - 1;
-}
-
-const ChartSeries& Chart::Series(int index) const {
-    if (index < 0 || index >= SeriesCount()) {
-        throw Failure(automation::err::kSubscriptOutOfRange);
-    }
-    return series_[static_cast<std::size_t>(index)];
-}
-
-void Chart::AddPoint(int series, double value) {
-    Series(series);
-    series_[static_cast<std::size_t>(series)].values.push_back(value);
-    Notify(Property::Data);
-}
-
-void Chart::ClearSeries(int series) {
-    Series(series);
-    series_[static_cast<std::size_t>(series)].values.clear();
-    Notify(Property::Data);
-}
-
-void Chart::RemoveFirstPoint(int series) {
-    Series(series);
-    auto& values = series_[static_cast<std::size_t>(series)].values;
-    if (!values.empty()) {
-        values.erase(values.begin());
-        Notify(Property::Data);
-    }
-}
-
-void Chart::SetAxis(double min, double max) {
-    axisMin_ = min;
-    axisMax_ = max;
-    Notify(Property::Data);
-}
-
-void Chart::SetTitle(std::string title) {
-    title_ = std::move(title);
-    Notify(Property::Data);
 }
 
 }  // namespace kw::forms

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/forms/chart.h"
 #include "platform/forms/control.h"
 #include "platform/forms/platform.h"
 
@@ -339,35 +340,6 @@ class ProgressBar : public Control {
     double min_ = 0;
     double max_ = 100;
     double value_ = 0;
-};
-
-struct ChartSeries {
-    std::string title;
-    long colour = 0;
-    std::vector<double> values;
-};
-
-// The data model of a chart; a renderer draws it.
-class Chart : public Control {
-  public:
-    Chart(Form& form, std::string name, int index = -1);
-    int SeriesCount() const { return static_cast<int>(series_.size()); }
-    int AddSeries(std::string title, long colour);
-    const ChartSeries& Series(int index) const;  // 0-based
-    void AddPoint(int series, double value);
-    void ClearSeries(int series);
-    void RemoveFirstPoint(int series);
-    double AxisMin() const { return axisMin_; }
-    double AxisMax() const { return axisMax_; }
-    void SetAxis(double min, double max);
-    const std::string& Title() const { return title_; }
-    void SetTitle(std::string title);
-
-  private:
-    std::vector<ChartSeries> series_;
-    double axisMin_ = 0;
-    double axisMax_ = 100;
-    std::string title_;
 };
 
 }  // namespace kw::forms

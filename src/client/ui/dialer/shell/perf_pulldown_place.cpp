@@ -16,6 +16,7 @@ void PerfPulldown::Form_Load() {
     app_.Shape(*this, false, &Image1);
     PositionWindow(kRetracted);
     downBtn.Click = [this] { downBtn_Click(); };
+    LoadView();
 }
 
 void PerfPulldown::Form_Activate() {

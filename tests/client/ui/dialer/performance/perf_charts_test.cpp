@@ -1,0 +1,198 @@
+// The monitor's charts: nine points a series, the peaks, the growth and the fit of the left
+// axes, the switch between Kb/s and Mb/s, and the tool tip under the mouse.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "perf_fixture.h"
+
+namespace kw::dialer::testing {
+namespace {
+
+using automation::Variant;
+
+class PerfChartsTest : public PerfTest {
+  protected:
+    void SetUp() override {
+        PerfTest::SetUp();
+        Begin();
+    }
+    const forms::ChartAxis& RateAxis() { return Perf().RateChart.LeftAxis(); }
+    const forms::ChartAxis& TripAxis() { return Perf().iNetHealth.LeftAxis(); }
+    // The last point drawn in a series of the rate chart.
+    double LastRate(int series) {
+        const forms::Chart& chart = Perf().RateChart;
+        return chart.YValue(series, chart.PointCount(series) - 1);
+    }
+};
+
+TEST_F(PerfChartsTest, EverySeriesHoldsNinePointsFilledFromTheRight) {
+    forms::Chart& chart = Perf().RateChart;
+    for (int s = 0; s < 4; ++s) {
+        EXPECT_EQ(chart.PointCount(s), 8);
+        EXPECT_TRUE(chart.IsNull(s, 0) && chart.IsNull(s, 7));
+    }
+    EXPECT_EQ(chart.Series(2).title, "VPN Bytes Receive/second");
+    for (int sample = 1; sample <= 10; ++sample) {
+        SendRate(sample * 100.0);
+        EXPECT_EQ(chart.PointCount(0), 9) << "after sample " << sample;
+        EXPECT_EQ(Perf().PktLoss.PointCount(0), 9);
+        EXPECT_EQ(Perf().iNetHealth.PointCount(0), 9);
+    }
+    // Ten samples: the nulls and the first sample are gone, samples 2 to 10 remain.
+    EXPECT_FALSE(chart.IsNull(0, 0));
+    EXPECT_EQ(chart.YValue(0, 0), 2);
+    EXPECT_EQ(LastRate(0), 10);
+    EXPECT_EQ(chart.LastX(0), chart.LastX(3));
+}
+
+TEST_F(PerfChartsTest, TheFifteenthSampleOfZerosFitsBothAxes) {
+    for (int sample = 1; sample < 15; ++sample) {
+        Send(Isp(), Vpn());
+    }
+    EXPECT_EQ(Perf().SampleCount(), 14);
+    Send(Isp(), Vpn());
+    EXPECT_EQ(RateAxis().maximum, 1);
+    EXPECT_EQ(RateAxis().minimum, -1);
+    EXPECT_EQ(RateAxis().increment, 1);
+    EXPECT_EQ(TripAxis().maximum, 0);
+    EXPECT_EQ(TripAxis().increment, 0.1);
+    EXPECT_EQ(Perf().SampleCount(), 0);
+    EXPECT_EQ(Perf().PeakRate(), 0);
+}
+
+struct RoundTripCase {
+    double milliseconds;
+    double maxAfterTwo;
+    double incrementAfterTwo;
+    double maxAtFit;
+    double incrementAtFit;
+};
+
+class RoundTripAxisTest : public PerfChartsTest,
+                          public ::testing::WithParamInterface<RoundTripCase> {};
+
+// The axis grows one sample after the peak, and the fit gives the peak a fifth more room.
+TEST_P(RoundTripAxisTest, GrowsAfterThePeakAndFitsAtTheFifteenth) {
+    const RoundTripCase& c = GetParam();
+    SendRoundTrip(c.milliseconds);
+    EXPECT_EQ(TripAxis().maximum, 1) << "no growth on the sample of the peak";
+    SendRoundTrip(0);
+    EXPECT_EQ(TripAxis().maximum, c.maxAfterTwo);
+    EXPECT_EQ(TripAxis().increment, c.incrementAfterTwo);
+    for (int sample = 3; sample <= 15; ++sample) {
+        SendRoundTrip(0);
+    }
+    EXPECT_DOUBLE_EQ(TripAxis().maximum, c.maxAtFit);
+    EXPECT_EQ(TripAxis().increment, c.incrementAtFit);
+}
+
+INSTANTIATE_TEST_SUITE_P(Peaks, RoundTripAxisTest,
+                         ::testing::Values(RoundTripCase{500, 1, 0.1, 0.6, 0.1},
+                                           RoundTripCase{2500, 2, 2, 3.0, 2}));
+
+TEST_F(PerfChartsTest, PastAThousandKilobitsTheChartTurnsToMegabits) {
+    SendRate(250000);  // 2500 at divisor 100
+    EXPECT_DOUBLE_EQ(Perf().PeakRate(), 2.5);
+    EXPECT_EQ(Perf().rateDivisor, 10000);
+    EXPECT_TRUE(Perf().MegabitScale());
+    EXPECT_EQ(RateAxis().labelFormat, "R###;T###;Mb/s");
+    EXPECT_EQ(RateAxis().maximum, 2);
+    EXPECT_EQ(RateAxis().minimum, -2);
+    EXPECT_EQ(LastRate(0), 2500) << "the sample of the switch is drawn as it came";
+
+    SendRate(250000);
+    EXPECT_DOUBLE_EQ(Stats().Rates()[0], 25);
+    EXPECT_DOUBLE_EQ(Perf().PeakRate(), 25);
+    EXPECT_EQ(RateAxis().maximum, 25);
+    EXPECT_EQ(RateAxis().minimum, -25);
+}
+
+TEST_F(PerfChartsTest, ExactlyAThousandStaysInKilobits) {
+    SendRate(100000);
+    EXPECT_EQ(Perf().rateDivisor, 100);
+    EXPECT_FALSE(Perf().MegabitScale());
+    EXPECT_EQ(RateAxis().labelFormat, "R###;T###;Kb/s");
+    EXPECT_EQ(RateAxis().maximum, 1000);
+    EXPECT_EQ(RateAxis().increment, 1000);
+}
+
+TEST_F(PerfChartsTest, TheFitReturnsToKilobitsWhenThePeakInMegabitsIsSmall) {
+    SendRate(250000);
+    ASSERT_TRUE(Perf().MegabitScale());
+    for (int sample = 2; sample <= 15; ++sample) {
+        SendRate(0);
+    }
+    EXPECT_FALSE(Perf().MegabitScale());
+    EXPECT_EQ(Perf().rateDivisor, 100);
+    EXPECT_EQ(RateAxis().labelFormat, "R###;T###;Kb/s");
+    EXPECT_EQ(RateAxis().maximum, 3);  // Int(2.5 * 1.2)
+}
+
+// A second switch while in Mb/s overflows the 16-bit divisor: the sample is dropped silently.
+TEST_F(PerfChartsTest, ASecondSwitchOverflowsAndAbandonsTheSample) {
+    SendRate(250000);
+    const double lastX = Perf().RateChart.LastX(0);
+    SendRate(2.0e7);  // 2000 in Mb/s
+    EXPECT_EQ(Perf().rateDivisor, 10000);
+    EXPECT_EQ(RateAxis().labelFormat, "R###;T###;Mb/s");
+    EXPECT_DOUBLE_EQ(Perf().PeakRate(), 2.0);
+    EXPECT_EQ(RateAxis().maximum, 2);
+    EXPECT_EQ(Perf().RateChart.LastX(0), lastX) << "no point for the abandoned sample";
+    EXPECT_TRUE(platform.Boxes().empty());
+
+    SendRate(50000);  // 5 in Mb/s: the next sample goes on
+    EXPECT_EQ(Perf().RateChart.LastX(0), lastX + 1);
+    EXPECT_EQ(RateAxis().maximum, 5);
+}
+
+TEST_F(PerfChartsTest, ThePeakTakesTheFirstRateThatPassesItNotTheLargest) {
+    SendRate(3000, -4000);  // receive 30, transmit -40
+    EXPECT_EQ(Perf().PeakRate(), 30);
+    EXPECT_EQ(RateAxis().maximum, 30);
+    EXPECT_EQ(LastRate(1), -40) << "transmit is drawn below the line";
+    SendRate(3000, -4000);
+    EXPECT_EQ(Perf().PeakRate(), 40);
+    EXPECT_EQ(RateAxis().maximum, 40);
+}
+
+TEST_F(PerfChartsTest, TheChartsAreResetAtEndPerf) {
+    SendRate(250000);
+    Perf().EndPerf();
+    EXPECT_EQ(RateAxis().maximum, 1);
+    EXPECT_EQ(RateAxis().minimum, -1);
+    EXPECT_EQ(RateAxis().labelFormat, "R###;T###;Kb/s");
+    EXPECT_EQ(Perf().RateChart.PointCount(0), 8);
+    EXPECT_TRUE(Perf().RateChart.IsNull(0, 7));
+}
+
+// The mouse over a chart: every series answers in turn, so the last one has the last word.
+class ToolTipTest : public PerfChartsTest {
+  protected:
+    void MoveOver(forms::Chart& chart, int series) {
+        const forms::ChartRect bar = chart.PointRect(series, chart.PointCount(series) - 1);
+        chart.UserMouseMove(0, 0, static_cast<float>(bar.left + bar.width / 2),
+                            static_cast<float>(bar.top + bar.height / 2));
+    }
+};
+
+TEST_F(ToolTipTest, OnlyAPointOfTheLastSeriesLeavesATip) {
+    forms::Chart& chart = Perf().RateChart;
+    Send(Isp({{3, Variant(80.0)}}), Vpn({{3, Variant(-50.0)}}));  // receive 0.8, tunnel tx -0.5
+    MoveOver(chart, 3);
+    EXPECT_EQ(chart.ToolTipText(), "-.5");
+    MoveOver(chart, 0);
+    EXPECT_EQ(chart.ToolTipText(), "") << "series 3 has no point above the line";
+}
+
+TEST_F(ToolTipTest, TheTipShowsTheValueWithItsSignPosition) {
+    SendRoundTrip(500);
+    MoveOver(Perf().iNetHealth, 0);
+    EXPECT_EQ(Perf().iNetHealth.ToolTipText(), " .5");
+    Send(Isp(), Vpn({{4, Variant(std::int32_t{3})}}));
+    MoveOver(Perf().PktLoss, 0);
+    EXPECT_EQ(Perf().PktLoss.ToolTipText(), " 3");
+}
+
+}  // namespace
+}  // namespace kw::dialer::testing

@@ -1,0 +1,192 @@
+// The performance window: what it shows at rest, while monitoring and after; its clock, its
+// counters and the rotation of its panels.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "perf_fixture.h"
+
+namespace kw::dialer::testing {
+namespace {
+
+using automation::Variant;
+
+class PerfWindowTest : public PerfTest {
+  protected:
+    std::vector<forms::Label*> Counters() {
+        PerfPulldown& p = Perf();
+        return {&p.IspSent,  &p.IspRcv,   &p.VpnSent, &p.VpnRcv, &p.CRCCnt,
+                &p.FrameCnt, &p.AlignCnt, &p.HwCnt,   &p.BufCnt};
+    }
+};
+
+TEST_F(PerfWindowTest, AtRestThePanelsNameThemselvesAndTheCountersStandAtZero) {
+    PerfPulldown& p = Perf();
+    EXPECT_EQ(p.CMPanel0.Caption(), "ISP/VPN Statistics");
+    EXPECT_EQ(p.CMPanel1.Caption(), "Speed: ");
+    EXPECT_EQ(p.CMPanel2.Caption(), "Round Trip (sec)");
+    EXPECT_EQ(p.CMPanel3.Caption(), "Device Errors");
+    EXPECT_EQ(p.CMPanel4.Caption(), "Packet Loss");
+    for (forms::Label* counter : Counters()) {
+        EXPECT_EQ(counter->Caption(), "0") << counter->Name();
+    }
+    EXPECT_EQ(p.Duration.Caption(), "000:00:00");
+    EXPECT_FALSE(p.dTimer.TimerEnabled());
+    EXPECT_EQ(p.CRC.Caption(), "CRC:");
+    EXPECT_EQ(p.BufOverrun.Caption(), "Buf Overrun:");
+}
+
+TEST_F(PerfWindowTest, EveryControlExplainsItselfInItsToolTip) {
+    PerfPulldown& p = Perf();
+    const std::pair<forms::Control*, const char*> tips[] = {
+        {&p.imgLocation, "Duration of current connection"},
+        {&p.Duration, "Duration of current connection"},
+        {&p.VpnBytes, "VPN bytes sent/received"},
+        {&p.ISPBytes, "ISP bytes sent/received"},
+        {&p.IspSent, "ISP bytes sent"},
+        {&p.IspRcv, "ISP Bytes received"},
+        {&p.VpnSent, "VPN bytes sent"},
+        {&p.VpnRcv, "VPN bytes received"},
+        {&p.CRCCnt, "CRC error count"},
+        {&p.Framing, "Framing error count"},
+        {&p.AlignCnt, "Alignment error count"},
+        {&p.HWOverrun, "Hardware overrun error count"},
+        {&p.BufCnt, "Buffer overrun error count"},
+        {&p.LeftBtn, "Rotate Performance Window left"},
+        {&p.RightBtn, "Rotate Performance Window right"},
+        {&p.downBtn, "Open/Close Performance Pulldown Window"},
+        {&p.detachBtn, "Detaching the performance window from Kestrelway"},
+    };
+    for (const auto& [control, text] : tips) {
+        EXPECT_EQ(control->ToolTipText(), text) << control->Name();
+    }
+}
+
+TEST_F(PerfWindowTest, TheSpeedCaptionShowsNoDigitForZero) {
+    const std::pair<std::int32_t, const char*> cases[] = {
+        {28800, "Speed: 28,800 bps"}, {0, "Speed:  bps"}, {1544000, "Speed: 1,544,000 bps"}};
+    for (const auto& [speed, caption] : cases) {
+        engine->Then("GetLinkSpeed", Variant(speed));
+        Begin();
+        EXPECT_EQ(Perf().CMPanel1.Caption(), caption);
+    }
+    EXPECT_EQ(engine->CallsTo("GetLinkSpeed").back().args.at(0).ToString(), "modem0");
+}
+
+TEST_F(PerfWindowTest, CountersShowTheSampleInTheirFormats) {
+    Begin();
+    Send(Isp({{4, Variant(std::int32_t{1234567})},
+              {2, Variant(std::int32_t{999})},
+              {6, Variant(std::int32_t{12345})}}),
+         Vpn({{0, Variant(std::int32_t{2147483647})}}));
+    PerfPulldown& p = Perf();
+    EXPECT_EQ(p.IspSent.Caption(), "1,234,567");
+    EXPECT_EQ(p.IspRcv.Caption(), "999");
+    EXPECT_EQ(p.VpnRcv.Caption(), "2,147,483,647");
+    EXPECT_EQ(p.VpnSent.Caption(), "0");
+    EXPECT_EQ(p.CRCCnt.Caption(), "12,345");
+    EXPECT_EQ(p.BufCnt.Caption(), "0");
+}
+
+TEST_F(PerfWindowTest, EndPerfReturnsToRestAndALateSampleChangesNothing) {
+    Begin();
+    platform.Advance(3000);
+    Send(Isp({{4, Variant(std::int32_t{5000})}}), Vpn());
+    Perf().EndPerf();
+    EXPECT_EQ(Perf().CMPanel1.Caption(), "Speed: ");
+    EXPECT_EQ(Perf().Duration.Caption(), "000:00:00");
+    EXPECT_EQ(Perf().Statistics(), nullptr);
+
+    Send(Isp({{4, Variant(std::int32_t{7000})}}), Vpn({{5, Variant(900.0)}}));
+    for (forms::Label* counter : Counters()) {
+        EXPECT_EQ(counter->Caption(), "0") << counter->Name();
+    }
+    EXPECT_TRUE(Perf().RateChart.IsNull(0, 7)) << "the charts stay as reset";
+    platform.Advance(2000);
+    EXPECT_EQ(Perf().Duration.Caption(), "000:00:00") << "the clock stays stopped";
+}
+
+TEST_F(PerfWindowTest, ASecondBeginPerfKeepsTheClockAndTheNamesAndResetsTheScale) {
+    Begin();
+    platform.Advance(5000);
+    SendRate(250000);  // 2500 Kb/s: the chart turns to Mb/s
+    ASSERT_EQ(Perf().rateDivisor, 10000);
+    Perf().BeginPerf("Lab");
+    EXPECT_EQ(Perf().rateDivisor, 100);
+    EXPECT_FALSE(Perf().MegabitScale());
+    EXPECT_EQ(Perf().PeakRate(), 0);
+    EXPECT_EQ(Perf().Destination(), "Corporate");
+    EXPECT_EQ(engine->CountOf("GetConnectionNames"), 1);
+    platform.Advance(1000);
+    EXPECT_EQ(Perf().Duration.Caption(), "000:00:06");
+}
+
+TEST_F(PerfWindowTest, TheClockCarriesSecondsAndMinutes) {
+    struct Case {
+        int ticks;
+        const char* text;
+    };
+    Begin();
+    int done = 0;
+    for (const Case c :
+         {Case{1, "000:00:01"}, Case{59, "000:00:59"}, Case{60, "000:01:00"},
+          Case{3599, "000:59:59"}, Case{3600, "001:00:00"}, Case{3661, "001:01:01"}}) {
+        platform.Advance((c.ticks - done) * 1000);
+        done = c.ticks;
+        EXPECT_EQ(Perf().Duration.Caption(), c.text) << c.ticks << " ticks";
+    }
+}
+
+struct RotationCase {
+    bool left;
+    std::vector<int> shown;
+};
+
+class RotationTest : public PerfWindowTest, public ::testing::WithParamInterface<RotationCase> {};
+
+TEST_P(RotationTest, TheArrowsTurnThroughPanelsZeroToThreeOnly) {
+    PerfPulldown& p = Perf();
+    forms::Image& arrow = GetParam().left ? p.LeftBtn : p.RightBtn;
+    for (const int expected : GetParam().shown) {
+        const int before = p.CurrentPanel();
+        arrow.UserClick();
+        EXPECT_EQ(p.CurrentPanel(), expected);
+        EXPECT_TRUE(p.CMPanel(expected).Visible());
+        EXPECT_FALSE(p.CMPanel(before).Visible());
+        EXPECT_EQ(p.CMPanel(expected).Left(), 11);
+        EXPECT_EQ(p.CMPanel(expected).Top(), 42);
+        EXPECT_EQ(p.CMPanel(expected).Width(), 93);
+    }
+    EXPECT_EQ(p.CMPanel4.Left(), 216) << "packet loss never comes on show";
+}
+
+INSTANTIATE_TEST_SUITE_P(BothWays, RotationTest,
+                         ::testing::Values(RotationCase{true, {1, 2, 3, 0, 1}},
+                                           RotationCase{false, {3, 2, 1, 0, 3}}));
+
+TEST_F(PerfWindowTest, UnturnedPanelsWaitAtTheirDesignPlaces) {
+    const std::pair<int, int> places[] = {{122, 4}, {122, 102}, {122, 200}, {216, 3}};
+    for (int i = 1; i <= 4; ++i) {
+        const auto [left, top] = places[i - 1];
+        EXPECT_EQ(Perf().CMPanel(i).Left(), left) << i;
+        EXPECT_EQ(Perf().CMPanel(i).Top(), top) << i;
+        EXPECT_EQ(Perf().CMPanel(i).Width(), 91) << i;
+    }
+}
+
+TEST_F(PerfWindowTest, TheDetachPictureDoesNothing) {
+    PerfPulldown& p = Perf();
+    const int left = p.Left();
+    const int top = p.Top();
+    p.detachBtn.UserClick();
+    EXPECT_EQ(p.Left(), left);
+    EXPECT_EQ(p.Top(), top);
+    EXPECT_EQ(p.CurrentPanel(), 0);
+    EXPECT_TRUE(p.Visible());
+    EXPECT_TRUE(platform.Boxes().empty());
+}
+
+}  // namespace
+}  // namespace kw::dialer::testing
