@@ -148,6 +148,8 @@ class Platform {
         (void)result;
         return false;
     }
+    // How many message boxes stand open now, nested ones included.
+    virtual int OpenMessageBoxes() const = 0;
 
     // A repeating timer on the user interface thread; KillTimer of an unknown id does nothing.
     virtual TimerId SetTimer(int intervalMs, std::function<void()> tick) = 0;

@@ -117,6 +117,7 @@ class HeadlessPlatform : public forms::Platform {
     bool CloseMessageBox(const std::string& caption, int result) override;
     // Captions of the boxes standing open, innermost last.
     std::vector<std::string> OpenBoxCaptions() const;
+    int OpenMessageBoxes() const override { return static_cast<int>(openBoxes_.size()); }
     forms::TimerId SetTimer(int intervalMs, std::function<void()> tick) override;
     void KillTimer(forms::TimerId id) override;
     void DoEvents() override;

@@ -19,6 +19,7 @@ class MessageBoxes {
     int Run(const forms::MessageBoxRequest& request, const std::string& defaultCaption);
     // Closes the innermost open box with this caption as if answered with result.
     bool Close(const std::string& caption, int result);
+    int OpenCount() const { return static_cast<int>(open_.size()); }
 
   private:
     struct Open {

@@ -145,7 +145,8 @@ MainWin::MainWin(Application& app)
           &btnRight, &btnReg, &imgMoreBtnPressed, &Image5, &Image6, &imgPushedButton}) {
         spare->SetVisible(false);
     }
-    SetKeyPreview(true);
+    // No key preview: the form's own key press runs only when the form itself has the keys, so
+    // Enter in a combo runs Connect once, from the combo's handler.
     PlaceControls();
 }
 

@@ -205,9 +205,10 @@ void MainWin::FillPhoneList(const Variant& list) {
     if (cmboTo.ListCount() > 0) {
         cmboTo.Clear();
     }
-    if (!HavePhoneList || !list.IsArray()) {
+    if (!HavePhoneList) {
         return;
     }
+    // A list that holds no array fails here with a type mismatch, as its bounds are read.
     const automation::SafeArray& names = list.ToArray();
     for (std::int32_t i = 0; i <= names.UBound(); ++i) {
         cmboTo.AddItem(names.Get(i).ToString());
@@ -224,12 +225,10 @@ void MainWin::FillLocationList(const Variant& list) {
         cmboFrom.Clear();
     }
     if (HaveLocationList) {
-        if (list.IsArray()) {
-            const automation::SafeArray& names = list.ToArray();
-            for (std::int32_t i = 0; i <= names.UBound(); ++i) {
-                cmboFrom.AddItem(names.Get(i).ToString());
-                from.cmboLocations.AddItem(names.Get(i).ToString());
-            }
+        const automation::SafeArray& names = list.ToArray();  // no array: a type mismatch
+        for (std::int32_t i = 0; i <= names.UBound(); ++i) {
+            cmboFrom.AddItem(names.Get(i).ToString());
+            from.cmboLocations.AddItem(names.Get(i).ToString());
         }
         if (!from.btnRemove.Enabled()) {
             from.btnRemove.SetEnabled(true);

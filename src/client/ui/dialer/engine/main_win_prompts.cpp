@@ -16,8 +16,11 @@ namespace {
 constexpr const char* kPrescriberCaption = "Ostvarra Prescriber";
 constexpr const char* kMessageOfTheDay = "Message of the Day";
 
-// A dialog of the window stands open: a modal form other than the window itself.
+// A dialog of the window stands open: a message box, or a modal form other than the window.
 bool DialogOfWindowIsOpen(Application& app, const forms::Form& window) {
+    if (app.Platform().OpenMessageBoxes() > 0) {
+        return true;  // every box of the program stands above the main window, as a dialog does
+    }
     for (forms::Form* form : app.Forms().LoadedForms()) {
         if (form != &window && form->IsModal()) {
             return true;
@@ -74,6 +77,8 @@ void MainWin::l_DravlinkObj_GetUsernamePassword(std::string& prompt, std::string
     }
     dialog.txtPassword.SetText("");
     dialog.txtUserName.SetText("");
+    // Unloaded by its opener: the next prompt loads it afresh, centred where the window is then.
+    dialog.Unload();
 }
 
 void MainWin::l_DravlinkObj_GetUserOk(std::string& message) {

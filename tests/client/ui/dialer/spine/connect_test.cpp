@@ -148,6 +148,33 @@ TEST_F(ConnectTest, EnterInACombConnectsWhenIdleAndOtherKeysAreSwallowed) {
     EXPECT_TRUE(platform.Boxes().empty());
 }
 
+// One press of Enter in either combo is one press of Connect, also when the state stays Idle.
+TEST_F(ConnectTest, OneEnterInACombIsOneConnectWhenTheConnectIsVetoed) {
+    BusListener objector;
+    objector.vetoAnswer = kVeto;
+    app->EventManagerObject.registerForEvent(event::kConnectRequested, &objector);
+    for (forms::ComboBox* combo : {&Win().cmboFrom, &Win().cmboTo}) {
+        SCOPED_TRACE(combo->Name());
+        objector.heard.clear();
+        combo->UserKeyPress(forms::key::kReturn);
+        EXPECT_EQ(objector.heard, (std::vector<std::int32_t>{event::kConnectRequested}));
+    }
+    app->EventManagerObject.deregisterForEvent(event::kConnectRequested, &objector);
+}
+
+TEST_F(ConnectTest, OneEnterInACombIsOneConnectWhenTheConnectFailsAtOnce) {
+    engine->AlwaysFail("Connect", Failure(1012, "busy disconnecting"));
+    AnswerBoxesWith(forms::mb::kResultOk);
+    for (forms::ComboBox* combo : {&Win().cmboFrom, &Win().cmboTo}) {
+        SCOPED_TRACE(combo->Name());
+        const int before = engine->CountOf("Connect");
+        platform.ClearBoxes();
+        combo->UserKeyPress(forms::key::kReturn);
+        EXPECT_EQ(engine->CountOf("Connect"), before + 1);
+        EXPECT_EQ(platform.Boxes().size(), 1u);
+    }
+}
+
 TEST_F(ConnectTest, DialListFailingThreeTimesTellsTheNumberAndBringsTheControlsBack) {
     engine->Default("BuildDialList", Variant(std::int32_t{5}));
     AnswerBoxesWith(forms::mb::kResultOk);

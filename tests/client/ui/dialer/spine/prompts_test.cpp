@@ -2,6 +2,8 @@
 // goes back to the engine in the by-reference argument.
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "client/ui/dialer/engine/frm_get_user_info.h"
 #include "client/ui/dialer/engine/frm_get_user_input.h"
 #include "client/ui/dialer/engine/frm_isp_login.h"
@@ -46,6 +48,29 @@ TEST_F(PromptsTest, IspLoginWhileTheVpnLoginIsOpenAnswersAPlaceholderAndShowsNot
     EXPECT_EQ(platform.ModalsShown(), (std::vector<std::string>{"frmLogin"}));
 }
 
+// A box of the program counts as an open dialog as much as a modal form does.
+TEST_F(PromptsTest, IspLoginWhileABoxIsUpAnswersAPlaceholderAndShowsNothing) {
+    const struct {
+        const char* box;
+        std::function<void()> raise;
+    } boxes[] = {
+        {"timed note", [this] { engine->RaiseGetUserOk("Your tunnel server is busy"); }},
+        {"yes/no question", [this] { engine->RaiseGetUserYesNo("Use compression?"); }},
+    };
+    StartIdle();
+    for (const auto& b : boxes) {
+        SCOPED_TRACE(b.box);
+        std::string answer;
+        platform.AnswerNextBox([&](const headless::BoxRecord&) {
+            answer = engine->RaiseGetUsernamePassword("Bluewave refused your login", "joe");
+            return forms::mb::kResultOk;
+        });
+        b.raise();
+        EXPECT_EQ(answer, "joe^qqq");
+        EXPECT_TRUE(platform.ModalsShown().empty()) << "no login stacked on the box";
+    }
+}
+
 TEST_F(PromptsTest, IspLoginAnswersNameCaretPasswordAndForgetsThePassword) {
     StartIdle();
     platform.AnswerNextModal("frmISPLogin", [&](forms::Form&) {
@@ -58,6 +83,24 @@ TEST_F(PromptsTest, IspLoginAnswersNameCaretPasswordAndForgetsThePassword) {
     });
     EXPECT_EQ(engine->RaiseGetUsernamePassword("Bluewave refused your login", "joe"), "joe^p4ss");
     EXPECT_EQ(app->Form<frmISPLogin>().txtPassword.Text(), "") << "nothing lingers";
+}
+
+// Each prompt comes up centred on the main window where it stands then.
+TEST_F(PromptsTest, IspLoginFollowsTheMainWindowFromOnePromptToTheNext) {
+    StartIdle();
+    std::vector<forms::Point> shownAt;
+    auto answer = [&](forms::Form& form) {
+        shownAt.push_back({form.Left(), form.Top()});
+        app->Form<frmISPLogin>().cmdCancel.UserClick();
+    };
+    platform.AnswerNextModal("frmISPLogin", answer);
+    engine->RaiseGetUsernamePassword("Bluewave refused your login", "joe");
+    Win().Move(Win().Left() + 100, Win().Top() + 50);
+    platform.AnswerNextModal("frmISPLogin", answer);
+    engine->RaiseGetUsernamePassword("Bluewave refused your login", "joe");
+    ASSERT_EQ(shownAt.size(), 2u);
+    EXPECT_EQ(shownAt[1].x - shownAt[0].x, 100);
+    EXPECT_EQ(shownAt[1].y - shownAt[0].y, 50);
 }
 
 TEST_F(PromptsTest, IspLoginAnswersNothingOnCancel) {

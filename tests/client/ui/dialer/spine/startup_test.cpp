@@ -108,6 +108,23 @@ TEST_F(StartupTest, NoStoredUserAndOkSavesThePairThroughTheEngineAndLogsOn) {
     EXPECT_EQ(engine->CallsTo("Logon")[0].args[0].ToString(), "bob");
 }
 
+// A list from the engine that holds no array is a type mismatch, which fails the load.
+class ListNoArrayTest : public StartupTest, public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(ListNoArrayTest, FailsTheLoadWithATypeMismatch) {
+    StoreUser("anna", "secret");
+    ScriptLists();
+    engine->Default(GetParam(), Variant(true), {{0, Variant(std::string("Corporate"))}});
+    platform.AnswerBoxes([](const headless::BoxRecord&) { return forms::mb::kResultOk; });
+    ASSERT_TRUE(Start());
+    EXPECT_TRUE(Win().IsLoading) << "the load's failure path";
+    ASSERT_EQ(platform.Boxes().size(), 1u);
+    EXPECT_EQ(platform.Boxes()[0].text, " Error [13] Type mismatch");
+}
+
+INSTANTIATE_TEST_SUITE_P(EngineLists, ListNoArrayTest,
+                         ::testing::Values("GetPhoneList", "GetLocationList"));
+
 TEST_F(StartupTest, FailedLoadAnswersEveryCloseWithTheLoadingMessage) {
     StoreUser("anna", "secret");
     ScriptLists();
