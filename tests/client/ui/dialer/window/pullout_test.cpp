@@ -48,6 +48,7 @@ TEST_F(PulloutTest, ADirtyPulloutThatTheUserKeepsLeavesEverythingAsItWasAndOpens
     UserKeepsChanges();
     // Neither another tab nor its own closes it.
     for (forms::Image* tab : {&win.btnFromPullout, &win.btnToPullout}) {
+        MakeToDirty();  // a Yes saves, so each press finds new edits
         tab->UserClick();
         EXPECT_TRUE(Get<ToPullout>().Visible() && win.toShown);
         EXPECT_EQ(win.btnToPullout.Picture(), win.btnLeft.Picture());
