@@ -189,6 +189,28 @@ TEST_F(SavingTest, ConnectWithEditsAsksAndStartsNoCallWhateverTheAnswer) {
     }
 }
 
+struct LocationCase {
+    int answer;
+    int saves;
+    bool stillMarked;
+};
+
+TEST_F(SavingTest, ALocationChangeWithEditsAsksAndNoOnlyDisablesSave) {
+    const LocationCase cases[] = {{forms::mb::kResultNo, 0, true},
+                                  {forms::mb::kResultYes, 1, false}};
+    for (const LocationCase& c : cases) {
+        Edit();
+        AnswerBoxes(c.answer);
+        Win().cmboFrom.SetListIndex(Win().cmboFrom.ListIndex() == 0 ? 1 : 0);
+        EXPECT_EQ(platform.Boxes().at(0).text, kSaveQuestion) << c.answer;
+        EXPECT_EQ(platform.Boxes().at(0).flags, 52) << c.answer;
+        EXPECT_EQ(engine->CountOf("SavePOPList"), c.saves) << c.answer;
+        EXPECT_FALSE(To().btnSaveList.Enabled()) << c.answer;
+        EXPECT_EQ(To().popListChanged(), c.stillMarked) << c.answer;
+        EXPECT_EQ(Texts().size(), 3u) << "the new location's list is read";
+    }
+}
+
 TEST_F(SavingTest, ConnectWithoutEditsIsNotHeldBack) {
     Win().btnConnect.UserClick();
     EXPECT_TRUE(platform.Boxes().empty());
