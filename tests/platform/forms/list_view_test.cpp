@@ -92,24 +92,6 @@ TEST_F(ListViewTest, TheExtendedStyleCarriesTheCheckBoxes) {
     EXPECT_EQ(view.ExtendedStyle(), 0x30);
 }
 
-TEST_F(ListViewTest, ColumnsAreClearedAndAddedAnew) {
-    view.AddColumn("Name", "Name", 60);
-    view.ClearColumns();
-    view.AddColumn("ISP", "ISP", 80);
-    ASSERT_EQ(view.ColumnCount(), 1);
-    EXPECT_EQ(view.Columns()[0].key, "ISP");
-    EXPECT_EQ(view.Columns()[0].width, 80);
-}
-
-TEST_F(ListViewTest, SubItemsReadEmptyUntilSetAndRowsCountFromOne) {
-    view.SetSubItem(2, 3, "MA");
-    EXPECT_EQ(view.SubItem(2, 3), "MA");
-    EXPECT_EQ(view.SubItem(2, 1), "");
-    EXPECT_EQ(view.SubItem(1, 5), "");
-    EXPECT_THROW(view.Item(0), automation::Failure);
-    EXPECT_THROW(view.Item(4), automation::Failure);
-}
-
 TEST_F(ListViewTest, TheSelectionFollowsRemovalsAndGoesWithAClear) {
     view.SetSelectedItem(3);
     view.RemoveItem(1);

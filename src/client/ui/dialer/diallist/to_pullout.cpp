@@ -19,13 +19,13 @@ using automation::Variant;
 namespace {
 
 // The POP columns: text (also the key) and width.
-struct ColumnSpec {
+struct ColumnDef {
     const char* text;
     int width;
 };
-constexpr ColumnSpec kPopColumns[] = {{"PhoneNumber", 75}, {"ISP", 50},   {"Weight", 30},
-                                      {"City", 50},        {"State", 50}, {"Modem Type", 65}};
-constexpr ColumnSpec kIspColumns[] = {
+constexpr ColumnDef kPopColumns[] = {{"PhoneNumber", 75}, {"ISP", 50},   {"Weight", 30},
+                                     {"City", 50},        {"State", 50}, {"Modem Type", 65}};
+constexpr ColumnDef kIspColumns[] = {
     {"Name", 60}, {"Weight", 30}, {"Help Number", 68}, {"WebSite", 150}};
 
 // The events the pullout hears, in the order it registers for them.
@@ -196,7 +196,7 @@ void ToPullout::ShowPOPList() {
     btnUp.SetVisible(ordering);
     btnDown.SetVisible(ordering);
     lstvDialList.ClearColumns();
-    for (const ColumnSpec& column : kPopColumns) {
+    for (const ColumnDef& column : kPopColumns) {
         lstvDialList.AddColumn(column.text, column.text, column.width);
     }
     {
@@ -225,7 +225,7 @@ void ToPullout::ShowISPList() {
     btnUp.SetVisible(false);
     btnDown.SetVisible(false);
     lstvDialList.ClearColumns();
-    for (const ColumnSpec& column : kIspColumns) {
+    for (const ColumnDef& column : kIspColumns) {
         lstvDialList.AddColumn(column.text, column.text, column.width);
     }
     lstvDialList.ClearItems();

@@ -21,16 +21,6 @@ TEST(ISPListTest, FindSearchesTheListItIsGivenAndAMissIsANewEmptyEntry) {
     EXPECT_TRUE(searched.find("Globex", searched)->ispName().IsEmpty());
 }
 
-TEST(ISPListTest, AKeyUsedTwiceFailsAndAnEmptyKeyAddsWithoutOne) {
-    ISPList list;
-    list.Add(Variant("Acme"), "");
-    list.Add(Variant("Acme"), "");
-    list.Add(Variant("Globex"), "G");
-    EXPECT_THROW(list.Add(Variant("Other"), "g"), automation::Failure);
-    EXPECT_EQ(list.Count(), 3);
-    EXPECT_EQ(list.item(Variant("G"))->ispName().ToString(), "Globex");
-}
-
 TEST(ISPInfoTest, ThePopListIsMadeOnTheFirstReadAndKept) {
     ISPInfo info;
     const auto first = info.POPList();

@@ -211,11 +211,5 @@ TEST_F(SavingTest, ALocationChangeWithEditsAsksAndNoOnlyDisablesSave) {
     }
 }
 
-TEST_F(SavingTest, ConnectWithoutEditsIsNotHeldBack) {
-    Win().btnConnect.UserClick();
-    EXPECT_TRUE(platform.Boxes().empty());
-    EXPECT_EQ(engine->CountOf("Connect"), 1);
-}
-
 }  // namespace
 }  // namespace kw::dialer::testing
