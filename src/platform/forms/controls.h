@@ -6,6 +6,7 @@
 
 #include "platform/forms/chart.h"
 #include "platform/forms/control.h"
+#include "platform/forms/list_view.h"
 #include "platform/forms/platform.h"
 
 namespace kw::forms {
@@ -269,56 +270,6 @@ class Timer : public Control {
     int interval_ = 0;
     TimerId id_ = 0;
     int armedInterval_ = 0;
-};
-
-struct ColumnHeader {
-    std::string key;
-    std::string text;
-    int width = 0;
-};
-
-struct ListItem {
-    std::string key;
-    std::string text;
-    std::vector<std::string> subItems;
-    bool checked = false;
-    bool selected = false;
-};
-
-// A report-view list with check boxes. Items are 1-based, as the toolkit counts them.
-class ListView : public Control {
-  public:
-    ListView(Form& form, std::string name, int index = -1);
-
-    void AddColumn(std::string key, std::string text, int width);
-    void ClearColumns();
-    const std::vector<ColumnHeader>& Columns() const { return columns_; }
-
-    int AddItem(std::string text, std::string key = {});  // returns the new item's index
-    void RemoveItem(int index);
-    void ClearItems();
-    int ItemCount() const { return static_cast<int>(items_.size()); }
-    const ListItem& Item(int index) const;  // fails with 35600 outside the list
-    void SetItemText(int index, std::string text);
-    void SetSubItem(int index, int column, std::string text);  // column from 1
-    void SetChecked(int index, bool checked);                  // no event from code
-    // 0 when nothing is selected.
-    int SelectedItem() const;
-    void SetSelectedItem(int index);
-    bool Checkboxes() const { return checkboxes_; }
-    void SetCheckboxes(bool on);
-
-    std::function<void(int index)> ItemCheck;
-    std::function<void(int index)> ItemClick;
-    std::function<void(int column)> ColumnClick;
-
-    void UserCheck(int index, bool checked);
-    void UserSelectItem(int index);
-
-  private:
-    std::vector<ColumnHeader> columns_;
-    std::vector<ListItem> items_;
-    bool checkboxes_ = false;
 };
 
 class RichTextBox : public EditableText {
