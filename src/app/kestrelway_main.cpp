@@ -2,6 +2,9 @@
 #include <QApplication>
 #include <QTimer>
 #include <memory>
+#include <thread>
+
+#include <fontconfig/fontconfig.h>
 
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/core/main_win.h"
@@ -11,7 +14,11 @@
 #include "startup_probe.h"
 
 int main(int argc, char** argv) {
+    // The font configuration loads on the other core while the display connection is made:
+    // the first text drawn needs it, and both take a while.
+    std::thread fonts([] { FcInit(); });
     QApplication qtApp(argc, argv);
+    fonts.join();
     QApplication::setApplicationName("Kestrelway");
     QApplication::setQuitOnLastWindowClosed(false);  // the program decides when it ends
     kw::qt::UseDarkLook();

@@ -20,7 +20,7 @@ StartupProbe::StartupProbe(kw::dialer::Application& app) : app_(app) {
     // Installed before the main window exists: its load step paints it from a nested loop.
     qApp->installEventFilter(this);
     QObject::connect(&poll_, &QTimer::timeout, this, [this] { CheckReady(); });
-    poll_.start(5);
+    poll_.start(1);  // often enough that the poll itself adds next to nothing
 }
 
 bool StartupProbe::Wanted() {

@@ -3,7 +3,9 @@
 #include <algorithm>
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+#include <QImage>
 #include <QLineEdit>
 #include <QPixmapCache>
 #include <QSignalBlocker>
@@ -144,6 +146,60 @@ QString ObjectNameOf(const forms::Control& control) {
     return name;
 }
 
+namespace {
+
+quint32 LittleEndian(const QByteArray& d, int at, int bytes) {
+    quint32 v = 0;
+    for (int i = bytes - 1; i >= 0; --i) {
+        v = (v << 8) | static_cast<uchar>(d[at + i]);
+    }
+    return v;
+}
+
+// The artwork is 8-bit palette BMP: read straight into an indexed image, which spares start-up
+// the image-format plugins. Anything else is left to Qt's readers (a null image here).
+QImage ReadPaletteBmp(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    const QByteArray d = file.readAll();
+    if (d.size() < 54 || d[0] != 'B' || d[1] != 'M') {
+        return {};
+    }
+    const qint64 offset = LittleEndian(d, 10, 4);
+    const qint64 header = LittleEndian(d, 14, 4);
+    const auto width = static_cast<qint32>(LittleEndian(d, 18, 4));
+    const auto height = static_cast<qint32>(LittleEndian(d, 22, 4));
+    const qint64 colours = LittleEndian(d, 46, 4) == 0 ? 256 : LittleEndian(d, 46, 4);
+    if (header < 40 || LittleEndian(d, 28, 2) != 8 || LittleEndian(d, 30, 4) != 0 || width <= 0 ||
+        height == 0 || height == INT32_MIN || colours > 256) {
+        return {};
+    }
+    const int rows = std::abs(height);
+    const qint64 stride = (static_cast<qint64>(width) + 3) / 4 * 4;
+    const qint64 table = 14 + header;
+    if (table + colours * 4 > d.size() || offset < table || offset + stride * rows > d.size()) {
+        return {};
+    }
+    QVector<QRgb> palette(256, qRgb(0, 0, 0));
+    for (int i = 0; i < colours; ++i) {
+        const qint64 at = table + i * 4;  // blue, green, red, reserved
+        palette[i] = qRgb(static_cast<uchar>(d[at + 2]), static_cast<uchar>(d[at + 1]),
+                          static_cast<uchar>(d[at]));
+    }
+    QImage image(width, rows, QImage::Format_Indexed8);
+    image.setColorTable(palette);
+    for (int y = 0; y < rows; ++y) {
+        const qint64 row =
+            height > 0 ? rows - 1 - y : y;  // bottom-up unless the height is negative
+        std::copy_n(d.constData() + offset + row * stride, width, image.scanLine(y));
+    }
+    return image;
+}
+
+}  // namespace
+
 QPixmap LoadPicture(const QString& assetsDir, const std::string& picture) {
     if (picture.empty()) {
         return {};
@@ -154,7 +210,12 @@ QPixmap LoadPicture(const QString& assetsDir, const std::string& picture) {
     }
     QPixmap pixmap;
     if (!QPixmapCache::find(path, &pixmap)) {
-        pixmap.load(path);
+        const QImage bmp = ReadPaletteBmp(path);
+        if (bmp.isNull()) {
+            pixmap.load(path);
+        } else {
+            pixmap = QPixmap::fromImage(bmp);
+        }
         QPixmapCache::insert(path, pixmap);
     }
     return pixmap;

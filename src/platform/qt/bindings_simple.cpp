@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QLabel>
+#include <QPixmapCache>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
@@ -76,14 +77,23 @@ void ImageBinding::Show(Property what) {
 }
 
 QPixmap ImageBinding::KeyedPicture() const {
-    QPixmap pixmap = LoadPicture(Context().AssetsDir(), model_.Picture());
+    const long key = model_.Parent().ForeColor();
+    // The same picture keyed the same way is made once: the faces are shared by many images.
+    const QString cacheKey = QStringLiteral("keyed:%1:%2:%3")
+                                 .arg(key)
+                                 .arg(Context().AssetsDir(), ToQString(model_.Picture()));
+    QPixmap pixmap;
+    if (QPixmapCache::find(cacheKey, &pixmap)) {
+        return pixmap;
+    }
+    pixmap = LoadPicture(Context().AssetsDir(), model_.Picture());
     if (pixmap.isNull()) {
         return pixmap;
     }
-    const long key = model_.Parent().ForeColor();
     const QColor keyColour(static_cast<int>(key & 0xFF), static_cast<int>((key >> 8) & 0xFF),
                            static_cast<int>((key >> 16) & 0xFF));
     pixmap.setMask(pixmap.createMaskFromColor(keyColour, Qt::MaskInColor));
+    QPixmapCache::insert(cacheKey, pixmap);
     return pixmap;
 }
 

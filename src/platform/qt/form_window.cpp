@@ -41,10 +41,11 @@ FormWindow::FormWindow(forms::Form& form, QString assetsDir,
     setAttribute(Qt::WA_DeleteOnClose, false);
     setMouseTracking(true);
     setFocusPolicy(Qt::ClickFocus);
-    ShowingModel showing(*context_);
-    for (forms::Control* control : form.Controls()) {
-        EnsureBinding(*control);
+    // A form loaded and never shown (most pullouts at start) costs no widgets until it shows.
+    if (form.Visible()) {
+        BuildControls();
     }
+    ShowingModel showing(*context_);
     for (FormProperty p : {FormProperty::Caption, FormProperty::Picture, FormProperty::Geometry,
                            FormProperty::Region, FormProperty::Enabled}) {
         SyncForm(p);
@@ -76,7 +77,8 @@ void FormWindow::Detach() {
     deleteLater();
 }
 
-QWidget* FormWindow::WidgetOf(const forms::Control& control) const {
+QWidget* FormWindow::WidgetOf(const forms::Control& control) {
+    BuildControls();
     ControlBinding* binding = BindingOf(control);
     return binding != nullptr ? binding->Widget() : nullptr;
 }
@@ -88,6 +90,17 @@ void FormWindow::RestoreFromMinimized() {
 }
 
 // ---- the controls -------------------------------------------------------------------------
+
+void FormWindow::BuildControls() {
+    if (built_ || form_ == nullptr) {
+        return;
+    }
+    built_ = true;
+    ShowingModel showing(*context_);
+    for (forms::Control* control : form_->Controls()) {
+        EnsureBinding(*control);
+    }
+}
 
 ControlBinding* FormWindow::BindingOf(const forms::Control& control) const {
     auto it = bindings_.find(&control);
@@ -132,8 +145,8 @@ void FormWindow::DropBinding(forms::Control& control) {
 }
 
 void FormWindow::ControlChanged(forms::Control& control, Property what) {
-    if (!Live()) {
-        return;
+    if (!Live() || !built_) {
+        return;  // unbuilt controls take all their properties when they are made
     }
     ControlBinding* binding = BindingOf(control);
     if (binding == nullptr) {
@@ -195,6 +208,7 @@ void FormWindow::SyncForm(FormProperty what) {
 
 void FormWindow::SyncVisible() {
     if (form_->Visible()) {
+        BuildControls();
         ApplyWindowState();
         return;
     }

@@ -36,7 +36,8 @@ class FormWindow : public QWidget, public forms::FormObserver {
     // nullptr once detached.
     forms::Form* Model() const { return form_; }
     // The widget drawing a control; nullptr for a timer or an unknown control.
-    QWidget* WidgetOf(const forms::Control& control) const;
+    // The control's widget, made with the others if the form has not shown yet.
+    QWidget* WidgetOf(const forms::Control& control);
 
     // Asked by another instance of the program.
     void RestoreFromMinimized();
@@ -78,6 +79,9 @@ class FormWindow : public QWidget, public forms::FormObserver {
     forms::Form* form_;
     std::shared_ptr<BindingContext> context_;
     std::function<void(forms::Form&)> onHidden_;
+    // Makes the widgets of all controls, once: at the first show, or when a widget is asked for.
+    void BuildControls();
+    bool built_ = false;
     std::map<const forms::Control*, ControlBinding*> bindings_;  // owned by their widgets
     std::map<const QObject*, ControlBinding*> inputs_;           // the widgets taking input
     QPixmap background_;
