@@ -177,6 +177,17 @@ std::function<std::int64_t()>& ClockFunction() {
 }
 }  // namespace
 
+namespace {
+// The value is already stored under this name with this type and these bytes.
+bool SameAsStored(const text::Document& doc, const std::string& path, const std::string& name,
+                  const text::Value& value) {
+    const text::Key* section = text::FindKey(doc, path);
+    const text::Entry* entry = section ? text::FindValue(*section, name) : nullptr;
+    const std::optional<text::Value> stored = entry ? text::ReadValue(*entry) : std::nullopt;
+    return stored && stored->type == value.type && stored->data == value.data;
+}
+}  // namespace
+
 void SetWallClock(std::function<std::int64_t()> clock) {
     std::lock_guard lock(ClockMutex());
     ClockFunction() = std::move(clock);
@@ -315,9 +326,12 @@ LONG RegSetValueExA(HKEY key, const char* name, DWORD reserved, DWORD type, cons
     return r.Hive(open->hive).Modify([&](text::Document& doc, bool& changed) -> std::int32_t {
         if (!text::KeyExists(doc, open->path))
             return ERROR_KEY_DELETED;
+        text::Value value{type, Bytes(data, size)};
+        if (SameAsStored(doc, open->path, valueName, value)) {
+            return ERROR_SUCCESS;  // nothing to write: the file and its fsyncs are spared
+        }
         const std::int64_t now = Now();
-        text::SetValue(text::EnsureKey(doc, open->path, now), valueName,
-                       text::Value{type, Bytes(data, size)}, now);
+        text::SetValue(text::EnsureKey(doc, open->path, now), valueName, value, now);
         changed = true;
         return ERROR_SUCCESS;
     });
