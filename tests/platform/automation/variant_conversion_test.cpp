@@ -64,15 +64,13 @@ TEST(VariantFromText, ReadsNumbersWithBlanksLeadingZerosAndHex) {
     EXPECT_EQ(FailureNumber([] { CDbl("1e400"); }), err::kOverflow);
     EXPECT_EQ(FailureNumber([] { CLng("&H100000000"); }), err::kOverflow);
 
-    for (const auto& [v, numeric] : {std::pair{Variant(" 07 "), true},
-                                     {Variant("&HFF"), true},
-                                     {Variant(), true},
-                                     {Variant("12abc"), false},
-                                     {Variant("1e400"), false},
-                                     {Variant::Null(), false},
-                                     {Variant(SafeArray()), false}}) {
-        EXPECT_EQ(v.IsNumeric(), numeric) << TypeName(v);
-    }
+    EXPECT_TRUE(Variant(" 07 ").IsNumeric());
+    EXPECT_TRUE(Variant("&HFF").IsNumeric());
+    EXPECT_TRUE(Variant().IsNumeric());
+    EXPECT_FALSE(Variant("12abc").IsNumeric());
+    EXPECT_FALSE(Variant("1e400").IsNumeric());
+    EXPECT_FALSE(Variant::Null().IsNumeric());
+    EXPECT_FALSE(Variant(SafeArray()).IsNumeric());
 }
 
 TEST(VariantConversions, EmptyBooleanNullObjectAndArray) {
@@ -126,15 +124,13 @@ TEST(VariantToString, PlainDecimalFormsThatReadBack) {
 }
 
 TEST(VariantToBoolean, NumbersWordsAndNumericText) {
-    for (const auto& [v, truth] : {std::pair{Variant(0.001), true},
-                                   {Variant(0.0), false},
-                                   {Variant("tRUE"), true},
-                                   {Variant(" FALSE "), false},
-                                   {Variant("5"), true},
-                                   {Variant("0"), false},
-                                   {Variant("&H1"), true}}) {
-        EXPECT_EQ(CBool(v), truth) << CStr(v);
-    }
+    EXPECT_TRUE(CBool(0.001));
+    EXPECT_FALSE(CBool(0.0));
+    EXPECT_TRUE(CBool("tRUE"));
+    EXPECT_FALSE(CBool(" FALSE "));
+    EXPECT_TRUE(CBool("5"));
+    EXPECT_FALSE(CBool("0"));
+    EXPECT_TRUE(CBool("&H1"));
     EXPECT_EQ(FailureNumber([] { CBool("yes"); }), err::kTypeMismatch);
     EXPECT_EQ(FailureNumber([] { CBool(""); }), err::kTypeMismatch);
 }
