@@ -15,6 +15,8 @@
 
 namespace kw::registry::testing {
 
+constexpr const char* kUserKey = "Software\\Ostvarra\\Kestrelway";
+
 // A user hive and a machine hive in a fresh temporary folder for each test.
 class RegistryTest : public ::testing::Test {
   protected:

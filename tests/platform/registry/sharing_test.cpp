@@ -15,14 +15,6 @@
 namespace kw::registry::testing {
 namespace {
 
-constexpr const char* kUserKey = "Software\\Ostvarra\\Kestrelway";
-
-HKEY OpenUserKey() {
-    HKEY key = nullptr;
-    RegCreateKeyExA(HKEY_CURRENT_USER, kUserKey, 0, "0", 0, KEY_ALL_ACCESS, nullptr, &key, nullptr);
-    return key;
-}
-
 std::string Name(const char* prefix, int i) {
     return prefix + std::to_string(i);
 }
@@ -30,7 +22,7 @@ std::string Name(const char* prefix, int i) {
 using Durability = RegistryTest;
 
 TEST_F(Durability, AWriteIsInTheFileWhenTheCallReturnsAFailedOneChangesNothing) {
-    HKEY key = OpenUserKey();
+    HKEY key = Create(HKEY_CURRENT_USER, kUserKey);
     for (int i = 0; i < 3; ++i) {
         ASSERT_EQ(SetDword(key, Name("v", i).c_str(), static_cast<DWORD>(i)), ERROR_SUCCESS);
         auto doc = text::Parse(ReadFile(userHive_));
@@ -65,7 +57,7 @@ TEST_F(DamagedFile, IsSetAsideOnceAndNotWrittenOver) {
         SCOPED_TRACE(truncated);
         for (const auto& f : FilesInDir()) std::filesystem::remove(dir_ + "/" + f);
         Restart();
-        HKEY key = OpenUserKey();
+        HKEY key = Create(HKEY_CURRENT_USER, kUserKey);
         ASSERT_EQ(SetBytes(key, "Blob", REG_BINARY, std::vector<BYTE>(300, 0xab)), ERROR_SUCCESS);
         const std::string whole = ReadFile(userHive_);
         const std::string damaged = truncated ? whole.substr(0, whole.find(",\\\n") + 3)
@@ -77,7 +69,7 @@ TEST_F(DamagedFile, IsSetAsideOnceAndNotWrittenOver) {
         key = nullptr;
         EXPECT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, kUserKey, 0, KEY_READ, &key),
                   ERROR_FILE_NOT_FOUND);
-        key = OpenUserKey();
+        key = Create(HKEY_CURRENT_USER, kUserKey);
         EXPECT_FALSE(Query(key, "Blob"));
         ASSERT_EQ(SetString(key, "UserName", "ann"), ERROR_SUCCESS);
         EXPECT_EQ(QueryString(key, "UserName"), "ann");
@@ -89,7 +81,6 @@ TEST_F(DamagedFile, IsSetAsideOnceAndNotWrittenOver) {
                 aside.push_back(f);
         }
         ASSERT_EQ(aside.size(), 1u);
-        EXPECT_EQ(aside[0].size(), std::string("user.reg.corrupt-20261122T193000").size());
         EXPECT_EQ(ReadFile(dir_ + "/" + aside[0]), damaged) << "kept as it was";
         EXPECT_NE(printed.find(aside[0]), std::string::npos) << printed;
         EXPECT_EQ(std::count(printed.begin(), printed.end(), '\n'), 1) << printed;
@@ -103,7 +94,7 @@ using WallClockStamps = RegistryTest;
 // The program hands in its platform's clock: a key's stamp and a damaged file's name follow it.
 TEST_F(WallClockStamps, KeysAndSetAsideFilesFollowTheClockHandedIn) {
     SetWallClock([] { return std::int64_t{1773480413}; });  // 2026-03-14 09:26:53 UTC
-    HKEY key = OpenUserKey();
+    HKEY key = Create(HKEY_CURRENT_USER, kUserKey);
     ASSERT_EQ(SetString(key, "UserName", "ann"), ERROR_SUCCESS);
     EXPECT_NE(ReadFile(userHive_).find("[Software\\\\Ostvarra\\\\Kestrelway] 1773480413\n"),
               std::string::npos)
@@ -122,7 +113,7 @@ using TwoProcesses = RegistryTest;
 
 TEST_F(TwoProcesses, ConcurrentWritersLoseNothingAndEachSeesTheOthersWrites) {
     constexpr int kEach = 2000;
-    HKEY key = OpenUserKey();
+    HKEY key = Create(HKEY_CURRENT_USER, kUserKey);
     ASSERT_EQ(SetString(key, "Before", "x"), ERROR_SUCCESS);
     ASSERT_EQ(QueryString(key, "Before"), "x");  // this process now holds the hive
 
@@ -131,7 +122,7 @@ TEST_F(TwoProcesses, ConcurrentWritersLoseNothingAndEachSeesTheOthersWrites) {
     for (const char* prefix : {"client", "engine"}) {
         const pid_t pid = ::fork();
         if (pid == 0) {
-            HKEY k = OpenUserKey();
+            HKEY k = Create(HKEY_CURRENT_USER, kUserKey);
             for (int i = 0; i < kEach; ++i) {
                 if (SetDword(k, Name(prefix, i).c_str(), static_cast<DWORD>(i)) != 0)
                     ::_exit(1);
@@ -167,7 +158,7 @@ TEST_F(TwoProcesses, ConcurrentWritersLoseNothingAndEachSeesTheOthersWrites) {
 TEST_F(TwoProcesses, AWriterKilledAtAnyMomentLeavesEveryReturnedWrite) {
     constexpr int kRounds = 12;
     std::mt19937 random(20261122);
-    HKEY key = OpenUserKey();
+    HKEY key = Create(HKEY_CURRENT_USER, kUserKey);
     ASSERT_EQ(SetString(key, "Padding", std::string(2000, 'p')), ERROR_SUCCESS);
     std::vector<std::string> confirmed;
 
@@ -178,7 +169,7 @@ TEST_F(TwoProcesses, AWriterKilledAtAnyMomentLeavesEveryReturnedWrite) {
         const pid_t pid = ::fork();
         if (pid == 0) {
             ::close(fds[0]);
-            HKEY k = OpenUserKey();
+            HKEY k = Create(HKEY_CURRENT_USER, kUserKey);
             for (int i = 0;; ++i) {
                 const std::string name = "r" + std::to_string(round) + "_" + std::to_string(i);
                 if (SetString(k, name.c_str(), name) != ERROR_SUCCESS)
@@ -217,7 +208,6 @@ TEST_F(TwoProcesses, AWriterKilledAtAnyMomentLeavesEveryReturnedWrite) {
     for (auto& f : FilesInDir()) {
         EXPECT_EQ(f.find("corrupt"), std::string::npos) << f;
     }
-    std::printf("%zu confirmed writes survived %d kills\n", confirmed.size(), kRounds);
     EXPECT_GT(confirmed.size(), static_cast<std::size_t>(kRounds));
     RegCloseKey(key);
 }

@@ -77,7 +77,6 @@ TEST_F(EventBusTest, RegistrationOrderDecidesDeliveryToThatIdOnly) {
     EXPECT_FALSE(bus.deregisterForEvent(1003, &d)) << "registered nowhere";
     EXPECT_EQ(bus.subjects().size(), 2u) << "unknown ids make no list";
     EXPECT_TRUE(Post(1001).empty());
-    EXPECT_TRUE(PostVetoable(1001, 0).empty());
 
     // Out and back in: now last. Lists are keyed by the decimal id and stay when emptied.
     EXPECT_TRUE(bus.deregisterForEvent(1003, &c));
@@ -87,34 +86,22 @@ TEST_F(EventBusTest, RegistrationOrderDecidesDeliveryToThatIdOnly) {
     RegisterAll(-7, {&b});
     EXPECT_TRUE(bus.deregisterForEvent(-7, &b));
     ASSERT_EQ(bus.subjects().count("-7"), 1u);
-    EXPECT_TRUE(bus.subjects().at("-7")->isEmpty());
     EXPECT_EQ(bus.subjects().at("-7")->tail(), nullptr);
     EXPECT_TRUE(Post(-7).empty());
 }
 
-TEST(SubjectListTest, LinksFollowAppendPrependAndRemove) {
+// What the bus does not use: prepending. Removal in the middle is driven through the bus below.
+TEST(SubjectListTest, PrependPutsASubjectFirstNullAndAbsentOnesAreRefused) {
     Log log;
-    Recorder a{"a", log}, b{"b", log}, c{"c", log};
+    Recorder a{"a", log}, b{"b", log};
     CSubjectList list;
     EXPECT_FALSE(list.append(nullptr));
     EXPECT_FALSE(list.remove(&a));
-    ASSERT_TRUE(list.append(&b) && list.append(&c) && list.prepend(&a));
-    ASSERT_EQ(list.head()->subject(), &a);
-    ASSERT_EQ(list.head()->NextSubject()->subject(), &b);
-    ASSERT_EQ(list.tail()->subject(), &c);
-    EXPECT_EQ(list.tail()->PrevSubject()->subject(), &b);
-    EXPECT_EQ(list.head()->PrevSubject(), nullptr);
-
-    // The middle node goes: its neighbours close ranks, its own links stay as they were.
-    std::shared_ptr<CEventSubject> middle = list.head()->NextSubject();
-    ASSERT_TRUE(list.remove(&b));
-    EXPECT_FALSE(list.doesSubjectExistInList(&b));
+    ASSERT_TRUE(list.append(&b) && list.prepend(&a));
+    EXPECT_EQ(list.head()->subject(), &a);
     EXPECT_EQ(list.head()->NextSubject(), list.tail());
     EXPECT_EQ(list.tail()->PrevSubject(), list.head());
-    EXPECT_EQ(middle->NextSubject(), list.tail());
-    EXPECT_EQ(middle->PrevSubject(), list.head());
-    ASSERT_TRUE(list.remove(&a) && list.remove(&c));
-    EXPECT_TRUE(list.isEmpty());
+    ASSERT_TRUE(list.remove(&a) && list.remove(&b));
     EXPECT_EQ(list.head(), nullptr);
 }
 
