@@ -281,6 +281,110 @@ TEST_F(RealWindowTest, TheLightsComeOnDuringASimulatedCall) {
     }
 }
 
+// The main window as one run of the program shows it at a given density: where the X server has
+// it, and its client area, the artwork's rectangle, as it reached the screen.
+struct Shown {
+    XWindow window;
+    QImage client;
+};
+
+// The program shows its main window at `dpi` dots per inch; the caller ends it.
+class DensityWindowTest : public RealWindowTest {
+  protected:
+    void TearDown() override {
+        unsetenv("QT_FONT_DPI");
+        unsetenv("QT_ENABLE_HIGHDPI_SCALING");
+        RealWindowTest::TearDown();
+    }
+
+    std::optional<Shown> ShowAt(int dpi) {
+        // Without the toolkit's own scaling, so that the program sees the density itself: scaled,
+        // it would see 96 and the toolkit would draw everything larger.
+        setenv("QT_ENABLE_HIGHDPI_SCALING", "0", 1);
+        setenv("QT_FONT_DPI", std::to_string(dpi).c_str(), 1);
+        // Each run has its own one-instance channel, so the one before cannot answer.
+        const fs::path run = home_ / ("run" + std::to_string(dpi));
+        fs::create_directories(run);
+        fs::permissions(run, fs::perms::owner_all);
+        setenv("XDG_RUNTIME_DIR", run.c_str(), 1);
+        fs::create_directories(home_ / ("tmp" + std::to_string(dpi)));
+        setenv("TMPDIR", (home_ / ("tmp" + std::to_string(dpi))).c_str(), 1);
+        child_ = Spawn({KW_KESTRELWAY});
+        std::map<std::string, XWindow> windows;
+        for (int tries = 0; tries < 100 && !windows.count("Kestrelway"); ++tries) {
+            QThread::msleep(200);
+            windows = ProgramWindows();
+        }
+        QThread::msleep(1500);  // the first dial list, and the window settles
+        windows = ProgramWindows();
+        const QImage shot = Screen();
+        kill(child_, SIGKILL);
+        waitpid(child_, nullptr, 0);
+        child_ = 0;
+        if (!windows.count("Kestrelway")) {
+            return std::nullopt;
+        }
+        const XWindow w = windows["Kestrelway"];
+        const QPoint client = w.frame.topLeft() + QPoint(kw::dialer::layout::kFrameWidth,
+                                                         kw::dialer::layout::kFrameHeight);
+        return Shown{w, shot.copy(QRect(client, QSize(at::kWidth, at::kHeight)))};
+    }
+
+    // The share of the pixels of `r` that look alike in both pictures.
+    static double Alike(const QImage& a, const QImage& b, const kw::dialer::layout::LayoutRect& r) {
+        int same = 0;
+        for (int y = r.y; y < r.y + r.h; ++y) {
+            for (int x = r.x; x < r.x + r.w; ++x) {
+                same += std::abs(Brightness(a.pixel(x, y)) - Brightness(b.pixel(x, y))) <= 48;
+            }
+        }
+        return static_cast<double>(same) / (r.w * r.h);
+    }
+};
+
+TEST_F(DensityWindowTest, At144DotsPerInchTheLightsAndCombosStandOnTheirPlacesOnTheArtwork) {
+    Store(kw::registry::HKEY_CURRENT_USER, kw::dialer::settings::kUserKey,
+          kw::dialer::settings::kUserName, "tester");
+    const std::optional<Shown> design = ShowAt(96);
+    ASSERT_TRUE(design.has_value()) << "the main window never appeared at 96 dots per inch";
+    const std::optional<Shown> dense = ShowAt(144);
+    ASSERT_TRUE(dense.has_value()) << "the main window never appeared at 144 dots per inch";
+
+    // The window keeps the artwork's size inside its cut-away frame, and its shape keeps to the
+    // artwork.
+    const QSize outer(
+        at::kWidth + 2 * kw::dialer::layout::kFrameWidth,
+        at::kHeight + kw::dialer::layout::kFrameHeight + kw::dialer::layout::kFrameWidth);
+    EXPECT_EQ(dense->window.frame.size(), outer);
+    EXPECT_EQ(dense->window.frame.topLeft(), design->window.frame.topLeft())
+        << "centred by its size on the artwork";
+    const QRect artwork(QPoint(kw::dialer::layout::kFrameWidth, kw::dialer::layout::kFrameHeight),
+                        QSize(at::kWidth, at::kHeight));
+    ASSERT_TRUE(dense->window.shape.has_value()) << "the window has no shape";
+    EXPECT_TRUE(artwork.contains(*dense->window.shape))
+        << "shape " << dense->window.shape->x() << "," << dense->window.shape->y() << " "
+        << dense->window.shape->width() << "x" << dense->window.shape->height()
+        << " leaves the artwork";
+
+    // Each light and combo shows at 144 where and as it shows at 96; the text in a combo is drawn
+    // from another font size and may differ by a few pixels.
+    const struct {
+        const char* name;
+        kw::dialer::layout::LayoutRect at;
+    } controls[] = {{"imgModemDetected", at::imgModemDetected},
+                    {"imgPhoneDialing", at::imgPhoneDialing},
+                    {"imgConnectingISP", at::imgConnectingISP},
+                    {"imgAuthorizingISP", at::imgAuthorizingISP},
+                    {"imgCreatingTunnel", at::imgCreatingTunnel},
+                    {"imgAuthorizingTunnel", at::imgAuthorizingTunnel},
+                    {"imgConnectLight", at::imgConnectLight},
+                    {"cmboFrom", at::cmboFrom},
+                    {"cmboTo", at::cmboTo}};
+    for (const auto& c : controls) {
+        EXPECT_GE(Alike(design->client, dense->client, c.at), 0.8) << c.name;
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {

@@ -1,5 +1,6 @@
 #include "client/ui/dialer/core/application.h"
 
+#include <cmath>
 #include <cstdlib>
 
 #include "client/ui/dialer/core/main_win.h"
@@ -112,7 +113,9 @@ void ScaleForm(forms::Form& form, forms::Platform& platform) {
         return;
     }
     const double factor = twips / 15.0;
-    auto scaled = [factor](int v) { return static_cast<int>(v * factor); };
+    // Rounded: the designs were laid out at this density from whole artwork pixels (face::Place),
+    // and rounding brings them back to those pixels.
+    auto scaled = [factor](int v) { return static_cast<int>(std::lround(v * factor)); };
     form.SetWidth(scaled(form.Width()));
     form.SetHeight(scaled(form.Height()));
     for (forms::Control* c : form.Controls()) {

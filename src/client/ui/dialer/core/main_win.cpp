@@ -13,6 +13,8 @@
 #include "client/ui/dialer/locations/from_pullout.h"
 #include "client/ui/dialer/locations/pref_pullout.h"
 #include "client/ui/dialer/performance/perf_pulldown.h"
+#include "client/ui/dialer/shell/artwork_layout.h"
+#include "client/ui/dialer/shell/faces.h"
 #include "client/ui/dialer/shell/message_hook.h"
 #include "client/ui/dialer/shell/more_pullout.h"
 #include "client/ui/dialer/shell/window_family.h"
@@ -46,10 +48,13 @@ void PlaceOnScreen(MainWin& win, Application& app) {
     app.frameWidth = platform.SystemMetric(forms::metric::kCxDlgFrame);
     app.frameHeight = platform.SystemMetric(forms::metric::kCyCaption) + app.frameWidth;
     win.SetFrameInset(app.frameWidth, app.frameHeight);
-    const int width = win.Width() + 2 * app.frameWidth;
-    const int height = win.Height() + app.frameHeight + app.frameWidth;
+    // The outer size is part of the design; the window is centred by the size it has once
+    // ScaleForm has brought it back to the artwork's pixels.
+    const int width = layout::mainwin::kWidth + 2 * app.frameWidth;
+    const int height = layout::mainwin::kHeight + app.frameHeight + app.frameWidth;
     win.Move((platform.SystemMetric(forms::metric::kCxScreen) - width) / 2,
-             (platform.SystemMetric(forms::metric::kCyScreen) - height) / 3, width, height);
+             (platform.SystemMetric(forms::metric::kCyScreen) - height) / 3,
+             face::AtDensity(platform, width), face::AtDensity(platform, height));
     ScaleForm(win, platform);
 }
 

@@ -1,19 +1,16 @@
 // Where MainWin's controls stand on its artwork, and the pictures they show.
 #include "client/ui/dialer/core/main_win.h"
 #include "client/ui/dialer/shell/artwork_layout.h"
+#include "client/ui/dialer/shell/faces.h"
 
 namespace kw::dialer {
 
-namespace {
-void Place(forms::Control& control, const layout::LayoutRect& r) {
-    control.Move(r.x, r.y, r.w, r.h);
-}
-}  // namespace
+using face::Place;
 
 void MainWin::PlaceControls() {
     namespace at = layout::mainwin;
     namespace pic = layout::pictures;
-    Move(Left(), Top(), at::kWidth, at::kHeight);
+    face::PlaceForm(*this, at::kWidth, at::kHeight);
     SetPicture(at::kPicture);
     Place(imgLogoOn, at::imgLogoOn);
     Place(btnMinimize, at::btnMinimize);

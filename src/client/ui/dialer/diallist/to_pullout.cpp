@@ -52,7 +52,7 @@ ToPullout::ToPullout(Application& app) : Form(app.Platform(), "ToPullout"), app_
 void ToPullout::PlaceControls() {
     namespace at = layout::topullout;
     SetPicture(at::kPicture);
-    Move(Left(), Top(), layout::drawer::kWidth, layout::drawer::kHeight);
+    face::PlaceForm(*this, layout::drawer::kWidth, layout::drawer::kHeight);
     face::Place(Label1, at::Label1);
     face::Place(lbDestinations, at::lbDestinations);
     face::Place(rbPOP, at::rbPOP);

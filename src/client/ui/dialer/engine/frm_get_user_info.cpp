@@ -1,6 +1,7 @@
 #include "client/ui/dialer/engine/frm_get_user_info.h"
 
 #include "client/ui/dialer/core/application.h"
+#include "client/ui/dialer/shell/faces.h"
 
 namespace kw::dialer {
 
@@ -9,17 +10,17 @@ frmGetUserInfo::frmGetUserInfo(Application& app)
     SetCaption("Ostvarra");
     // A plain dialog in the colours of the skin, in the middle of the screen.
     SetBackColor(0x3A312B);
-    const int width = 300;
-    const int height = 220;
+    const int width = face::AtDensity(app.Platform(), 300);
+    const int height = face::AtDensity(app.Platform(), 220);
     Move((app.Platform().SystemMetric(forms::metric::kCxScreen) - width) / 2,
          (app.Platform().SystemMetric(forms::metric::kCyScreen) - height) / 3, width, height);
-    lblPrompt.Move(12, 10, 276, 40);
+    face::Place(lblPrompt, {12, 10, 276, 40});
     lblPrompt.SetForeColor(0xEBE8E6);
-    lbChoices.Move(12, 54, 276, 116);
+    face::Place(lbChoices, {12, 54, 276, 116});
     lbChoices.SetBackColor(0x29221D);
     lbChoices.SetForeColor(0xEBE8E6);
-    btnOK.Move(120, 182, 80, 26);
-    btnCancel.Move(208, 182, 80, 26);
+    face::Place(btnOK, {120, 182, 80, 26});
+    face::Place(btnCancel, {208, 182, 80, 26});
     btnOK.SetCaption("OK");
     btnOK.SetDefault(true);
     btnCancel.SetCaption("Cancel");

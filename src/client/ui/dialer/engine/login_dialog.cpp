@@ -2,6 +2,7 @@
 
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/shell/artwork_layout.h"
+#include "client/ui/dialer/shell/faces.h"
 
 namespace kw::dialer {
 
@@ -10,7 +11,7 @@ void LoginView::Design(const char* titleCaption, const char* picture) {
     form.SetCaption("Login");
     form.SetForeColor(0x00FF00);  // pure green: the outside of the artwork
     form.SetPicture(picture);
-    form.Move(form.Left(), form.Top(), at::kWidth, at::kHeight);
+    face::PlaceForm(form, at::kWidth, at::kHeight);
     title.SetCaption(titleCaption);
     userLabel.SetCaption("&User Name:");
     passwordLabel.SetCaption("&Password:");
@@ -19,7 +20,7 @@ void LoginView::Design(const char* titleCaption, const char* picture) {
     ok.SetDefault(true);
     cancel.SetCaption("Cancel");
     cancel.SetCancel(true);
-    auto place = [](forms::Control& c, const layout::LayoutRect& r) { c.Move(r.x, r.y, r.w, r.h); };
+    const auto place = face::Place;
     place(title, at::Label1);
     place(userLabel, at::lblLabels0);
     place(passwordLabel, at::lblLabels1);
@@ -39,8 +40,9 @@ void LoginView::Design(const char* titleCaption, const char* picture) {
 
 void LoginView::Frame(const Application& app) {
     form.SetFrameInset(app.frameWidth, app.frameHeight);
-    form.Move(form.Left(), form.Top(), layout::login::kWidth + 2 * app.frameWidth,
-              layout::login::kHeight + app.frameHeight + app.frameWidth);
+    // The outer size is part of the design: the frame is drawn at its design size too.
+    face::PlaceForm(form, layout::login::kWidth + 2 * app.frameWidth,
+                    layout::login::kHeight + app.frameHeight + app.frameWidth);
 }
 
 void SelectAllText(forms::TextBox& box) {

@@ -41,7 +41,7 @@ FromPullout::FromPullout(Application& app) : Form(app.Platform(), "FromPullout")
 
 void FromPullout::PlaceControls() {
     namespace at = layout::frompullout;
-    Move(Left(), Top(), layout::drawer::kWidth, layout::drawer::kHeight);
+    face::PlaceForm(*this, layout::drawer::kWidth, layout::drawer::kHeight);
     Image2.SetPicture(at::kPicture);
     Image1.SetPicture(at::kIcon);
     face::Place(Image2, at::Image2);

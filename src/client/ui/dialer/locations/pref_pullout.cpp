@@ -33,7 +33,7 @@ PrefPullout::PrefPullout(Application& app) : Form(app.Platform(), "PrefPullout")
 void PrefPullout::PlaceControls() {
     namespace at = layout::prefpullout;
     SetPicture(at::kPicture);
-    Move(Left(), Top(), layout::panel::kWidth, layout::panel::kHeight);
+    face::PlaceForm(*this, layout::panel::kWidth, layout::panel::kHeight);
     Image1.SetPicture(at::kIcon);
     face::Place(Image1, at::Image1);
     face::Place(Label1, at::Label1);

@@ -3,6 +3,7 @@
 
 #include "client/ui/dialer/engine/res_const.h"
 #include "client/ui/dialer/performance/perf_pulldown.h"
+#include "client/ui/dialer/shell/faces.h"
 #include "platform/automation/number_format.h"
 
 namespace kw::dialer {
@@ -49,13 +50,13 @@ void DesignLooks(Chart& chart) {
 
 void PerfPulldown::DesignCharts() {
     RateChart.SetContainer(&CMPanel1);
-    RateChart.Move(0, 15, 91, 82);
+    face::Place(RateChart, {0, 15, 91, 82});
     RateChart.SetMargins(10, 0, 0, 10);
     iNetHealth.SetContainer(&CMPanel2);
-    iNetHealth.Move(0, 16, 91, 82);
+    face::Place(iNetHealth, {0, 16, 91, 82});
     iNetHealth.SetMargins(10, 0, 0, 5);
     PktLoss.SetContainer(&CMPanel4);
-    PktLoss.Move(0, 12, 91, 85);
+    face::Place(PktLoss, {0, 12, 91, 85});
     PktLoss.SetMargins(0, 0, 0, 0);
     for (Chart* chart : {&RateChart, &iNetHealth, &PktLoss}) {
         DesignLooks(*chart);

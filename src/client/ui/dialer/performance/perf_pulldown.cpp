@@ -3,6 +3,7 @@
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/engine/res_const.h"
 #include "client/ui/dialer/shell/artwork_layout.h"
+#include "client/ui/dialer/shell/faces.h"
 #include "platform/automation/failure.h"
 #include "platform/automation/number_format.h"
 
@@ -19,9 +20,7 @@ constexpr int kLastRotatedPanel = 3;  // the buttons never bring panel 4 on show
 constexpr int kClockInterval = 1000;
 const char* const kSpeedSuffix = " bps";
 
-void Place(forms::Control& control, const layout::LayoutRect& r) {
-    control.Move(r.x, r.y, r.w, r.h);
-}
+using face::Place;
 
 void Put(forms::Control& control, forms::Control& panel, const layout::LayoutRect& r) {
     control.SetContainer(&panel);
@@ -33,7 +32,7 @@ void Put(forms::Control& control, forms::Control& panel, const layout::LayoutRec
 PerfPulldown::PerfPulldown(Application& app) : Form(app.Platform(), "PerfPulldown"), app_(app) {
     SetCaption("PerfPulldown");
     SetForeColor(0x00FF00);  // pure green: the outside of the artwork
-    Move(0, 0, place::kWidth, place::kHeight);
+    face::PlaceForm(*this, place::kWidth, place::kHeight);
     Design();
     WireEvents();
 }
@@ -71,11 +70,11 @@ void PerfPulldown::Design() {
 
 // Until its first turn a panel stands at its design place, outside the shape.
 void PerfPulldown::DesignPanels() {
-    CMPanel0.Move(place::CMPanel.x, place::CMPanel.y, place::CMPanel.w, place::CMPanel.h);
-    CMPanel1.Move(122, 4, 91, 95);
-    CMPanel2.Move(122, 102, 91, 95);
-    CMPanel3.Move(122, 200, 91, 95);
-    CMPanel4.Move(216, 3, 91, 95);
+    Place(CMPanel0, place::CMPanel);
+    Place(CMPanel1, {122, 4, 91, 95});
+    Place(CMPanel2, {122, 102, 91, 95});
+    Place(CMPanel3, {122, 200, 91, 95});
+    Place(CMPanel4, {216, 3, 91, 95});
 }
 
 void PerfPulldown::DesignCounters() {

@@ -3,21 +3,18 @@
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/core/main_win.h"
 #include "client/ui/dialer/shell/artwork_layout.h"
+#include "client/ui/dialer/shell/faces.h"
 #include "client/ui/dialer/shell/window_family.h"
 
 namespace kw::dialer {
 
-namespace {
-void Place(forms::Control& c, const layout::LayoutRect& r) {
-    c.Move(r.x, r.y, r.w, r.h);
-}
-}  // namespace
+using face::Place;
 
 MorePullout::MorePullout(Application& app) : Form(app.Platform(), "MorePullout"), app_(app) {
     SetCaption("MorePullout");
     SetForeColor(0x00FF00);  // pure green: the outside of the artwork
     SetPicture(layout::morepullout::kPicture);
-    Move(0, 0, layout::morepullout::kWidth, layout::morepullout::kHeight);
+    face::PlaceForm(*this, layout::morepullout::kWidth, layout::morepullout::kHeight);
     Place(btnDisplay, layout::morepullout::btnDisplay);
     Place(btnLog, layout::morepullout::btnLog);
     Place(btnPref, layout::morepullout::btnPref);

@@ -37,7 +37,7 @@ DisplayPullout::DisplayPullout(Application& app)
 void DisplayPullout::PlaceControls() {
     namespace at = layout::displaypullout;
     SetPicture(at::kPicture);
-    Move(Left(), Top(), layout::panel::kWidth, layout::panel::kHeight);
+    face::PlaceForm(*this, layout::panel::kWidth, layout::panel::kHeight);
     Image1.SetPicture(at::kIcon);
     face::Place(Label1, at::Label1);
     face::Place(SSFrame1, at::SSFrame1);

@@ -23,7 +23,7 @@ LogPullout::LogPullout(Application& app) : Form(app.Platform(), "LogPullout"), a
 void LogPullout::PlaceControls() {
     namespace at = layout::logpullout;
     SetPicture(at::kPicture);
-    Move(Left(), Top(), layout::panel::kWidth, layout::panel::kHeight);
+    face::PlaceForm(*this, layout::panel::kWidth, layout::panel::kHeight);
     Image1.SetPicture(at::kIcon);
     face::Place(Image1, at::Image1);
     face::Place(Label1, at::Label1);

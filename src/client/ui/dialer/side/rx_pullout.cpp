@@ -17,7 +17,7 @@ RxPullout::RxPullout(Application& app) : Form(app.Platform(), "RxPullout"), app_
 void RxPullout::PlaceControls() {
     namespace at = layout::rxpullout;
     SetPicture(at::kPicture);
-    Move(Left(), Top(), layout::drawer::kWidth, layout::drawer::kHeight);
+    face::PlaceForm(*this, layout::drawer::kWidth, layout::drawer::kHeight);
     Image1.SetPicture(at::kIcon);
     face::Place(Image1, at::Image1);
     face::Place(Label1, at::Label1);
