@@ -22,7 +22,8 @@ std::string WithSpeed(const std::string& text, int bps) {
 
 }  // namespace
 
-CallPlan PlanCall(const Store& store, const Destination& d, const Location& from) {
+CallPlan PlanCall(const Store& store, const std::string& user, const Destination& d,
+                  const Location& from) {
     CallPlan plan;
     plan.destination = d.name;
     plan.type = d.type;
@@ -32,7 +33,7 @@ CallPlan PlanCall(const Store& store, const Destination& d, const Location& from
     if (plan.overLan && d.type == "ISP") {
         plan.device = store.settings.vpnDevice;
     }
-    for (const auto& row : ComputeDialList(store, from, d).rows) {
+    for (const auto& row : ComputeDialList(store, user, from, d).rows) {
         if (row.enabled) {
             plan.numbers.push_back(row);
         }

@@ -53,7 +53,8 @@ struct CallPlan {
 };
 
 // The plan of a call to d from a location; the caller gives it its handle and scenario.
-CallPlan PlanCall(const Store& store, const Destination& d, const Location& from);
+CallPlan PlanCall(const Store& store, const std::string& user, const Destination& d,
+                  const Location& from);
 
 // One call, from Connect until the line is down: its steps, timers, statistics and transfers.
 // Every event handler may call back into the engine, end this call, start another or release the

@@ -31,7 +31,8 @@ bool Serves(const Destination& destination, const std::string& isp) {
 
 }  // namespace
 
-std::vector<IspRow> ComputeIspList(const Store& store, const Destination& destination) {
+std::vector<IspRow> ComputeIspList(const Store& store, const std::string& user,
+                                   const Destination& destination) {
     std::vector<IspRow> rows;
     for (const auto& isp : store.isps) {
         if (Serves(destination, isp.name)) {
@@ -41,7 +42,8 @@ std::vector<IspRow> ComputeIspList(const Store& store, const Destination& destin
     std::stable_sort(rows.begin(), rows.end(), [](const IspRow& a, const IspRow& b) {
         return a.isp->weight < b.isp->weight;
     });
-    if (auto saved = store.savedIsps.find(destination.name); saved != store.savedIsps.end()) {
+    if (auto saved = store.savedIsps.find(IspKey(user, destination.name));
+        saved != store.savedIsps.end()) {
         std::vector<IspRow> ordered;
         for (const auto& s : saved->second) {
             auto it = std::find_if(rows.begin(), rows.end(),
@@ -60,7 +62,7 @@ std::vector<IspRow> ComputeIspList(const Store& store, const Destination& destin
     return rows;
 }
 
-DialList ComputeDialList(const Store& store, const Location& location,
+DialList ComputeDialList(const Store& store, const std::string& user, const Location& location,
                          const Destination& destination) {
     DialList list;
     if (location.Get("TunnelOverLAN") == "1" || destination.type == "VPN") {
@@ -70,7 +72,7 @@ DialList ComputeDialList(const Store& store, const Location& location,
     const std::string area = location.Get("AreaCode");
 
     std::vector<const Isp*> usable;
-    for (const auto& row : ComputeIspList(store, destination)) {
+    for (const auto& row : ComputeIspList(store, user, destination)) {
         if (row.enabled) {
             usable.push_back(row.isp);
         }
@@ -107,7 +109,7 @@ DialList ComputeDialList(const Store& store, const Location& location,
     std::stable_sort(list.rows.begin(), list.rows.end(),
                      [](const PopRow& a, const PopRow& b) { return a.weight < b.weight; });
 
-    auto saved = store.savedPops.find(PopKey(location.name, destination.name));
+    auto saved = store.savedPops.find(PopKey(user, location.name, destination.name));
     if (saved != store.savedPops.end()) {
         std::vector<PopRow> ordered;
         for (const auto& s : saved->second) {

@@ -27,14 +27,15 @@ struct DialList {
 };
 
 // The ISPs a destination may use, in the user's saved order when there is one, else by weight.
-std::vector<IspRow> ComputeIspList(const Store& store, const Destination& destination);
+std::vector<IspRow> ComputeIspList(const Store& store, const std::string& user,
+                                   const Destination& destination);
 
 // The POPs to dial from a location for a destination. Without a saved ordering: the POPs of the
 // location's country, those of its own area code first, then toll-free numbers, then the rest of
 // the country, each group by cost (the POP's own plus its ISP's weight); from a country without
 // POPs, those abroad. A saved ordering comes back as saved; POPs added since go after it, and the
 // message says so.
-DialList ComputeDialList(const Store& store, const Location& location,
+DialList ComputeDialList(const Store& store, const std::string& user, const Location& location,
                          const Destination& destination);
 
 }  // namespace dravlink

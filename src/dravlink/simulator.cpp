@@ -120,6 +120,20 @@ Variant Simulator::GetUser(std::string& user, std::string& password, std::string
     return Variant(true);
 }
 
+bool Simulator::Allowed(const std::string& key) const {
+    const Account* account = store_.FindAccount(User());
+    if (account == nullptr) {
+        return false;
+    }
+    auto it = account->policies.find(key);
+    if (it == account->policies.end()) {
+        const Account* everyone = store_.FindAccount("*");
+        return everyone == nullptr || everyone->policies.count(key) == 0 ||
+               everyone->policies.at(key) != "0";
+    }
+    return it->second != "0";
+}
+
 Variant Simulator::GetPolicySetting(std::string& user, const std::string& key, std::string& value) {
     RequireLogon();
     if (std::none_of(std::begin(kPolicyKeys), std::end(kPolicyKeys),
@@ -171,7 +185,7 @@ Variant Simulator::GetEntryList(Variant& list) {
     }
     std::vector<std::string> entries;
     if (d->type != "VPN") {
-        for (const auto& row : ComputeIspList(store_, *d)) {
+        for (const auto& row : ComputeIspList(store_, User(), *d)) {
             entries.push_back(row.isp->name);
         }
     }
@@ -191,7 +205,7 @@ Variant Simulator::GetISPEntryProperty(const std::string& entryName, const std::
     }
     value = d->localPhoneNumber;
     if (Location* l = store_.FindLocation(builtLocation_)) {
-        for (const auto& row : ComputeDialList(store_, *l, *d).rows) {
+        for (const auto& row : ComputeDialList(store_, User(), *l, *d).rows) {
             if (row.enabled) {
                 value = row.pop->number;
                 break;
@@ -295,12 +309,11 @@ Variant Simulator::DeleteLocation(const std::string& location) {
     if (it == store_.locations.end()) {
         return Variant(false);
     }
-    const std::string prefix = it->name + "|";
+    const std::string gone = it->name;
     store_.locations.erase(it);
-    for (auto saved = store_.savedPops.begin(); saved != store_.savedPops.end();) {
-        saved =
-            saved->first.rfind(prefix, 0) == 0 ? store_.savedPops.erase(saved) : std::next(saved);
-    }
+    // Every user's orderings from that place go with it.
+    std::erase_if(store_.savedPops,
+                  [&](const auto& saved) { return LocationOfKey(saved.first) == gone; });
     store_.SaveLocations();
     store_.SaveOrderings();
     return Variant(true);
@@ -381,7 +394,7 @@ void Simulator::DeliverDialList(std::string location, std::string destination) {
     Variant rows;
     std::string message;
     if (l != nullptr && d != nullptr) {
-        DialList list = ComputeDialList(store_, *l, *d);
+        DialList list = ComputeDialList(store_, User(), *l, *d);
         message = list.message;
         rows = DialListArray(list.rows);
     }
@@ -396,10 +409,10 @@ Variant Simulator::SavePOPList(const std::string& location, const std::string& d
     Location* l = store_.FindLocation(location);
     const Destination* d = store_.FindDestination(destination);
     const auto rows = Rows(list, 4);
-    if (l == nullptr || d == nullptr || rows.empty()) {
+    if (l == nullptr || d == nullptr || rows.empty() || !Allowed("POPordering")) {
         return Variant(false);
     }
-    auto& saved = store_.savedPops[PopKey(l->name, d->name)];
+    auto& saved = store_.savedPops[PopKey(User(), l->name, d->name)];
     saved.clear();
     for (const auto& r : rows) {
         saved.push_back(SavedPop{r[0], r[1], r[3] == "1"});
@@ -415,7 +428,7 @@ Variant Simulator::RefreshPOPList(const std::string& destination, const std::str
     if (l == nullptr || d == nullptr) {
         return Variant(false);
     }
-    store_.savedPops.erase(PopKey(l->name, d->name));
+    store_.savedPops.erase(PopKey(User(), l->name, d->name));
     store_.SaveOrderings();
     return Variant(true);
 }
@@ -426,7 +439,7 @@ Variant Simulator::GetISPList(const std::string& destination, Variant& list) {
     if (d == nullptr) {
         return Variant(std::int32_t{0});
     }
-    const auto rows = ComputeIspList(store_, *d);
+    const auto rows = ComputeIspList(store_, User(), *d);
     if (rows.empty()) {
         list = Variant();
         return Variant(std::int32_t{0});
@@ -439,10 +452,10 @@ Variant Simulator::SaveISPList(const std::string& destination, Variant& list) {
     RequireLogon();
     const Destination* d = store_.FindDestination(destination);
     const auto rows = Rows(list, 2);
-    if (d == nullptr || rows.empty()) {
+    if (d == nullptr || rows.empty() || !Allowed("ISPordering")) {
         return Variant(false);
     }
-    auto& saved = store_.savedIsps[d->name];
+    auto& saved = store_.savedIsps[IspKey(User(), d->name)];
     saved.clear();
     for (const auto& r : rows) {
         saved.push_back(SavedIsp{r[0], r[1] == "1"});
@@ -457,7 +470,7 @@ Variant Simulator::RefreshISPList(const std::string& destination) {
     if (d == nullptr) {
         return Variant(false);
     }
-    store_.savedIsps.erase(d->name);
+    store_.savedIsps.erase(IspKey(User(), d->name));
     store_.SaveOrderings();
     return Variant(true);
 }
@@ -466,7 +479,7 @@ Variant Simulator::SetISPLogin(std::string& user, std::string& ispName, const st
                                const std::string& ispPassword) {
     RequireLogon();
     const Isp* isp = store_.FindIsp(ispName);
-    if (isp == nullptr) {
+    if (isp == nullptr || !Allowed(kIspLoginPolicy)) {
         return Variant(false);
     }
     store_.ispLogins[user + "|" + isp->name] = {ispUser, EncodePassword(ispPassword)};
@@ -510,7 +523,7 @@ Variant Simulator::Connect(const std::string& destination, bool) {
     if (l == nullptr) {
         throw Failure(kBadFromNumber, "There is no location to dial from.");
     }
-    CallPlan plan = PlanCall(store_, *d, *l);
+    CallPlan plan = PlanCall(store_, User(), *d, *l);
     plan.handle = nextHandle_++;
     plan.scenario = ScenarioFor(d->name);
     CallHost& host = *this;

@@ -87,6 +87,8 @@ class Simulator : public kw::dialer::Dravlink, private CallHost {
     bool InCall() const { return call_ != nullptr; }
 
   private:
+    // The logged-on user's right to change something of the engine's: granted unless "0".
+    bool Allowed(const std::string& key) const;
     void RequireLogon() const;
     Location* AnyLocation(const std::string& name);
     void DeliverDialList(std::string location, std::string destination);

@@ -1,5 +1,7 @@
 #include "dravlink/store.h"
 
+#include <cstdio>
+
 #include "dravlink/store_loaders.h"
 
 namespace dravlink {
@@ -19,9 +21,54 @@ std::string Location::Get(const std::string& key) const {
     return it == properties.end() ? "" : it->second;
 }
 
-std::string PopKey(const std::string& location, const std::string& destination) {
-    return location + "|" + destination;
+std::string PopKey(const std::string& user, const std::string& location,
+                   const std::string& destination) {
+    return user + "|" + location + "|" + destination;
 }
+
+std::string IspKey(const std::string& user, const std::string& destination) {
+    return user + "|" + destination;
+}
+
+std::string LocationOfKey(const std::string& key) {
+    const auto first = key.find('|');
+    const auto second = key.find('|', first + 1);
+    if (first == std::string::npos || second == std::string::npos) {
+        return {};
+    }
+    return key.substr(first + 1, second - first - 1);
+}
+
+namespace {
+
+void AddGeneratedPops(Store& s) {
+    const auto& g = s.settings.generatedPops;
+    if (g.count == 0) {
+        return;
+    }
+    const Isp* isp = s.FindIsp(g.isp);
+    if (isp == nullptr) {
+        throw DataError(s.dir / "engine.ini", 0, "GeneratedPOPs names an ISP not in isps.txt");
+    }
+    s.pops.reserve(s.pops.size() + static_cast<std::size_t>(g.count));
+    for (int i = 0; i < g.count; ++i) {
+        Pop p;
+        p.index = static_cast<int>(s.pops.size());
+        p.isp = isp->name;
+        p.countryCode = g.countryCode;
+        p.areaCode = g.areaCode;
+        char number[32];
+        std::snprintf(number, sizeof number, "%s-%03d-%04d", g.areaCode.c_str(), 200 + i / 10000,
+                      i % 10000);
+        p.number = number;
+        p.city = "Exchange " + std::to_string(200 + i / 10000);
+        p.modem = "V.90";
+        p.cost = 1 + i % 3;
+        s.pops.push_back(std::move(p));
+    }
+}
+
+}  // namespace
 
 void Store::Seed(const fs::path& dir, const fs::path& sampleDir) {
     fs::create_directories(dir);
@@ -46,6 +93,7 @@ Store Store::Load(const fs::path& dir) {
     s.accounts = LoadAccounts(dir / "accounts.ini");
     s.isps = LoadIsps(dir / "isps.txt");
     s.pops = LoadPops(dir / "pops.txt", s.isps);
+    AddGeneratedPops(s);
     s.destinations = LoadPhoneBook(dir / "phonebook.ini", s.isps, s.settings.vpnDevice);
     s.locations = LoadLocations(dir / "locations.ini");
     s.countries = LoadCountries(dir / "countries.txt");
@@ -163,8 +211,8 @@ void Store::SaveOrderings() const {
         sections.push_back(std::move(section));
     }
     WriteIni(dir / "orderings.ini",
-             "# The user's saved dial list orderings: [POP location|destination], [ISP "
-             "destination].\n",
+             "# The users' saved dial list orderings: [POP user|location|destination], [ISP "
+             "user|destination].\n",
              sections);
 }
 

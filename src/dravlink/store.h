@@ -13,6 +13,8 @@ namespace dravlink {
 // The five policy keys the client asks for, per user.
 inline const char* const kPolicyKeys[] = {"CCdialing", "ManualDialing", "POPordering",
                                           "ISPordering", "DialStringEditing"};
+// The engine's own right, which the client never asks for: changing the stored ISP logins.
+inline const char* const kIspLoginPolicy = "ISPLogin";
 
 struct Account {
     std::string user;      // "*" is everyone without an account of their own
@@ -96,6 +98,13 @@ struct EngineSettings {
     std::string vpnDevice = "Ostvarra VPN Adapter";
     // How long the engine takes to answer a dial list request: a real one computes for a while.
     int dialListDelayMs = 250;
+    // A phone book too long to ship: that many numbers of one ISP in one area code, made at load.
+    struct GeneratedPops {
+        std::string isp;
+        int countryCode = 0;
+        std::string areaCode;
+        int count = 0;
+    } generatedPops;
 };
 
 // Everything the engine knows, read from its data directory. Loading is all or nothing: a
@@ -110,7 +119,7 @@ struct Store {
     std::vector<CallingCard> cards;
     std::vector<Isp> isps;
     std::vector<Pop> pops;
-    // Keyed by location and destination ("location|destination"), and by destination.
+    // Per user: keyed by user, location and destination (PopKey), and by user and destination.
     std::map<std::string, std::vector<SavedPop>> savedPops;
     std::map<std::string, std::vector<SavedIsp>> savedIsps;
     // ISP logins per user and ISP ("user|isp"): user name and encoded password.
@@ -133,6 +142,10 @@ struct Store {
     void SaveIspLogins() const;
 };
 
-std::string PopKey(const std::string& location, const std::string& destination);
+std::string PopKey(const std::string& user, const std::string& location,
+                   const std::string& destination);
+std::string IspKey(const std::string& user, const std::string& destination);
+// The location a PopKey names.
+std::string LocationOfKey(const std::string& key);
 
 }  // namespace dravlink

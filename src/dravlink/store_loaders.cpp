@@ -41,7 +41,7 @@ const char* PolicyKey(const std::string& key) {
             return known;
         }
     }
-    return nullptr;
+    return SameText(key, kIspLoginPolicy) ? kIspLoginPolicy : nullptr;
 }
 
 Account ReadAccount(const IniFile& file, const IniSection& section) {
@@ -164,6 +164,31 @@ void ReadDialListDelay(const fs::path& file, const IniSection& section, EngineSe
     }
 }
 
+namespace {
+
+void ReadGeneratedPops(const fs::path& file, const IniSection& section, EngineSettings& settings) {
+    for (const auto& entry : section.entries) {
+        if (!SameText(entry.key, "GeneratedPOPs") || TrimBlanks(entry.value).empty()) {
+            continue;
+        }
+        const auto f = SplitList(entry.value, '|');
+        if (f.size() != 4) {
+            throw DataError(file, entry.line,
+                            "GeneratedPOPs is \"ISP | country code | area code | count\"");
+        }
+        auto& g = settings.generatedPops;
+        g.isp = f[0];
+        g.countryCode = ParseInt(file, entry.line, f[1], "the country code");
+        g.areaCode = f[2];
+        g.count = ParseInt(file, entry.line, f[3], "the count");
+        if (g.count < 0) {
+            throw DataError(file, entry.line, "GeneratedPOPs must not count below 0");
+        }
+    }
+}
+
+}  // namespace
+
 EngineSettings LoadEngineSettings(const fs::path& file) {
     EngineSettings settings;
     for (const auto& section : ReadIni(file).sections) {
@@ -172,6 +197,7 @@ EngineSettings LoadEngineSettings(const fs::path& file) {
             settings.modem = section.Get("Modem", settings.modem);
             settings.vpnDevice = section.Get("VpnDevice", settings.vpnDevice);
             ReadDialListDelay(file, section, settings);
+            ReadGeneratedPops(file, section, settings);
         }
     }
     return settings;

@@ -1,7 +1,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <fstream>
+#include <set>
 
 #include "client/ui/dialer/engine/engine_factory.h"
 #include "dravlink/credentials.h"
@@ -306,6 +308,74 @@ TEST_F(SimulatorTest, AnIspListSavedWithAnIspOffLeavesItsPopsOutOfTheDialList) {
     EXPECT_TRUE(Ok(engine_->RefreshISPList("Engineering Lab")));
     engine_->GetISPList("Engineering Lab", isps);
     EXPECT_EQ(Column(isps, 0), names);
+}
+
+// The rows of a dial list, reversed and all ticked off, in the client's save shape.
+Variant ReversedAndOff(const Variant& dialList) {
+    const auto numbers = Column(dialList, 1);
+    const auto isps = Column(dialList, 2);
+    const auto n = static_cast<std::int32_t>(numbers.size());
+    auto save = SafeArray::TwoDim(0, n - 1, 0, 8, SafeArray::ElementType::String);
+    for (std::int32_t r = 0; r < n; ++r) {
+        const auto i = static_cast<std::size_t>(n - 1 - r);
+        save.Set(r, 0, Variant(numbers[i]));
+        save.Set(r, 1, Variant(isps[i]));
+        save.Set(r, 2, Variant(std::to_string(r)));
+        save.Set(r, 3, Variant("0"));
+    }
+    return Variant(save);
+}
+
+TEST_F(SimulatorTest, EachUserKeepsTheirOwnSavedDialList) {
+    Start("", "ana");
+    const auto computed = Column(DialList("Home Office", "Ostvarra Corporate"), 1);
+    Variant list = ReversedAndOff(DialList("Home Office", "Ostvarra Corporate"));
+    ASSERT_TRUE(Ok(engine_->SavePOPList("Home Office", "Ostvarra Corporate", list)));
+    Start("", "bob");
+    EXPECT_EQ(Column(DialList("Home Office", "Ostvarra Corporate"), 1), computed);
+    Start("", "ana");
+    auto reversed = computed;
+    std::reverse(reversed.begin(), reversed.end());
+    EXPECT_EQ(Column(DialList("Home Office", "Ostvarra Corporate"), 1), reversed);
+}
+
+TEST_F(SimulatorTest, AUserWithoutTheRightsChangesNeitherListsNorLogins) {
+    Start("", "guest", "guest");
+    const Variant computed = DialList("Home Office", "Ostvarra Corporate");
+    Variant pops = ReversedAndOff(computed);
+    EXPECT_FALSE(Ok(engine_->SavePOPList("Home Office", "Ostvarra Corporate", pops)));
+    auto ispSave = SafeArray::TwoDim(0, 0, 0, 6, SafeArray::ElementType::String);
+    ispSave.Set(0, 0, Variant("Meridian Dial"));
+    ispSave.Set(0, 1, Variant("0"));
+    Variant isps(ispSave);
+    EXPECT_FALSE(Ok(engine_->SaveISPList("Engineering Lab", isps)));
+    std::string user = "guest";
+    std::string isp = "Bluewave Online";
+    EXPECT_FALSE(Ok(engine_->SetISPLogin(user, isp, "g1", "pw")));
+    EXPECT_EQ(Column(DialList("Home Office", "Ostvarra Corporate"), 1), Column(computed, 1));
+    EXPECT_EQ(Column(DialList("Home Office", "Ostvarra Corporate"), 6), Column(computed, 6));
+}
+
+TEST_F(SimulatorTest, AnIspLoginSetIsWhatTheNextStartGets) {
+    Start();
+    std::string user = "ana";
+    std::string isp = "Bluewave Online";
+    ASSERT_TRUE(Ok(engine_->SetISPLogin(user, isp, "ana.bw", "s3cret")));
+    Start();
+    Variant login;
+    ASSERT_TRUE(Ok(engine_->GetISPLogin(user, isp, login)));
+    EXPECT_EQ(CStr(login.ToArray().Get(0)), "ana.bw");
+    EXPECT_EQ(CStr(login.ToArray().Get(1)), "s3cret");
+}
+
+TEST_F(SimulatorTest, AGeneratedPhoneBookGivesOneLocationTensOfThousandsOfPops) {
+    std::filesystem::create_directories(dataDir_);
+    std::ofstream(dataDir_ / "engine.ini")
+        << "[Engine]\nDialListDelay = 0\nGeneratedPOPs = Bluewave Online | 1 | 512 | 32767\n";
+    Start();
+    const auto numbers = Column(DialList("Home Office", "Engineering Lab"), 1);
+    EXPECT_GT(numbers.size(), 32767u);
+    EXPECT_EQ(std::set<std::string>(numbers.begin(), numbers.end()).size(), numbers.size());
 }
 
 TEST_F(SimulatorTest, DialListRequestsThatCannotBeServedSayWhy) {

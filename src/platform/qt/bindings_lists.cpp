@@ -5,7 +5,6 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QTreeWidget>
 
 #include "platform/qt/convert.h"
 
@@ -186,117 +185,6 @@ void ListBoxBinding::ShowListIndex() {
     list_->setCurrentRow(index);
     if (index < 0) {
         list_->clearSelection();
-    }
-}
-
-// ---- list view ----------------------------------------------------------------------------
-
-ListViewBinding::ListViewBinding(forms::ListView& model, std::shared_ptr<BindingContext> context)
-    : ControlBinding(model, std::move(context)), model_(model) {}
-
-QWidget* ListViewBinding::Create(QWidget* parent) {
-    tree_ = new QTreeWidget(parent);
-    tree_->setRootIsDecorated(false);
-    tree_->setUniformRowHeights(true);
-    tree_->setSelectionMode(QAbstractItemView::SingleSelection);
-    tree_->setAllColumnsShowFocus(true);
-    return tree_;
-}
-
-void ListViewBinding::ConnectInput() {
-    OnUserInput(tree_, &QTreeWidget::itemChanged,
-                [this](QTreeWidgetItem* item, int column) { UserChecked(item, column); });
-    OnUserInput(tree_, &QTreeWidget::itemSelectionChanged, [this] { UserSelected(); });
-}
-
-void ListViewBinding::UserChecked(QTreeWidgetItem* item, int column) {
-    if (column != 0) {
-        return;
-    }
-    const int index = tree_->indexOfTopLevelItem(item) + 1;
-    const bool checked = item->checkState(0) == Qt::Checked;
-    if (index < 1 || index > model_.ItemCount() || model_.Item(index).checked == checked) {
-        return;
-    }
-    model_.UserCheck(index, checked);
-    Reshow(Property::Items);
-}
-
-void ListViewBinding::UserSelected() {
-    const auto selected = tree_->selectedItems();
-    if (selected.isEmpty()) {
-        return;
-    }
-    model_.UserSelectItem(tree_->indexOfTopLevelItem(selected.first()) + 1);
-    Reshow(Property::Items);
-}
-
-void ListViewBinding::Show(Property what) {
-    switch (what) {
-        case Property::Columns:
-            ShowColumns();
-            break;
-        case Property::Items:
-        case Property::Attributes:
-            ShowItems();
-            break;
-        case Property::Colors:
-            ShowFieldColours(tree_, model_);
-            break;
-        default:
-            break;
-    }
-}
-
-void ListViewBinding::ShowColumns() {
-    const auto& columns = model_.Columns();
-    QStringList labels;
-    for (const auto& column : columns) {
-        labels << ToQString(column.text);
-    }
-    tree_->setColumnCount(std::max<int>(static_cast<int>(columns.size()), 1));
-    tree_->setHeaderLabels(labels);
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (columns[i].width > 0) {
-            tree_->setColumnWidth(static_cast<int>(i), columns[i].width);
-        }
-    }
-}
-
-void ListViewBinding::ShowItems() {
-    const int count = model_.ItemCount();
-    while (tree_->topLevelItemCount() > count) {
-        delete tree_->takeTopLevelItem(tree_->topLevelItemCount() - 1);
-    }
-    while (tree_->topLevelItemCount() < count) {
-        tree_->addTopLevelItem(new QTreeWidgetItem());
-    }
-    QTreeWidgetItem* selected = nullptr;
-    for (int i = 1; i <= count; ++i) {
-        QTreeWidgetItem* row = tree_->topLevelItem(i - 1);
-        ShowRow(row, model_.Item(i));
-        if (model_.Item(i).selected) {
-            selected = row;
-        }
-    }
-    tree_->setCurrentItem(selected);
-    if (selected == nullptr) {
-        tree_->clearSelection();
-    }
-    tree_->viewport()->update();
-}
-
-void ListViewBinding::ShowRow(QTreeWidgetItem* row, const forms::ListItem& item) {
-    row->setText(0, ToQString(item.text));
-    for (std::size_t s = 0; s < item.subItems.size(); ++s) {
-        row->setText(static_cast<int>(s) + 1, ToQString(item.subItems[s]));
-    }
-    if (model_.Checkboxes()) {
-        row->setFlags(row->flags() | Qt::ItemIsUserCheckable);
-        row->setCheckState(0, item.checked ? Qt::Checked : Qt::Unchecked);
-    } else {
-        row->setFlags(row->flags() & ~Qt::ItemIsUserCheckable);
-        row->setData(0, Qt::CheckStateRole, QVariant());
     }
 }
 

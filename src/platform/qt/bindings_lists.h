@@ -5,8 +5,6 @@
 
 class QComboBox;
 class QListWidget;
-class QTreeWidget;
-class QTreeWidgetItem;
 
 namespace kw::qt {
 
@@ -54,27 +52,6 @@ class ListBoxBinding final : public ControlBinding {
 
     forms::ListBox& model_;
     QListWidget* list_ = nullptr;
-};
-
-// A list view in report view: columns, rows with sub-items, check boxes when the model has them.
-class ListViewBinding final : public ControlBinding {
-  public:
-    ListViewBinding(forms::ListView& model, std::shared_ptr<BindingContext> context);
-
-  protected:
-    QWidget* Create(QWidget* parent) override;
-    void ConnectInput() override;
-    void Show(forms::Property what) override;
-
-  private:
-    void UserChecked(QTreeWidgetItem* item, int column);
-    void UserSelected();
-    void ShowColumns();
-    void ShowItems();
-    void ShowRow(QTreeWidgetItem* row, const forms::ListItem& item);
-
-    forms::ListView& model_;
-    QTreeWidget* tree_ = nullptr;
 };
 
 }  // namespace kw::qt

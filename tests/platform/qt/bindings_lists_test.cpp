@@ -5,7 +5,6 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QTreeWidget>
 
 #include "binding_fixture.h"
 
@@ -105,41 +104,6 @@ TEST_F(ListBindingTest, DoubleClickingAListBoxRowRunsDblClick) {
     form.lbChoices.AddItem("one");
     emit list->itemDoubleClicked(list->item(0));
     EXPECT_THAT(form.journal, ElementsAre("lbChoices_DblClick"));
-}
-
-TEST_F(ListBindingTest, AListViewShowsColumnsRowsAndChecks) {
-    auto* tree = Bind<QTreeWidget>(form.lstvDial);
-    form.lstvDial.AddItem("Acme");
-    form.lstvDial.SetSubItem(1, 1, "Boston");
-    form.lstvDial.SetChecked(1, true);
-    ASSERT_EQ(tree->topLevelItemCount(), 1);
-    EXPECT_EQ(tree->headerItem()->text(1), "POP");
-    EXPECT_EQ(tree->topLevelItem(0)->text(1), "Boston");
-    EXPECT_EQ(tree->topLevelItem(0)->checkState(0), Qt::Checked);
-}
-
-TEST_F(ListBindingTest, AListViewWithoutCheckboxesShowsNoChecks) {
-    auto* tree = Bind<QTreeWidget>(form.lstvDial);
-    form.lstvDial.AddItem("Acme");
-    form.lstvDial.SetCheckboxes(false);
-    EXPECT_FALSE(tree->topLevelItem(0)->data(0, Qt::CheckStateRole).isValid());
-}
-
-TEST_F(ListBindingTest, CheckingAListViewRowRunsItemCheck) {
-    auto* tree = Bind<QTreeWidget>(form.lstvDial);
-    form.lstvDial.AddItem("Acme");
-    form.lstvDial.AddItem("Globex");
-    tree->topLevelItem(1)->setCheckState(0, Qt::Checked);
-    EXPECT_TRUE(form.lstvDial.Item(2).checked);
-    EXPECT_THAT(form.journal, ElementsAre("lstvDial_ItemCheck:2=on"));
-}
-
-TEST_F(ListBindingTest, SelectingAListViewRowSelectsTheModelsItem) {
-    auto* tree = Bind<QTreeWidget>(form.lstvDial);
-    form.lstvDial.AddItem("Acme");
-    form.lstvDial.AddItem("Globex");
-    tree->setCurrentItem(tree->topLevelItem(1));
-    EXPECT_EQ(form.lstvDial.SelectedItem(), 2);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -91,6 +92,21 @@ TEST_F(FormWindowTest, ReturnAndEscapePressTheDefaultAndCancelButtons) {
     QTest::keyClick(user, Qt::Key_Return);
     QTest::keyClick(user, Qt::Key_Escape);
     EXPECT_THAT(form.journal, ElementsAre("btnConnect_Click", "btnCancel_Click"));
+}
+
+TEST_F(FormWindowTest, AListViewsMouseUpAndDoubleClickReachTheModel) {
+    form.lstvDial.AddItem("Acme");
+    form.lstvDial.MouseUp = [this](int button, int, float x, float y) {
+        form.Note("lstvDial_MouseUp:" + std::to_string(button) + "@" +
+                  std::to_string(static_cast<int>(x)) + "," + std::to_string(static_cast<int>(y)));
+    };
+    form.lstvDial.DblClick = [this] { form.Note("lstvDial_DblClick"); };
+    QWidget* rows = Find<QAbstractItemView>("lstvDial")->viewport();
+    QTest::mouseClick(rows, Qt::RightButton, {}, QPoint(30, 6));
+    QTest::mouseDClick(rows, Qt::LeftButton, {}, QPoint(30, 6));
+    ASSERT_GE(form.journal.size(), 2U);
+    EXPECT_EQ(form.journal.front(), "lstvDial_MouseUp:2@30,6");
+    EXPECT_EQ(form.journal.back(), "lstvDial_DblClick");
 }
 
 TEST_F(FormWindowTest, AnImageMakesItsClickFromTheMouse) {
