@@ -117,10 +117,17 @@ void PaintLeftAxis(QPainter& painter, const forms::Chart& chart, const QRectF& p
     painter.setFont(font);
     const QFontMetricsF metrics(font);
     const double half = metrics.height() / 2;
+    // A label that would overlap the one drawn before it keeps its tick and loses its text, as
+    // a small chart shows only every other label of a fine increment.
+    double lastCentre = -1e9;
     for (const forms::AxisLabel& label : labels) {
         const double y = scale.ValueY(chart, label.value);
         painter.drawLine(QPointF(plot.left(), y), QPointF(plot.left() + tick + 1, y));
         const double centre = std::clamp(y, plot.top() + half, plot.bottom() - half);
+        if (std::fabs(centre - lastCentre) < metrics.height()) {
+            continue;
+        }
+        lastCentre = centre;
         const QRectF box(plot.left() + tick + 2, centre - half, plot.width() - tick - 2,
                          metrics.height());
         painter.drawText(box, Qt::AlignLeft | Qt::AlignVCenter, ToQString(label.text));

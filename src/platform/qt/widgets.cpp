@@ -18,7 +18,9 @@ void PanelWidget::SetCaption(const QString& caption) {
 
 void PanelWidget::paintEvent(QPaintEvent* event) {
     QFrame::paintEvent(event);
-    if (caption_.isEmpty()) {
+    // Controls on the panel cover its caption, transparent labels included.
+    if (caption_.isEmpty() ||
+        !findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly).isEmpty()) {
         return;
     }
     QPainter painter(this);
