@@ -63,11 +63,11 @@ LinkStatistics::Report LinkStatistics::Tick(std::mt19937& random, bool tunnelUp)
 }
 
 // The share of the line in use this second. Browsing goes in phases of a few seconds each; the
-// swelling line rises past a megabit for twenty seconds of every minute.
+// swelling line rises past a megabit for twenty seconds of every minute, ten seconds in.
 double LinkStatistics::Load(std::mt19937& random) {
     std::uniform_real_distribution<double> jitter(0.85, 1.12);
     if (profile_.traffic == Traffic::Swells) {
-        const bool high = seconds_ % 60 >= 20 && seconds_ % 60 < 40;
+        const bool high = seconds_ % 60 >= 10 && seconds_ % 60 < 30;
         return (high ? 0.6 : 0.04) * jitter(random);
     }
     if (phaseLeft_ <= 0) {

@@ -136,7 +136,7 @@ TEST(LinkStatisticsTest, AFastLineSwellsPastAMegabitAndFallsBack) {
     const auto rx = Each(Seconds({4000000, false, Traffic::Swells}, 120),
                          [](const Figures& s) { return s.rx; });
     for (int t = 0; t < 120; ++t) {
-        const bool high = t % 60 >= 20 && t % 60 < 40;
+        const bool high = t % 60 >= 10 && t % 60 < 30;
         if (high) {
             EXPECT_GT(rx[static_cast<std::size_t>(t)], 100000) << "second " << t;
         } else {
