@@ -2,8 +2,10 @@
 // walked through the engine simulator by pressing the real controls, and a screenshot of the
 // screen at each stage.
 //
-//   kestrelway-demo OUTDIR [DESTINATION [SCENARIO]]
+//   kestrelway-demo OUTDIR [DESTINATION [SCENARIO [performance]]]
 // SCENARIO names how the simulated engine lets the call go (isp-password, call-home, ...).
+// "performance" pulls the performance window down once connected and turns it through its four
+// panels, two screenshots of each some seconds apart, before hanging up.
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
@@ -26,6 +28,7 @@
 #include "client/ui/dialer/engine/frm_get_user_input.h"
 #include "client/ui/dialer/engine/frm_isp_login.h"
 #include "client/ui/dialer/engine/frm_login.h"
+#include "client/ui/dialer/performance/perf_pulldown.h"
 #include "dravlink/simulator.h"
 #include "platform/qt/form_window.h"
 #include "platform/qt/look.h"
@@ -38,11 +41,12 @@ using kw::dialer::MainWin;
 class Demo {
   public:
     Demo(kw::qt::QtPlatform& platform, kw::dialer::Application& app, QString outDir,
-         std::string destination)
+         std::string destination, bool performance)
         : platform_(platform),
           app_(app),
           outDir_(std::move(outDir)),
-          destination_(std::move(destination)) {}
+          destination_(std::move(destination)),
+          performance_(performance) {}
 
     // Answers the dialogs and boxes that come up, whenever they come.
     void WatchDialogs() {
@@ -120,6 +124,12 @@ class Demo {
 
     void Connected() {
         Shot("connected");
+        if (performance_) {
+            performance_ = false;
+            Click(app_.Form<kw::dialer::PerfPulldown>(), "downBtn");
+            QTimer::singleShot(3000, qApp, [this] { PerformancePanel(0); });
+            return;
+        }
         Click(Win(), "btnRxPullout");
         Wait([] { return true; },
              [this] {
@@ -134,6 +144,41 @@ class Demo {
                           });
                  });
              });
+    }
+
+    // Two pictures of the panel on show, the numbers moving between them, then the next panel.
+    void PerformancePanel(int panel) {
+        if (panel == 4) {
+            Click(app_.Form<kw::dialer::PerfPulldown>(), "downBtn");
+            QTimer::singleShot(1000, qApp, [this] { Connected(); });
+            return;
+        }
+        const QString name = QString("performance-panel%1-").arg(panel);
+        PerformanceShot(name + "a");
+        QTimer::singleShot(4000, qApp, [this, panel, name] {
+            PerformanceShot(name + "b");
+            Click(app_.Form<kw::dialer::PerfPulldown>(), "LeftBtn");
+            QTimer::singleShot(1500, qApp, [this, panel] { PerformancePanel(panel + 1); });
+        });
+    }
+
+    // The main window and the performance window under it, at their own size.
+    void PerformanceShot(const QString& name) {
+        QApplication::processEvents();
+        QWidget* main = platform_.WindowOf(Win());
+        QWidget* perf = platform_.WindowOf(app_.Form<kw::dialer::PerfPulldown>());
+        if (main == nullptr || perf == nullptr) {
+            return;
+        }
+        const QRect area =
+            main->frameGeometry().united(perf->frameGeometry()).adjusted(-4, -4, 4, 4);
+        QPixmap picture = QGuiApplication::primaryScreen()->grabWindow(0, area.x(), area.y(),
+                                                                       area.width(), area.height());
+        const QString path =
+            outDir_ + "/" + QString("%1-").arg(++shots_, 2, 10, QChar('0')) + name + ".png";
+        picture.save(path);
+        std::printf("  %s\n", qPrintable(path));
+        std::fflush(stdout);
     }
 
     void AnswerWhatIsUp() {
@@ -197,6 +242,7 @@ class Demo {
     kw::dialer::Application& app_;
     QString outDir_;
     std::string destination_;
+    bool performance_ = false;
     int shots_ = 0;
     std::set<std::string> answered_;
 };
@@ -220,7 +266,8 @@ int main(int argc, char** argv) {
     const std::string assets = kw::dialer::Application::DefaultAssetsDir();
     kw::qt::QtPlatform platform(assets, "kestrelway-demo");
     kw::dialer::Application app(platform, assets);
-    Demo demo(platform, app, outDir, destination);
+    const bool performance = argc > 4 && std::string(argv[4]) == "performance";
+    Demo demo(platform, app, outDir, destination, performance);
     demo.WatchDialogs();
     std::printf("Kestrelway demonstration: a call to %s\n", destination.c_str());
     platform.Dispatch([&app] { kw::dialer::Main(app); });

@@ -177,7 +177,7 @@ void CallRun::StepBusy() {
 
 void CallRun::StepConnectIsp() {
     const std::string isp = Dialled().isp;
-    linkBps_ = kModemBps;
+    linkBps_ = plan_.scenario == scenario::kFastLink ? kFastLineBps : kModemBps;
     // The modem has carrier from here: the link's counters run while the ISP is negotiated.
     StartStatistics();
     if (Progress(104, "Connecting to " + isp) &&
@@ -446,6 +446,13 @@ void CallRun::LineDown() {
 // ---- statistics and transfers ------------------------------------------------------------------
 
 void CallRun::StartStatistics() {
+    LinkProfile line;
+    line.bitsPerSecond = linkBps_;
+    line.modem = !plan_.overLan && linkBps_ == kModemBps;
+    line.traffic = plan_.scenario == scenario::kFastLink   ? Traffic::Swells
+                   : plan_.scenario == scenario::kLongCall ? Traffic::LongRun
+                                                           : Traffic::Ordinary;
+    statistics_.SetLink(line);
     if (statsTimer_ == 0) {
         statsTimer_ = host_.Timers().SetTimer(1000, [this] { OnStatisticsTimer(); });
     }
@@ -456,7 +463,7 @@ void CallRun::OnStatisticsTimer() {
         KillTimer(statsTimer_);
         return;
     }
-    auto report = statistics_.Tick(host_.Random(), !plan_.overLan, tunnelUp_);
+    auto report = statistics_.Tick(host_.Random(), tunnelUp_);
     Raise([&](DravlinkEvents& sink) { sink.GetConnectionStatistics(report.first, report.second); });
 }
 

@@ -21,6 +21,7 @@ namespace dravlink {
 
 inline constexpr int kModemBps = 28800;
 inline constexpr int kLanBps = 10000000;
+inline constexpr int kFastLineBps = 4000000;
 
 // What a call uses of the engine that runs it. The engine outlives each of its calls.
 class CallHost {

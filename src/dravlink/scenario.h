@@ -20,9 +20,11 @@ inline constexpr const char* kChoice = "choice";
 inline constexpr const char* kInput = "input";
 inline constexpr const char* kNewCredentials = "new-credentials";
 inline constexpr const char* kCallHome = "call-home";
+inline constexpr const char* kFastLink = "fast-link";
+inline constexpr const char* kLongCall = "long-call";
 inline constexpr const char* kAll[] = {
     kNormal,   kBusy,   kIspPassword, kTunnelUnreachable, kNoNumbers, kInvalidNumber, kMotd,
-    kQuestion, kChoice, kInput,       kNewCredentials,    kCallHome};
+    kQuestion, kChoice, kInput,       kNewCredentials,    kCallHome,  kFastLink,      kLongCall};
 }  // namespace scenario
 
 inline bool IsScenario(const std::string& name) {

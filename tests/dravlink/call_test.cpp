@@ -81,8 +81,12 @@ TEST_F(SimulatorTest, StatisticsCountUpAndDrawTransmitBelowTheZeroLine) {
     const auto& [ispBefore, vpnBefore] = sink_.stats[sink_.stats.size() - 3];
     EXPECT_GT(Figure(isp, 2), Figure(ispBefore, 2)) << "bytes received are cumulative";
     EXPECT_GT(Figure(vpn, 0), Figure(vpnBefore, 0));
-    EXPECT_GT(Figure(isp, 3), 1000);
-    EXPECT_LT(Figure(isp, 3), 4000) << "a 28.8k modem link";
+    double fastest = 0;
+    for (const auto& second : sink_.stats) {
+        fastest = std::max(fastest, Figure(second.first, 3));
+    }
+    EXPECT_GT(fastest, 1000);
+    EXPECT_LE(fastest, 2880) << "a 28.8k modem link";
     EXPECT_LT(Figure(isp, 5), 0);
     EXPECT_GT(Figure(vpn, 5), 100) << "round trip in milliseconds over a modem";
 }

@@ -1,6 +1,7 @@
 #include "platform/forms/control.h"
 #include "platform/forms/controls.h"
 #include "platform/qt/binding.h"
+#include "platform/qt/binding_chart.h"
 #include "platform/qt/binding_list_view.h"
 #include "platform/qt/bindings_lists.h"
 #include "platform/qt/bindings_simple.h"

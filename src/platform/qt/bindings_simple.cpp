@@ -247,19 +247,4 @@ void ProgressBinding::Show(Property what) {
     }
 }
 
-// ---- chart --------------------------------------------------------------------------------
-
-ChartBinding::ChartBinding(forms::Chart& model, std::shared_ptr<BindingContext> context)
-    : ControlBinding(model, std::move(context)), model_(model) {}
-
-QWidget* ChartBinding::Create(QWidget* parent) {
-    return new ChartWidget(model_, parent);
-}
-
-void ChartBinding::Show(Property what) {
-    if (what == Property::Colors) {
-        Widget()->update();
-    }
-}
-
 }  // namespace kw::qt

@@ -12,7 +12,6 @@ class QRadioButton;
 
 namespace kw::qt {
 
-class ChartWidget;
 class PanelWidget;
 
 // The kinds that show one value and take at most a click.
@@ -139,19 +138,6 @@ class ProgressBinding final : public ControlBinding {
   private:
     forms::ProgressBar& model_;
     QProgressBar* bar_ = nullptr;
-};
-
-// The chart widget reads its model as it paints: a change only asks for a paint.
-class ChartBinding final : public ControlBinding {
-  public:
-    ChartBinding(forms::Chart& model, std::shared_ptr<BindingContext> context);
-
-  protected:
-    QWidget* Create(QWidget* parent) override;
-    void Show(forms::Property what) override;
-
-  private:
-    forms::Chart& model_;
 };
 
 }  // namespace kw::qt

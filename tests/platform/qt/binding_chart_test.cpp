@@ -1,0 +1,196 @@
+#include <QImage>
+
+#include "binding_fixture.h"
+#include "platform/forms/chart.h"
+#include "platform/qt/binding_chart.h"
+
+namespace kw::qt::testing {
+namespace {
+
+constexpr long Rgb(int r, int g, int b) {
+    return r + 256L * g + 65536L * b;
+}
+
+constexpr long kNavy = Rgb(0, 64, 128);
+constexpr long kOrange = Rgb(255, 128, 0);
+constexpr long kAqua = Rgb(0, 255, 255);
+constexpr long kPaleYellow = Rgb(255, 255, 128);
+
+// A rate chart at its size in the panel: receive and transmit of one link, eight gaps and then
+// the samples, as the performance window fills it.
+class ChartBindingTest : public BindingTest {
+  protected:
+    ChartBindingTest() {
+        chart.Move(10, 10, 91, 82);
+        chart.SetBackColor(kAqua);
+        chart.SetWallColours(Rgb(255, 255, 255), kPaleYellow);
+        chart.SetMargins(10, 0, 0, 10);
+        chart.SetView3D(false);
+        chart.SetAxisAutomatic(false, false, false);
+        chart.SetAxisMaximum(10);
+        chart.SetAxisMinimum(-10);
+        chart.SetAxisIncrement(10);
+        chart.SetAxisLabelFormat("R###;T###;Kb/s");
+        for (const auto side :
+             {forms::AxisSide::Bottom, forms::AxisSide::Top, forms::AxisSide::Right}) {
+            chart.SetAxisVisible(side, false);
+        }
+        chart.AddSeries("receive", kNavy);
+        chart.AddSeries("transmit", kNavy);
+        for (int s = 0; s < 2; ++s) {
+            for (int i = 0; i < 8; ++i) {
+                chart.AddNull(s);
+            }
+        }
+    }
+
+    void SetUp() override {
+        BindingTest::SetUp();
+        widget = Bind<ChartWidget>(chart);
+        ASSERT_NE(widget, nullptr);
+    }
+
+    void Sample(double receive, double transmit) {
+        chart.AddXY(0, chart.LastX(0) + 1, receive);
+        chart.AddXY(1, chart.LastX(1) + 1, transmit);
+    }
+
+    QColor PixelAt(double x, double y) const {
+        const QImage image = widget->grab().toImage();
+        return image.pixelColor(static_cast<int>(x), static_cast<int>(y));
+    }
+    // The middle of a point's place, at a height given as a fraction of the way from the top of
+    // the plot to the zero line (or, past 1, from the zero line down to the bottom).
+    QColor ColumnAt(int point, double y) const {
+        const forms::ChartRect slot = chart.PointRect(0, 8);
+        const double slotWidth = slot.width / 0.8;
+        return PixelAt(slot.left + slot.width / 2 - (8 - point) * slotWidth, y);
+    }
+    double ZeroY() const {
+        const forms::ChartRect plot = chart.PlotArea();
+        return plot.top + plot.height / 2;
+    }
+
+    forms::Chart chart{form, "RateChart"};
+    ChartWidget* widget = nullptr;
+};
+
+TEST_F(ChartBindingTest, ReceiveStandsAboveTheZeroLineAndTransmitHangsBelow) {
+    Sample(6, -6);
+    const forms::ChartRect receive = chart.PointRect(0, 8);
+    const forms::ChartRect transmit = chart.PointRect(1, 8);
+    const double middle = receive.left + receive.width / 2;
+    EXPECT_EQ(PixelAt(middle, ZeroY() - 10), QColor(0, 64, 128));
+    EXPECT_EQ(PixelAt(middle, ZeroY() + 10), QColor(0, 64, 128));
+    EXPECT_LT(receive.top + receive.height, ZeroY() + 1);
+    EXPECT_GT(transmit.top, ZeroY() - 1);
+}
+
+TEST_F(ChartBindingTest, ATransmitValueAloneLeavesTheUpperHalfEmpty) {
+    Sample(0, -6);
+    const forms::ChartRect transmit = chart.PointRect(1, 8);
+    const double middle = transmit.left + transmit.width / 2;
+    EXPECT_EQ(PixelAt(middle, ZeroY() + 10), QColor(0, 64, 128));
+    EXPECT_EQ(PixelAt(middle, ZeroY() - 10), QColor(255, 255, 128));
+}
+
+TEST_F(ChartBindingTest, NullPointsDrawNothingAndAreNotZeros) {
+    Sample(6, -6);
+    for (int gap = 1; gap < 8; ++gap) {
+        EXPECT_EQ(ColumnAt(gap, ZeroY() - 10), QColor(255, 255, 128)) << "gap " << gap;
+        EXPECT_EQ(ColumnAt(gap, ZeroY() + 10), QColor(255, 255, 128)) << "gap " << gap;
+    }
+}
+
+TEST_F(ChartBindingTest, BarsScrollLeftAsSamplesArrive) {
+    Sample(6, -6);
+    Sample(0, 0);
+    chart.DeletePoint(0, 0);
+    chart.DeletePoint(1, 0);
+    EXPECT_EQ(ColumnAt(7, ZeroY() - 10), QColor(0, 64, 128));
+    EXPECT_EQ(ColumnAt(8, ZeroY() - 10), QColor(255, 255, 128));
+}
+
+TEST_F(ChartBindingTest, TheLaterSeriesIsDrawnOverTheEarlierAtTheSamePlace) {
+    chart.AddSeries("tunnel receive", kOrange);
+    for (int i = 0; i < 8; ++i) {
+        chart.AddNull(2);
+    }
+    Sample(8, -2);
+    chart.AddXY(2, chart.LastX(2) + 1, 4);
+    const forms::ChartRect link = chart.PointRect(0, 8);
+    const double middle = link.left + link.width / 2;
+    EXPECT_EQ(PixelAt(middle, ZeroY() - 5), QColor(255, 128, 0));  // the tunnel, in front
+    EXPECT_EQ(PixelAt(middle, link.top + 2), QColor(0, 64, 128));  // the link, above it
+}
+
+TEST_F(ChartBindingTest, TheBackgroundSurroundsTheWall) {
+    const forms::ChartRect plot = chart.PlotArea();
+    EXPECT_EQ(PixelAt(plot.left + plot.width / 2, 2), QColor(0, 255, 255));
+    EXPECT_EQ(PixelAt(plot.left + plot.width - 3, plot.top + 3), QColor(255, 255, 128));
+}
+
+TEST_F(ChartBindingTest, TheLeftAxisLabelsAreDrawnOnlyWhileTheAxisShows) {
+    auto inkOnZeroLine = [&] {
+        const QImage image = widget->grab().toImage();
+        int dark = 0;
+        for (int x = 4; x < 40; ++x) {
+            for (int dy = -4; dy <= 4; ++dy) {
+                dark += image.pixelColor(x, static_cast<int>(ZeroY()) + dy).value() < 100;
+            }
+        }
+        return dark;
+    };
+    const int withUnit = inkOnZeroLine();
+    chart.SetAxisVisible(forms::AxisSide::Left, false);
+    EXPECT_GT(withUnit, 36);  // the zero line alone is 36 dots long
+    EXPECT_EQ(inkOnZeroLine(), 0);
+}
+
+class AreaChartTest : public ChartBindingTest {
+  protected:
+    AreaChartTest() {
+        health.Move(10, 100, 91, 82);
+        health.SetBackColor(kAqua);
+        health.SetWallColours(Rgb(255, 255, 255), kPaleYellow);
+        health.SetMargins(10, 0, 0, 5);
+        health.SetAxisAutomatic(false, false, false);
+        health.SetAxisMaximum(1);
+        health.SetAxisMinimum(0);
+        health.SetAxisIncrement(0.1);
+        health.AddSeries("delay", kOrange, forms::SeriesKind::Area);
+        for (int i = 0; i < 8; ++i) {
+            health.AddNull(0);
+        }
+    }
+    void SetUp() override {
+        ChartBindingTest::SetUp();
+        area = Bind<ChartWidget>(health);
+        ASSERT_NE(area, nullptr);
+    }
+    forms::Chart health{form, "iNetHealth"};
+    ChartWidget* area = nullptr;
+};
+
+TEST_F(AreaChartTest, TheAreaIsFilledUnderItsPointsAndNotUnderGaps) {
+    health.AddXY(0, health.LastX(0) + 1, 0.5);
+    health.DeletePoint(0, 0);
+    health.AddXY(0, health.LastX(0) + 1, 0.5);
+    const QImage image = area->grab().toImage();
+    const forms::ChartRect last = health.PointRect(0, 8);
+    const forms::ChartRect before = health.PointRect(0, 7);
+    const forms::ChartRect plot = health.PlotArea();
+    const int low = static_cast<int>(plot.top + plot.height - 4);
+    EXPECT_EQ(image.pixelColor(static_cast<int>(last.left + last.width / 2), low),
+              QColor(255, 128, 0));
+    EXPECT_EQ(image.pixelColor(static_cast<int>(before.left + before.width / 2), low),
+              QColor(255, 128, 0));
+    // Just left of the first point: a gap treated as a zero would slope up into it.
+    EXPECT_EQ(image.pixelColor(static_cast<int>(before.left - 2), low), QColor(255, 255, 128));
+    EXPECT_EQ(image.pixelColor(static_cast<int>(last.left + last.width / 2),
+                               static_cast<int>(plot.top + 3)),
+              QColor(255, 255, 128));
+}
+
+}  // namespace
+}  // namespace kw::qt::testing
