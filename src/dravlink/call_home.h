@@ -8,13 +8,16 @@
 
 namespace dravlink {
 
-// The files a call home fetches, one after the other, reported once a second as they come in.
+// The files a call home fetches, one after the other, reported a few times a second as they
+// come in.
 class CallHomeTransfer {
   public:
+    static constexpr int kReportsPerSecond = 4;
+
     void Start();
     bool Active() const { return !files_.empty(); }
     void Cancel() { files_.clear(); }
-    // Moves the current file on by a second's worth and gives the report of it, as the client
+    // Moves the current file on by a report's worth and gives the report of it, as the client
     // unpacks it: path, file number, file count, bytes copied, size, time left, state, percent,
     // rate.
     kw::automation::Variant Advance(bool overLan);

@@ -1,6 +1,9 @@
 // A call goes up one timer step at a time; each step raises its events and queues the next.
 #include "dravlink/call_run.h"
 
+#include <string>
+#include <vector>
+
 #include "dravlink/credentials.h"
 #include "platform/automation/safe_array.h"
 
@@ -18,6 +21,39 @@ constexpr const char* kMotdText =
 
 std::string WithSpeed(const std::string& text, int bps) {
     return text + " at " + std::to_string(bps) + " bps";
+}
+
+// Whether anything answers at a dotted address: one that cannot be an address (an octet above
+// 255, a missing one), a network or broadcast address, or the documentation range 192.0.2.0/24
+// reaches nobody.
+bool AddressAnswers(const std::string& address) {
+    std::vector<int> octets;
+    std::size_t start = 0;
+    for (;;) {
+        const std::size_t end = address.find('.', start);
+        const std::string part = address.substr(start, end - start);
+        if (part.empty() || part.size() > 3 ||
+            part.find_first_not_of("0123456789") != std::string::npos) {
+            return false;
+        }
+        octets.push_back(std::stoi(part));
+        if (end == std::string::npos) {
+            break;
+        }
+        start = end + 1;
+    }
+    if (octets.size() != 4) {
+        return false;
+    }
+    for (const int octet : octets) {
+        if (octet > 255) {
+            return false;
+        }
+    }
+    if (octets[0] == 0 || octets[3] == 0 || octets[3] == 255) {
+        return false;
+    }
+    return !(octets[0] == 192 && octets[1] == 0 && octets[2] == 2);
 }
 
 }  // namespace
@@ -275,13 +311,20 @@ bool CallRun::AskServer() {
 }
 
 void CallRun::StepCreateTunnel() {
+    const std::string alternate = ReadAlternateTunnelServer();
+    if (!alternate.empty()) {
+        plan_.tunnelServer = alternate;
+    }
     const std::string server = plan_.tunnelServer;
     tunnelStarted_ = true;
     if (!Progress(202, "Creating tunnel to " + server) ||
-        !Status("Opening a secure tunnel to " + server + ".")) {
+        !Status(alternate.empty()
+                    ? "Opening a secure tunnel to " + server + "."
+                    : "Opening a secure tunnel to the alternate server " + server + ".")) {
         return;
     }
-    if (plan_.scenario == scenario::kTunnelUnreachable) {
+    if (plan_.scenario == scenario::kTunnelUnreachable ||
+        (!alternate.empty() && !AddressAnswers(alternate))) {
         Fail("No answer from " + server +
                  " after three attempts. The Internet link works; the tunnel server itself does "
                  "not respond.",
@@ -373,14 +416,14 @@ void CallRun::StepConnected() {
 
 void CallRun::OfferCallHome() {
     std::string question =
-        "There are 2 files waiting for you at home (updated address book and virus "
-        "definitions, 96 KB). Fetch them now?";
+        "There are 3 files waiting for you at home (updated address book, virus definitions "
+        "and policy, 472 KB). Fetch them now?";
     std::string answer;
     if (!Raise([&](DravlinkEvents& sink) { sink.GetUserNowLaterNever(question, answer); })) {
         return;
     }
     if (answer == "y") {
-        if (Status("Fetching 2 files from home.")) {
+        if (Status("Fetching 3 files from home.")) {
             StartTransfer();
         }
     } else if (answer == "n") {
@@ -470,7 +513,8 @@ void CallRun::OnStatisticsTimer() {
 void CallRun::StartTransfer() {
     transfer_.Start();
     if (transferTimer_ == 0) {
-        transferTimer_ = host_.Timers().SetTimer(1000, [this] { OnTransferTimer(); });
+        transferTimer_ = host_.Timers().SetTimer(1000 / CallHomeTransfer::kReportsPerSecond,
+                                                 [this] { OnTransferTimer(); });
     }
 }
 

@@ -111,4 +111,15 @@ std::optional<std::pair<std::string, std::string>> ReadCredentials() {
     return std::make_pair(*user, DecodePassword(password.value_or("")));
 }
 
+std::string ReadAlternateTunnelServer() {
+    reg::HKEY key = nullptr;
+    if (reg::RegOpenKeyExA(reg::HKEY_CURRENT_USER, kCredentialsKey, 0, reg::KEY_QUERY_VALUE,
+                           &key) != reg::ERROR_SUCCESS) {
+        return {};
+    }
+    auto server = GetString(key, "AlternateTunnelServer");
+    reg::RegCloseKey(key);
+    return server.value_or("");
+}
+
 }  // namespace dravlink

@@ -19,5 +19,7 @@ bool IsEncodedPassword(const std::string& stored);
 bool WriteCredentials(const std::string& user, const std::string& plainPassword);
 // The stored pair, the password decoded; nullopt when there is none.
 std::optional<std::pair<std::string, std::string>> ReadCredentials();
+// The tunnel server the user set in place of the destination's own; empty for none.
+std::string ReadAlternateTunnelServer();
 
 }  // namespace dravlink

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "dravlink/credentials.h"
 #include "dravlink/simulator_fixture.h"
 #include "platform/automation/failure.h"
 
@@ -221,6 +222,32 @@ TEST_F(SimulatorTest, TheChosenTunnelServerIsTheOneUsed) {
     EXPECT_EQ(sink_.Codes().back(), 1);
 }
 
+// The alternate tunnel server the user stored takes the place of the destination's own.
+TEST_F(SimulatorTest, TheAlternateTunnelServerIsUsedAndAnUnreachableOneFailsTheTunnel) {
+    const struct {
+        const char* server;
+        int last;
+    } cases[] = {{"10.20.30.40", 1}, {"999.1.2.3", 32}, {"192.0.2.7", 32}};
+    for (const auto& c : cases) {
+        Start();
+        kw::registry::HKEY key = nullptr;
+        kw::registry::RegCreateKeyExA(kw::registry::HKEY_CURRENT_USER, kCredentialsKey, 0, nullptr,
+                                      0, kw::registry::KEY_ALL_ACCESS, nullptr, &key, nullptr);
+        const std::string server = c.server;
+        kw::registry::RegSetValueExA(key, "AlternateTunnelServer", 0, kw::registry::REG_SZ,
+                                     reinterpret_cast<const kw::registry::BYTE*>(server.c_str()),
+                                     static_cast<kw::registry::DWORD>(server.size() + 1));
+        kw::registry::RegCloseKey(key);
+        sink_.seen.clear();
+        Call(kLab);
+        ASSERT_FALSE(sink_.Of("P202").empty()) << c.server;
+        EXPECT_EQ(sink_.Of("P202")[0], "Creating tunnel to " + server);
+        EXPECT_TRUE(Has(sink_.Of("S"), "alternate server " + server)) << c.server;
+        EXPECT_EQ(sink_.Codes().back(), c.last) << c.server;
+        EXPECT_EQ(sink_.Of("E") == std::vector<std::string>{"2010"}, c.last == 32) << c.server;
+    }
+}
+
 TEST_F(SimulatorTest, TheMessageOfTheDayComesOnceConnected) {
     Start();  // the sample gives the corporate destination its message of the day
     Call("Ostvarra Corporate");
@@ -286,7 +313,7 @@ TEST_F(SimulatorTest, APromptWaitsForItsAnswerWhileStatisticsKeepArriving) {
 TEST_F(SimulatorTest, ACallHomeFetchesEveryFileToTheEnd) {
     Start("call-home");
     sink_.on = Answer("NLN", "y");
-    Call(kLab, 30000);
+    Call(kLab, 200000);
     ASSERT_GE(sink_.transfers.size(), 4u);
     const SafeArray& last = sink_.transfers.back().ToArray();
     ASSERT_EQ(last.UBound(), 8);
@@ -297,8 +324,12 @@ TEST_F(SimulatorTest, ACallHomeFetchesEveryFileToTheEnd) {
     EXPECT_EQ(CLng(first.Get(1)), 1);
     EXPECT_LT(CDbl(first.Get(7)), 100.0);
     EXPECT_NE(CStr(first.Get(0)).find('\\'), std::string::npos) << "a path with backslashes";
-    EXPECT_FALSE(CStr(first.Get(5)).empty());
-    EXPECT_FALSE(CStr(first.Get(8)).empty());
+    EXPECT_EQ(CStr(first.Get(5)).substr(CStr(first.Get(5)).size() - 4), " sec");
+    EXPECT_EQ(CStr(first.Get(8)).substr(CStr(first.Get(8)).size() - 7), " KB/sec");
+    EXPECT_EQ(CLng(first.Get(2)), 3);
+    // Reports come a few times a second: the bytes of one are a quarter of the rate's second.
+    const SafeArray& second = sink_.transfers.at(1).ToArray();
+    EXPECT_EQ(CLng(second.Get(3)), 2 * CLng(first.Get(3)));
 }
 
 TEST_F(SimulatorTest, ACancelledTransferReportsNoMore) {

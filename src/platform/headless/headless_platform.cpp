@@ -316,6 +316,7 @@ void HeadlessPlatform::ShowHelp(const std::string& helpFile, int contextId) {
 
 std::optional<std::string> HeadlessPlatform::OpenFileDialog(
     const forms::FileDialogRequest& request) {
+    fileDialogs_.push_back(request);
     if (fileAnswers_.empty()) {
         throw Unanswered("file dialog nobody answered: " + request.title);
     }

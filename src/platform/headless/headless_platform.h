@@ -96,6 +96,8 @@ class HeadlessPlatform : public forms::Platform {
     void SetTwipsPerPixel(int twips) { twipsPerPixel_ = twips; }
     void SetSystemMetric(int index, int value) { metrics_[index] = value; }
     void AnswerNextFileDialog(std::optional<std::string> path) { fileAnswers_.push_back(path); }
+    // What the program asked of the open-file dialogs, in order.
+    const std::vector<forms::FileDialogRequest>& FileDialogs() const { return fileDialogs_; }
     const std::vector<std::string>& HelpShown() const { return helpShown_; }
     int Beeps() const { return beeps_; }
     std::optional<int> EndedWith() const { return endedWith_; }
@@ -190,6 +192,7 @@ class HeadlessPlatform : public forms::Platform {
     std::map<int, int> metrics_;
     std::deque<std::optional<std::string>> fileAnswers_;
     std::vector<std::string> helpShown_;
+    std::vector<forms::FileDialogRequest> fileDialogs_;
     int beeps_ = 0;
     int sleptMs_ = 0;
     std::optional<int> endedWith_;

@@ -32,7 +32,11 @@ void RegisterForm(forms::FormSet& set, Application& app) {
 }  // namespace
 
 Application::Application(forms::Platform& platform, std::string assetsDir)
-    : platform_(platform), art_(std::move(assetsDir)) {
+    : Major(KW_VERSION_MAJOR),
+      Minor(KW_VERSION_MINOR),
+      Revision(KW_VERSION_PATCH),
+      platform_(platform),
+      art_(std::move(assetsDir)) {
     platform_.SetApplicationTitle(Title);
     // The hives stamp their keys by the same clock as everything else the program dates.
     registry::SetWallClock([&platform] { return platform.UnixTime(); });

@@ -42,6 +42,10 @@ class Application {
     // The title the program runs under; a second instance looks for a window of this title.
     std::string Title = "Kestrelway";
     std::string HelpFile;
+    // The version the program was built as: major, minor, revision.
+    int Major = 0;
+    int Minor = 0;
+    int Revision = 0;
 
     std::shared_ptr<Dravlink> EngineObject;
     CEventManager EventManagerObject;

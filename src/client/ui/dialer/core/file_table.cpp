@@ -1,5 +1,8 @@
 #include "client/ui/dialer/core/file_table.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <filesystem>
 
@@ -33,7 +36,12 @@ void FileTable::OpenForAppend(int number, const std::string& path) {
         (p.has_parent_path() && !std::filesystem::is_directory(p.parent_path(), ec))) {
         throw Failure(automation::err::kPathNotFound, "Path not found: " + path);
     }
-    std::FILE* file = std::fopen(path.c_str(), "ab");
+    // The logs hold a user's calls: a file made here is the user's alone, whatever the umask.
+    const int fd = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600);
+    std::FILE* file = fd < 0 ? nullptr : ::fdopen(fd, "ab");
+    if (file == nullptr && fd >= 0) {
+        ::close(fd);
+    }
     if (file == nullptr) {
         throw Failure(automation::err::kPathFileAccess, "Path/File access error: " + path);
     }

@@ -308,6 +308,25 @@ inline constexpr LayoutRect btnModify{158, 168, 72, 24};
 inline constexpr LayoutRect btnCancel{236, 168, 72, 24};
 }  // namespace displaypullout
 
+// The call-home transfer window: a plain window of its own, not drawn on artwork.
+namespace filexfer {
+inline constexpr int kWidth = 360;
+inline constexpr int kHeight = 176;
+inline constexpr LayoutRect Label1{12, 12, 100, 16};  // "Retrieving File:"
+inline constexpr LayoutRect lblOneOf{116, 12, 120, 16};
+inline constexpr LayoutRect Label2{12, 34, 44, 16};  // "Name:"
+inline constexpr LayoutRect lblFileName{60, 34, 288, 16};
+inline constexpr LayoutRect Label5{12, 54, 44, 16};  // "Size:"
+inline constexpr LayoutRect lblFileSize{60, 54, 288, 16};
+inline constexpr LayoutRect pbXferProgress{12, 78, 290, 18};
+inline constexpr LayoutRect lblPercent{306, 79, 46, 16};
+inline constexpr LayoutRect lblBytesCopied{12, 102, 200, 16};
+inline constexpr LayoutRect lblXferRate{216, 102, 132, 16};
+inline constexpr LayoutRect Label3{12, 124, 130, 16};  // "Estimated Time Left:"
+inline constexpr LayoutRect lblTimeLeft{146, 124, 202, 16};
+inline constexpr LayoutRect btnCancel{268, 144, 80, 24};
+}  // namespace filexfer
+
 // Pictures of MainWin's image controls.
 namespace pictures {
 inline constexpr const char* kLightOff = "art/progress_light_off.bmp";

@@ -1,7 +1,31 @@
 #include "client/ui/dialer/side/display_pullout.h"
 
 #include "client/ui/dialer/core/application.h"
+#include "client/ui/dialer/core/main_win.h"
+#include "client/ui/dialer/core/user_info.h"
+#include "client/ui/dialer/engine/login_dialog.h"
+#include "client/ui/dialer/engine/progress_codes.h"
+#include "client/ui/dialer/engine/res_const.h"
 #include "client/ui/dialer/shell/faces.h"
+
+namespace kw::dialer {
+
+namespace {
+// What the pullout hears: a connect about to start, and the moments that lock and free it.
+constexpr std::int32_t kHeardEvents[] = {event::kConnectRequested, event::kConnectStarted,
+                                         code::kLineDown, event::kGettingDialList,
+                                         event::kDialListDone};
+
+int Ask(forms::Platform& platform, const std::string& text, int flags, const std::string& caption) {
+    forms::MessageBoxRequest request;
+    request.text = text;
+    request.flags = flags;
+    request.caption = caption;
+    return platform.MessageBox(request);
+}
+}  // namespace
+
+}  // namespace kw::dialer
 
 namespace kw::dialer {
 
@@ -32,6 +56,18 @@ DisplayPullout::DisplayPullout(Application& app)
     btnCancel.SetCaption("Cancel");
     btnCancel.SetEnabled(false);
     PlaceControls();
+    btnModify.Click = [this] { btnModify_Click(); };
+    btnCancel.Click = [this] { btnCancel_Click(); };
+    txtUserName.GotFocus = [this] { SelectAllText(txtUserName); };
+    txtPassword.GotFocus = [this] { SelectAllText(txtPassword); };
+    const IPBoxes boxes = AltTunnelServerBoxes();
+    for (std::size_t i = 0; i < boxes.size(); ++i) {
+        boxes[i]->KeyPress = [this, i](int& key) {
+            std::int16_t index = static_cast<std::int16_t>(i);
+            std::int16_t k = static_cast<std::int16_t>(key);
+            key = HandleIPKey(app_.Platform(), index, k, AltTunnelServerBoxes(), false);
+        };
+    }
 }
 
 void DisplayPullout::PlaceControls() {
@@ -62,16 +98,150 @@ void DisplayPullout::PlaceControls() {
 }
 
 void DisplayPullout::Form_Load() {
-    const BitmapBits& art = app_.Art().Bitmap(layout::displaypullout::kPicture);
-    face::BlendFrame(SSFrame1, art);
-    face::BlendFrame(SSFrame2, art);
-    // This one shapes before it scales.
-    app_.Shape(*this, false);
-    ScaleForm(*this, app_.Platform());
+    try {
+        for (const std::int32_t id : kHeardEvents) {
+            app_.EventManagerObject.registerForEvent(id, this);
+        }
+        const BitmapBits& art = app_.Art().Bitmap(layout::displaypullout::kPicture);
+        face::BlendFrame(SSFrame1, art);
+        face::BlendFrame(SSFrame2, art);
+        // This one shapes before it scales.
+        app_.Shape(*this, false);
+        ScaleForm(*this, app_.Platform());
+        // The boxes show what the engine holds for the user; Cancel later puts back the globals.
+        std::string user;
+        std::string password;
+        std::string third;
+        app_.EngineObject->GetUser(user, password, third);
+        txtUserName.SetText(user);
+        txtPassword.SetText(password);
+        WriteIPFields(app_.AlternateTunnelServer, AltTunnelServerBoxes());
+    } catch (const automation::Failure& failure) {
+        app_.Form<MainWin>().COMErrHandler(failure);
+    }
+}
+
+void DisplayPullout::Form_Unload(int& cancel) {
+    (void)cancel;
+    for (const std::int32_t id : kHeardEvents) {
+        app_.EventManagerObject.deregisterForEvent(id, this);
+    }
+}
+
+void DisplayPullout::SetFieldsEnabled(bool enabled) {
+    txtUserName.SetEnabled(enabled);
+    txtPassword.SetEnabled(enabled);
+    for (forms::TextBox* box : AltTunnelServerBoxes()) {
+        box->SetEnabled(enabled);
+    }
+}
+
+void DisplayPullout::btnModify_Click() {
+    LoginChanged = false;
+    if (btnModify.Caption() == "Modify") {
+        SetFieldsEnabled(true);
+        txtUserName.SetFocus();
+        SelectAllText(txtUserName);
+        btnModify.SetCaption("Save");
+        btnCancel.SetEnabled(true);
+    } else if (btnModify.Caption() == "Save") {
+        Save();
+    }
+}
+
+void DisplayPullout::Save() {
+    forms::Platform& platform = app_.Platform();
+    if (txtUserName.Text().empty()) {
+        Ask(platform, "Invalid User Name, try again!", forms::mb::kSetForeground,
+            "Login Information");
+        txtUserName.SetFocus();
+        return;
+    }
+    MainWin& win = app_.Form<MainWin>();
+    Dravlink& engine = *app_.EngineObject;
+    if (!win.IsConnected) {
+        engine.Logoff();
+    }
+    app_.UserName = txtUserName.Text();
+    app_.Password = txtPassword.Text();
+    app_.AlternateTunnelServer = ReadIPFields(AltTunnelServerBoxes());
+    if (app_.AlternateTunnelServer == "0.0.0.0" || app_.AlternateTunnelServer == "...") {
+        app_.AlternateTunnelServer.clear();
+    }
+    SaveUserInfo(app_);
+    LoadUserInfo(app_);
+    Ask(platform, "Your changes have been saved.", forms::mb::kSetForeground, LoadResString(29));
+    btnModify.SetCaption("Modify");
+    btnCancel.SetEnabled(false);
+    if (!win.IsConnected) {
+        engine.Logon(app_.UserName, app_.Password, "");
+        win.HavePhoneList = engine.GetPhoneList(win.PhoneList).ToBoolean();
+        win.FillPhoneList(win.PhoneList);
+        if (win.cmboTo.ListCount() >= 1) {
+            win.cmboTo.SetListIndex(0);
+        }
+        win.HaveLocationList = engine.GetLocationList(win.LocationList).ToBoolean();
+        win.FillLocationList(win.LocationList);
+        if (win.cmboFrom.ListCount() >= 1) {
+            win.cmboFrom.SetListIndex(0);
+        }
+    }
+    if (win.IsConnected) {
+        // The call stands: the new login waits for its end.
+        LoginChanged = true;
+    }
+    SetFieldsEnabled(false);
+}
+
+void DisplayPullout::btnCancel_Click() {
+    txtUserName.SetText(app_.UserName);
+    txtPassword.SetText(app_.Password);
+    txtUserName.SetEnabled(false);
+    txtPassword.SetEnabled(false);
+    WriteIPFields(app_.AlternateTunnelServer, AltTunnelServerBoxes());
+    for (forms::TextBox* box : AltTunnelServerBoxes()) {
+        box->SetEnabled(false);
+    }
+    btnModify.SetCaption("Modify");
+    btnCancel.SetEnabled(false);
+}
+
+bool DisplayPullout::ConfirmSaveLogin() {
+    // Modify alone counts as a change: the form knows its state, not what was typed.
+    const int answer = Ask(
+        app_.Platform(), "The VPN information has been modified, do you wish to save the changes?",
+        forms::mb::kYesNo | forms::mb::kExclamation, LoadResString(29));
+    if (answer == forms::mb::kResultYes) {
+        btnModify_Click();
+        return true;
+    }
+    btnCancel_Click();
+    return false;
 }
 
 void DisplayPullout::OnHide(bool& ok) {
-    ok = btnModify.Caption() != "Save";
+    ok = true;
+    if (IsEditing() && ConfirmSaveLogin()) {
+        ok = false;
+    }
+}
+
+std::int32_t DisplayPullout::KestrelwayVetoableEventFunction(std::int32_t& eventId,
+                                                             automation::Variant& data) {
+    (void)data;
+    if (eventId == event::kConnectRequested && IsEditing() && ConfirmSaveLogin()) {
+        return kVeto;
+    }
+    return 0;
+}
+
+void DisplayPullout::KestrelwayEventSub(std::int32_t& eventId, automation::Variant& data) {
+    (void)data;
+    if (eventId == event::kConnectStarted || eventId == event::kGettingDialList) {
+        SetEnabled(false);
+    } else if (eventId == code::kLineDown || eventId == event::kDialListDone) {
+        SetEnabled(true);
+    }
 }
 
 }  // namespace kw::dialer

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "client/ui/dialer/core/event_manager.h"
 #include "client/ui/dialer/shell/pullout.h"
+#include "client/ui/dialer/side/ip_utils.h"
 #include "platform/forms/controls.h"
 #include "platform/forms/form.h"
 
@@ -9,7 +11,7 @@ namespace kw::dialer {
 class Application;
 
 // The login information pullout: the VPN credentials and the alternate tunnel server.
-class DisplayPullout : public forms::Form, public Pullout {
+class DisplayPullout : public forms::Form, public Pullout, public EventSubscriber {
   public:
     explicit DisplayPullout(Application& app);
 
@@ -37,13 +39,30 @@ class DisplayPullout : public forms::Form, public Pullout {
     bool LoginChanged = false;
 
     void OnHide(bool& ok) override;
+    void btnModify_Click();
+    void btnCancel_Click();
+    // Asks whether the edits are to be saved, and saves or drops them; true when saved.
+    bool ConfirmSaveLogin();
+    // The form is editing while Modify reads Save.
+    bool IsEditing() const { return btnModify.Caption() == "Save"; }
+    IPBoxes AltTunnelServerBoxes() {
+        return {&txtAltTunnelServer0, &txtAltTunnelServer1, &txtAltTunnelServer2,
+                &txtAltTunnelServer3};
+    }
+
+    void KestrelwayEventSub(std::int32_t& eventId, automation::Variant& data) override;
+    std::int32_t KestrelwayVetoableEventFunction(std::int32_t& eventId,
+                                                 automation::Variant& data) override;
 
   protected:
     void Form_Load() override;
+    void Form_Unload(int& cancel) override;
 
   private:
     // Where the artwork leaves room for each control, and how each looks on it.
     void PlaceControls();
+    void SetFieldsEnabled(bool enabled);
+    void Save();
 
     Application& app_;
 };

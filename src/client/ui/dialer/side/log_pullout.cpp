@@ -17,6 +17,8 @@ LogPullout::LogPullout(Application& app) : Form(app.Platform(), "LogPullout"), a
     PrescriberLogCheck.SetCaption("Log Prescriber window output");
     btnConnectHist.SetCaption("...");
     btnPrescriberLog.SetCaption("...");
+    btnConnectHist.Click = [this] { btnConnectHist_Click(); };
+    btnPrescriberLog.Click = [this] { btnPrescriberLog_Click(); };
     PlaceControls();
 }
 
@@ -120,6 +122,38 @@ void LogPullout::PrescriberLogCheck_Click() {
         const std::uint32_t value = static_cast<std::uint32_t>(PrescriberLogCheck.Value());
         registry::RegSetValueExA(key, settings::kPrescriberLogSetting, 0, registry::REG_DWORD,
                                  reinterpret_cast<const registry::BYTE*>(&value), 4);
+    }
+    registry::RegCloseKey(key);
+}
+
+void LogPullout::btnConnectHist_Click() {
+    ChooseLogFile(settings::kConnectHistoryFileName, txtHistoryLog);
+}
+
+void LogPullout::btnPrescriberLog_Click() {
+    ChooseLogFile(settings::kPrescriberLogFileName, txtRxLog);
+}
+
+void LogPullout::ChooseLogFile(const char* valueName, forms::TextBox& box) {
+    registry::HKEY key = OpenSettingsKey(app_.Platform());
+    Variant stored(std::string{});
+    QueryValueEx(key, valueName, stored);
+    const std::string current = stored.ToString();
+    forms::FileDialogRequest request;
+    request.initialDir = current.empty() ? app_.InstallDir : DirectoryFromPath(current);
+    request.filter = "Log files (*.log)|*.log|All files (*.*)|*.*";
+    // A cancel leaves everything as it was, without a word.
+    const std::optional<std::string> chosen = app_.Platform().OpenFileDialog(request);
+    if (chosen && !chosen->empty()) {
+        box.SetText(FileNameFromPath(*chosen));
+        if (!current.empty()) {
+            // The terminator goes with the text, as a string argument always carried it.
+            registry::RegSetValueExA(key, valueName, 0, registry::REG_SZ,
+                                     reinterpret_cast<const registry::BYTE*>(chosen->c_str()),
+                                     static_cast<registry::DWORD>(chosen->size() + 1));
+        } else {
+            SetValueEx(Variant(*chosen), key, valueName);
+        }
     }
     registry::RegCloseKey(key);
 }

@@ -25,6 +25,8 @@ class LogPullout : public forms::Form, public Pullout {
 
     void ConnectLogCheck_Click();
     void PrescriberLogCheck_Click();
+    void btnConnectHist_Click();
+    void btnPrescriberLog_Click();
     // The options take effect as they are clicked: nothing is left to lose.
     void OnHide(bool& ok) override { ok = true; }
 
@@ -35,6 +37,8 @@ class LogPullout : public forms::Form, public Pullout {
     // Where the artwork leaves room for each control, and how each looks on it.
     void PlaceControls();
     void ShowLogName(const char* valueName, const char* defaultFile, forms::TextBox& box);
+    // The file choice behind either "..." button: only a chosen name changes the setting.
+    void ChooseLogFile(const char* valueName, forms::TextBox& box);
     void SetLogControlsEnabled(forms::TextBox& box, forms::CommandButton& button, bool enabled);
 
     Application& app_;

@@ -13,7 +13,7 @@ void MainWin::l_DravlinkObj_CHXferUpdate(Variant& first, Variant& transfer) {
     if (!xfer.Visible()) {
         xfer.Show();
     }
-    xfer.UpdateProgress(Variant(transfer));
+    xfer.updateInfo(Variant(transfer));
 }
 
 }  // namespace kw::dialer

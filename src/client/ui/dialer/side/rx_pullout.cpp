@@ -1,6 +1,7 @@
 #include "client/ui/dialer/side/rx_pullout.h"
 
 #include "client/ui/dialer/core/application.h"
+#include "client/ui/dialer/core/main_win.h"
 #include "client/ui/dialer/shell/faces.h"
 
 namespace kw::dialer {
@@ -11,6 +12,7 @@ RxPullout::RxPullout(Application& app) : Form(app.Platform(), "RxPullout"), app_
     Label1.SetCaption("Prescriber Output");
     txtStatus.SetLocked(true);
     Command2.SetCaption("Clear");
+    Command2.Click = [this] { Command2_Click(); };
     PlaceControls();
 }
 
@@ -25,6 +27,15 @@ void RxPullout::PlaceControls() {
     face::Place(Command2, at::Command2);
     face::OnSkin({&Label1});
     face::InWell({&txtStatus});
+}
+
+void RxPullout::Command2_Click() {
+    // Only the view: the Prescriber log of a call stays open and keeps what it has.
+    txtStatus.SetText("");
+}
+
+void RxPullout::ToggleRxPullout() {
+    app_.Form<MainWin>().btnRxPullout_Click();
 }
 
 void RxPullout::Form_Load() {

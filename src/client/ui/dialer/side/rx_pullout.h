@@ -18,6 +18,10 @@ class RxPullout : public forms::Form, public Pullout {
     forms::RichTextBox txtStatus{*this, "txtStatus"};
     forms::CommandButton Command2{*this, "Command2"};
 
+    void Command2_Click();
+    // Opens or closes the pullout as its button on the main window does.
+    void ToggleRxPullout();
+
     // The Prescriber holds nothing to lose.
     void OnHide(bool& ok) override { ok = true; }
 

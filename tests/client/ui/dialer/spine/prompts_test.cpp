@@ -250,10 +250,13 @@ TEST_F(PromptsTest, DebugTextShowsInAnInformationBox) {
 TEST_F(PromptsTest, ATransferShowsItsWindowWithItsProgress) {
     StartIdle();
     automation::SafeArray transfer = automation::SafeArray::OneDim(0, 8);
-    transfer.Set(0, Variant(std::string("report.doc")));
+    transfer.Set(0, Variant(std::string("home/report.doc")));
+    for (std::int32_t i = 1; i <= 8; ++i) {
+        transfer.Set(i, Variant(i));
+    }
     engine->RaiseCHXferUpdate(Variant(transfer));
     EXPECT_TRUE(app->Form<frmFileXfer>().Visible());
-    EXPECT_EQ(app->Form<frmFileXfer>().LastTransfer().ToArray().Get(0).ToString(), "report.doc");
+    EXPECT_EQ(app->Form<frmFileXfer>().lblFileName.Caption(), "report.doc");
 }
 
 // ---- the two login dialogs, case by case ----

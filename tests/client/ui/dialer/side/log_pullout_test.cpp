@@ -1,0 +1,179 @@
+// The log options, and what a call leaves in the logs and in the Prescriber.
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include "client/ui/dialer/core/settings.h"
+#include "client/ui/dialer/side/log_pullout.h"
+#include "client/ui/dialer/side/rx_pullout.h"
+#include "client/ui/dialer/spine/program_fixture.h"
+#include "platform/automation/variant.h"
+
+namespace kw::dialer::testing {
+namespace {
+
+using automation::Variant;
+
+class LogOptionsTest : public ProgramTest {
+  protected:
+    void SetUp() override {
+        ProgramTest::SetUp();
+        StoreUser("anna", "secret");
+        ScriptLists();
+    }
+    LogPullout& Logs() {
+        LogPullout& logs = app->Form<LogPullout>();
+        logs.Show();
+        return logs;
+    }
+    std::string Stored(const char* name) {
+        registry::HKEY key = OpenSettingsKey(platform);
+        Variant value(std::string{});
+        QueryValueEx(key, name, value);
+        registry::RegCloseKey(key);
+        return value.ToString();
+    }
+    static std::vector<std::string> Lines(const std::string& text) {
+        std::vector<std::string> lines;
+        std::size_t start = 0;
+        for (std::size_t end; (end = text.find("\r\n", start)) != std::string::npos;
+             start = end + 2) {
+            lines.push_back(text.substr(start, end - start));
+        }
+        return lines;
+    }
+    void LogBoth() {
+        SetUserDword(settings::kConnectHistorySetting, 1);
+        SetUserDword(settings::kPrescriberLogSetting, 1);
+        SetUserString(settings::kConnectHistoryFileName, (dir / "history.log").string());
+        SetUserString(settings::kPrescriberLogFileName, (dir / "rx.log").string());
+    }
+};
+
+TEST_F(LogOptionsTest, AFreshInstallStoresBothDefaultPathsWithTheLogsOff) {
+    StartIdle();
+    LogPullout& logs = Logs();
+    EXPECT_EQ(Stored(settings::kConnectHistoryFileName), app->InstallDir + "/history.log");
+    EXPECT_EQ(Stored(settings::kPrescriberLogFileName), app->InstallDir + "/rx.log");
+    EXPECT_EQ(logs.txtHistoryLog.Text(), "history.log");
+    EXPECT_EQ(logs.txtRxLog.Text(), "rx.log");
+    EXPECT_EQ(logs.ConnectLogCheck.Value(), forms::check::kUnchecked);
+    EXPECT_EQ(logs.PrescriberLogCheck.Value(), forms::check::kUnchecked);
+    for (forms::Control* c : std::vector<forms::Control*>{&logs.txtHistoryLog, &logs.btnConnectHist,
+                                                          &logs.txtRxLog, &logs.btnPrescriberLog}) {
+        EXPECT_FALSE(c->Enabled()) << c->Name();
+    }
+}
+
+TEST_F(LogOptionsTest, AStoredNameWithoutSeparatorShowsWhole) {
+    SetUserString(settings::kConnectHistoryFileName, "calls.txt");
+    StartIdle();
+    EXPECT_EQ(Logs().txtHistoryLog.Text(), "calls.txt");
+}
+
+TEST_F(LogOptionsTest, ThePrescriberBoxOnAFreshInstallRewritesTheHistorySettingInstead) {
+    StartIdle();
+    Logs().PrescriberLogCheck.UserClick();
+    EXPECT_TRUE(Logs().txtRxLog.Enabled());
+    registry::HKEY key = OpenSettingsKey(platform);
+    Variant prescriber;
+    QueryValueEx(key, settings::kPrescriberLogSetting, prescriber);
+    EXPECT_TRUE(prescriber.IsEmpty());
+    Variant history;
+    EXPECT_EQ(QueryValueEx(key, settings::kConnectHistorySetting, history), 0);
+    EXPECT_EQ(history.ToLong(), 0) << "the history box's value, not the Prescriber's";
+    registry::RegCloseKey(key);
+}
+
+TEST_F(LogOptionsTest, TheFileChoiceStartsInTheStoredFolderAndStoresTheChosenPath) {
+    SetUserDword(settings::kConnectHistorySetting, 1);
+    SetUserString(settings::kConnectHistoryFileName, "/var/logs/history.log");
+    StartIdle();
+    platform.AnswerNextFileDialog("/home/anna/calls.log");
+    Logs().btnConnectHist.UserClick();
+    EXPECT_EQ(platform.FileDialogs().back().initialDir, "/var/logs/");
+    EXPECT_EQ(Logs().txtHistoryLog.Text(), "calls.log");
+    EXPECT_EQ(Stored(settings::kConnectHistoryFileName), "/home/anna/calls.log");
+}
+
+TEST_F(LogOptionsTest, CancellingTheFileChoiceChangesNothingAndSaysNothing) {
+    SetUserDword(settings::kPrescriberLogSetting, 1);
+    StartIdle();
+    const std::size_t boxes = platform.Boxes().size();
+    platform.AnswerNextFileDialog(std::nullopt);
+    Logs().btnPrescriberLog.UserClick();
+    EXPECT_EQ(platform.FileDialogs().back().initialDir, app->InstallDir + "/");
+    EXPECT_EQ(Stored(settings::kPrescriberLogFileName), app->InstallDir + "/rx.log");
+    EXPECT_EQ(Logs().txtRxLog.Text(), "rx.log");
+    EXPECT_EQ(platform.Boxes().size(), boxes);
+}
+
+TEST_F(LogOptionsTest, TypedTextIsNeverStored) {
+    SetUserDword(settings::kConnectHistorySetting, 1);
+    StartIdle();
+    Logs().txtHistoryLog.UserSetText("typed.log");
+    EXPECT_EQ(Stored(settings::kConnectHistoryFileName), app->InstallDir + "/history.log");
+}
+
+TEST_F(LogOptionsTest, TenProgressEventsWithOneNewCredentialGiveTheBannerAndNineLines) {
+    LogBoth();
+    StartIdle();
+    Win().btnConnect.UserClick();
+    for (int i = 0; i < 9; ++i) {
+        engine->RaiseProgressUpdate(102, "Modem found " + std::to_string(i));
+    }
+    engine->RaiseProgressUpdate(207, "anna^topsecret");
+    EXPECT_EQ(Lines(ReadFile(dir / "history.log")).size(), 10u);
+}
+
+TEST_F(LogOptionsTest, UncheckingDuringACallLeavesThatCallsLogOpen) {
+    LogBoth();
+    StartIdle();
+    Win().btnConnect.UserClick();
+    Logs().ConnectLogCheck.UserClick();
+    engine->RaiseProgressUpdate(1, "Connected");
+    EXPECT_NE(Win().ConnectHistoryFile, 0);
+    EXPECT_EQ(Lines(ReadFile(dir / "history.log")).back().substr(19), ": Connected");
+}
+
+TEST_F(LogOptionsTest, ClearDuringACallEmptiesOnlyThePrescriber) {
+    LogBoth();
+    StartIdle();
+    Win().btnConnect.UserClick();
+    engine->RaiseStatusUpdate("Checking the line");
+    app->Form<RxPullout>().ToggleRxPullout();
+    app->Form<RxPullout>().Command2.UserClick();
+    EXPECT_EQ(app->Form<RxPullout>().txtStatus.Text(), "");
+    EXPECT_NE(Win().PrescriberLogFile, 0);
+    engine->RaiseStatusUpdate("Tunnel healthy");
+    EXPECT_EQ(app->Form<RxPullout>().txtStatus.Text(), "Tunnel healthy\r\n");
+    EXPECT_EQ(Lines(ReadFile(dir / "rx.log")).size(), 3u);
+}
+
+TEST_F(LogOptionsTest, ThePrescriberKeepsItsTextAcrossClosingAndLinesWhileClosed) {
+    StartIdle();
+    RxPullout& rx = app->Form<RxPullout>();
+    rx.ToggleRxPullout();
+    engine->RaiseStatusUpdate("one");
+    rx.ToggleRxPullout();
+    EXPECT_FALSE(rx.Visible());
+    engine->RaiseStatusUpdate("two");
+    rx.ToggleRxPullout();
+    EXPECT_TRUE(rx.Visible());
+    EXPECT_EQ(rx.txtStatus.Text(), "one\r\ntwo\r\n");
+}
+
+TEST_F(LogOptionsTest, BothLogFilesArePrivateToTheUser) {
+    LogBoth();
+    StartIdle();
+    Win().btnConnect.UserClick();
+    engine->RaiseStatusUpdate("Checking the line");
+    for (const char* name : {"history.log", "rx.log"}) {
+        struct stat st {};
+        ASSERT_EQ(::stat((dir / name).c_str(), &st), 0) << name;
+        EXPECT_EQ(st.st_mode & 0777, 0600u) << name;
+    }
+}
+
+}  // namespace
+}  // namespace kw::dialer::testing
