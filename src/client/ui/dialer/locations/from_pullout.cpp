@@ -656,9 +656,7 @@ bool FromPullout::ParsePhoneNumber() {
         Tell(m_Exchange.size() < 3
                  ? "Invalid phone number.  Too few numbers before the dash (-)."
                  : "Invalid phone number.  Too many numbers before the dash (-).");
-        txtPhoneNumber.SetSelStart(0);
-        txtPhoneNumber.SetSelLength(static_cast<int>(m_Exchange.size()));
-        txtPhoneNumber.SetFocus();
+        ShowWrongPart(0, m_Exchange.size());
         return false;
     }
     m_Number = text.substr(dash + 1);
@@ -667,10 +665,16 @@ bool FromPullout::ParsePhoneNumber() {
     }
     Tell(m_Number.size() < 4 ? "Invalid phone number.  Too few numbers after the dash (-)."
                              : "Invalid phone number.  Too many numbers after the dash (-).");
-    txtPhoneNumber.SetSelStart(static_cast<int>(dash + 1));
-    txtPhoneNumber.SetSelLength(static_cast<int>(m_Number.size()));
-    txtPhoneNumber.SetFocus();
+    ShowWrongPart(dash + 1, m_Number.size());
     return false;
+}
+
+void FromPullout::ShowWrongPart(std::size_t start, std::size_t length) {
+    // The focus first: entering the field selects all of it, and the wrong part is what the user
+    // has to see selected.
+    txtPhoneNumber.SetFocus();
+    txtPhoneNumber.SetSelStart(static_cast<int>(start));
+    txtPhoneNumber.SetSelLength(static_cast<int>(length));
 }
 
 // ---- edits ---------------------------------------------------------------------------------

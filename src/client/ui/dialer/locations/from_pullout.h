@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -113,6 +114,8 @@ class FromPullout : public forms::Form, public EventSubscriber, public Pullout {
     // Fills m_Exchange and m_Number from the form as the country asks; false when the number
     // is refused.
     bool FormNumberParts();
+    // Selects the refused part of the number in its field.
+    void ShowWrongPart(std::size_t start, std::size_t length);
     bool SaveNew(const std::string& name);
     void SaveChanged(const std::string& name);
     bool Policy(const std::string& key, std::string& value);

@@ -35,6 +35,10 @@ Fields UsFields(const std::string& area, const std::string& exchange, const std:
 // The program with an engine that keeps its locations, policies, countries and cards as the test
 // sets them, answering each call as a real store would.
 class LocationTest : public ProgramTest {
+  public:
+    // Types text key by key into a control that has the focus, as a user would.
+    static void Type(forms::Control& control, const std::string& text);
+
   protected:
     void SetUp() override;
 
@@ -42,8 +46,6 @@ class LocationTest : public ProgramTest {
     void StartWithPullout();
     FromPullout& From() { return app->Form<FromPullout>(); }
     PrefPullout& Pref() { return app->Form<PrefPullout>(); }
-    // Types text key by key into a control that has the focus, as a user would.
-    static void Type(forms::Control& control, const std::string& text);
     // Presses Add, names the location and types the number parts.
     void BeginNew(const std::string& name);
     void SelectCountry(const std::string& text);
