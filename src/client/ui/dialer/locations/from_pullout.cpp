@@ -224,10 +224,17 @@ void FromPullout::FillCountries() {
 
 // ---- helpers ---------------------------------------------------------------------------------
 
+Dravlink& FromPullout::Engine() const {
+    if (!app_.EngineObject) {
+        throw Failure(automation::err::kObjectNotSet);  // the engine could not be made at start
+    }
+    return *app_.EngineObject;
+}
+
 bool FromPullout::Policy(const std::string& key, std::string& value) {
     try {
         std::string user = app_.UserName;
-        return CBool(app_.EngineObject->GetPolicySetting(user, key, value));
+        return CBool(Engine().GetPolicySetting(user, key, value));
     } catch (const Failure&) {
         return false;
     }
@@ -353,12 +360,12 @@ bool FromPullout::FormNumberParts() {
 }
 
 bool FromPullout::SaveNew(const std::string& name) {
-    if (!CBool(app_.EngineObject->LocationExists(name))) {
+    if (!CBool(Engine().LocationExists(name))) {
         Tell(LoadResString(ResConst::kLocationExists));
         return false;
     }
     SaveFields();
-    if (!CBool(app_.EngineObject->CreateLocation(name))) {
+    if (!CBool(Engine().CreateLocation(name))) {
         Tell("Error saving " + name);
         btnRemove.SetEnabled(false);
         return false;
@@ -380,7 +387,7 @@ bool FromPullout::SaveNew(const std::string& name) {
 
 void FromPullout::SaveChanged(const std::string& name) {
     SaveFields();
-    if (CBool(app_.EngineObject->SaveLocation(name))) {
+    if (CBool(Engine().SaveLocation(name))) {
         Tell("Update of " + name + " successful.");
         ClearFormModified();
         app_.Form<ToPullout>().lstvDialList.ClearItems();
@@ -397,7 +404,7 @@ void FromPullout::SaveChanged(const std::string& name) {
 
 bool FromPullout::SaveFields() {
     const std::string name = LocationName();
-    Dravlink& engine = *app_.EngineObject;
+    Dravlink& engine = Engine();
     auto write = [&](const char* key, const std::string& value) {
         try {
             return CBool(engine.SetLocationProperty(name, key, value));
@@ -497,7 +504,7 @@ void FromPullout::btnRemove_Click() {
     }
     btnRemove.SetEnabled(false);
     m_Removing = true;
-    app_.EngineObject->DeleteLocation(Trim(name));
+    Engine().DeleteLocation(Trim(name));
     const int i = cmboLocations.ListIndex();
     if (i >= 0) {
         cmboLocations.RemoveItem(i);
@@ -525,7 +532,7 @@ void FromPullout::btnRemove_Click() {
 void FromPullout::LoadLocationFields() {
     m_Loading = true;
     const std::string name = LocationName();
-    Dravlink& engine = *app_.EngineObject;
+    Dravlink& engine = Engine();
     auto read = [&](const char* key, std::string& value) {
         value.clear();
         try {

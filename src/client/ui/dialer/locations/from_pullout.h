@@ -12,6 +12,7 @@
 namespace kw::dialer {
 
 class Application;
+class Dravlink;
 
 // The dialing locations pullout: where the user calls from.
 class FromPullout : public forms::Form, public EventSubscriber, public Pullout {
@@ -118,6 +119,8 @@ class FromPullout : public forms::Form, public EventSubscriber, public Pullout {
     void ShowWrongPart(std::size_t start, std::size_t length);
     bool SaveNew(const std::string& name);
     void SaveChanged(const std::string& name);
+    // The engine, or failure 91 when none could be made.
+    Dravlink& Engine() const;
     bool Policy(const std::string& key, std::string& value);
     // The dialing code of the country on view; 0 while no country was ever selected.
     float CountryCode() const;

@@ -19,6 +19,14 @@ namespace {
 // The events the pullout hears, in the order it registers for them.
 constexpr std::int32_t kHeardEvents[] = {event::kConnectRequested, event::kConnectStarted, 32,
                                          event::kGettingDialList, event::kDialListDone};
+
+// The engine, or failure 91 when none could be made at start.
+Dravlink& EngineOf(const Application& app) {
+    if (!app.EngineObject) {
+        throw Failure(automation::err::kObjectNotSet);
+    }
+    return *app.EngineObject;
+}
 }  // namespace
 
 PrefPullout::PrefPullout(Application& app) : Form(app.Platform(), "PrefPullout"), app_(app) {
@@ -77,8 +85,7 @@ void PrefPullout::Form_Load() {
         app_.Shape(*this, false);
         std::string user = app_.UserName;
         std::string value;
-        const bool read =
-            CBool(app_.EngineObject->GetPolicySetting(user, "DialStringEditing", value));
+        const bool read = CBool(EngineOf(app_).GetPolicySetting(user, "DialStringEditing", value));
         chkConfirmDial.SetEnabled(read && value == "1");
         tmrCCardMsg.SetTimerEnabled(false);
         tmrCCardMsg.SetInterval(100);
@@ -162,7 +169,7 @@ void PrefPullout::btnSave_Click() {
         return;  // nothing to store the number on
     }
     std::string id = std::to_string(app_.CurrentCallingCard->index);
-    if (CBool(app_.EngineObject->SetCallingCardNumber(id, txtCardNumber.Text()))) {
+    if (CBool(EngineOf(app_).SetCallingCardNumber(id, txtCardNumber.Text()))) {
         m_CardSaveFailed = false;
         btnSave.SetEnabled(false);
         app_.CurrentCallingCard->number = txtCardNumber.Text();
@@ -192,8 +199,8 @@ void PrefPullout::chkConfirmDial_Click() {
     const std::string location = automation::Trim(app_.Form<MainWin>().cmboFrom.Text());
     const std::string value = chkConfirmDial.Value() == forms::check::kChecked ? "1" : "0";
     try {
-        if (CBool(app_.EngineObject->SetLocationProperty(location, "ConfirmDialString", value))) {
-            app_.EngineObject->SaveLocation(location);
+        if (CBool(EngineOf(app_).SetLocationProperty(location, "ConfirmDialString", value))) {
+            EngineOf(app_).SaveLocation(location);
         }
     } catch (const Failure&) {
         // Neither failure is the user's concern: the box shows what was asked for.
