@@ -1,9 +1,7 @@
-// The client's copy of the country table and of the calling cards: lookups by name, code, key and
-// position, and what the location form shows from them.
+// The client's copy of the country table: lookups by name, code, key and position, and what the
+// location form shows from it.
 #include <gtest/gtest.h>
 
-#include "client/ui/dialer/core/utilities.h"
-#include "client/ui/dialer/locations/calling_card_list.h"
 #include "client/ui/dialer/locations/country_list.h"
 #include "location_fixture.h"
 #include "platform/automation/failure.h"
@@ -71,21 +69,6 @@ TEST_F(CountryTableTest, ARefusedListLeavesTheTableAsItWas) {
     engine.Then("GetCountryList", Variant(false));
     table.SetupCountries();
     EXPECT_EQ(table.Count(), 1);
-}
-
-TEST_F(CountryTableTest, TheTextOfACountryCutsBackToItsName) {
-    EXPECT_EQ(CountryNameFromText("UNITED STATES (1)"), "UNITED STATES");
-    EXPECT_EQ(CountryNameFromText(" (7)"), "");
-}
-
-TEST(CallingCardListTest, CardsAreFoundByIdentifierAndByPosition) {
-    CallingCardList cards;
-    cards.Add("Bluewave", "123", "L", "S", 7, 0, "7");
-    cards.Add("Meridian", "", "L", "S", 9, 1, "9");
-    EXPECT_EQ(cards.findByID(9)->name, "Meridian");
-    EXPECT_EQ(cards.findByID(3), nullptr);
-    EXPECT_EQ(cards.item(1)->number, "123");
-    EXPECT_THROW(cards.item(3), automation::Failure);
 }
 
 // ---- what the form shows of the table -------------------------------------------------------

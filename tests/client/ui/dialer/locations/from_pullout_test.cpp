@@ -316,18 +316,6 @@ TEST_F(FromPulloutTest, TheExistingConnectionTurnsTheDialingControlsOffAndBackOn
     EXPECT_TRUE(From().chkCallingCard.Enabled());
 }
 
-TEST_F(FromPulloutTest, TheListOfLocationsIsNotWalkedFromTheKeyboard) {
-    StartWithPullout();
-    int seen = -1;
-    const auto handler = From().cmboLocations.KeyDown;
-    for (int key : {33, 34, 38, 40, 65}) {
-        int code = key;
-        handler(code, 0);
-        seen = code;
-        EXPECT_EQ(seen, key == 65 ? 65 : 0) << key;
-    }
-}
-
 // ---- the existing connection and the United States placeholders ---------------------------
 
 TEST_F(FromPulloutTest, AnExistingConnectionStoresThePlaceholdersAndShowsEmptyNumbers) {
