@@ -93,6 +93,8 @@ Variant Simulator::Logon(std::string& user, std::string& password, const std::st
         return Variant(false);
     }
     loggedOnUser_ = TrimBlanks(user);
+    pendingLocations_.clear();
+    store_.UseLocationsOf(*loggedOnUser_);
     return Variant(true);
 }
 
@@ -253,7 +255,7 @@ Variant Simulator::SetLocationProperty(const std::string& location, const std::s
                                        const std::string& value) {
     RequireLogon();
     Location* l = AnyLocation(location);
-    if (l == nullptr || !IsKnownLocationKey(key)) {
+    if (l == nullptr || !IsKnownLocationKey(key) || !store_.LocationsWritable()) {
         return Variant(false);
     }
     if (key == "CountryCode" && !AllDigits(value)) {
@@ -288,7 +290,10 @@ Variant Simulator::CreateLocation(const std::string& location) {
     }
     store_.locations.push_back(std::move(it->second));
     pendingLocations_.erase(it);
-    store_.SaveLocations();
+    if (!store_.SaveLocations()) {
+        store_.locations.pop_back();  // not committed: the name stays free
+        return Variant(false);
+    }
     return Variant(true);
 }
 
@@ -297,8 +302,7 @@ Variant Simulator::SaveLocation(const std::string& location) {
     if (store_.FindLocation(location) == nullptr) {
         return Variant(false);
     }
-    store_.SaveLocations();
-    return Variant(true);
+    return Variant(store_.SaveLocations());
 }
 
 Variant Simulator::DeleteLocation(const std::string& location) {

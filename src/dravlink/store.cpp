@@ -1,6 +1,8 @@
 #include "dravlink/store.h"
 
+#include <cctype>
 #include <cstdio>
+#include <system_error>
 
 #include "dravlink/store_loaders.h"
 
@@ -154,7 +156,38 @@ Isp* Store::FindIsp(const std::string& name) {
     return nullptr;
 }
 
-void Store::SaveLocations() const {
+fs::path Store::LocationsFile() const {
+    if (locationsOwner.empty()) {
+        return dir / "locations.ini";
+    }
+    // One file per user, named so that any user name makes a plain file name.
+    std::string name;
+    for (const char c : locationsOwner) {
+        const bool plain = std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '-' || c == '_';
+        name += plain ? static_cast<char>(std::tolower(static_cast<unsigned char>(c))) : '_';
+    }
+    return dir / ("locations-" + name + ".ini");
+}
+
+void Store::UseLocationsOf(const std::string& user) {
+    locationsOwner = user;
+    const fs::path own = LocationsFile();
+    locations = LoadLocations(fs::exists(own) ? own : dir / "locations.ini");
+}
+
+bool Store::LocationsWritable() const {
+    // The permission bits, not access(): they hold for every user, the superuser included.
+    std::error_code error;
+    const fs::path file = LocationsFile();
+    const fs::path probe = fs::exists(file, error) ? file : dir;
+    const fs::perms perms = fs::status(probe, error).permissions();
+    return !error && (perms & fs::perms::owner_write) != fs::perms::none;
+}
+
+bool Store::SaveLocations() const {
+    if (!LocationsWritable()) {
+        return false;
+    }
     std::vector<IniSection> sections;
     for (const auto& l : locations) {
         IniSection section{l.name, 0, {}};
@@ -165,7 +198,12 @@ void Store::SaveLocations() const {
         }
         sections.push_back(std::move(section));
     }
-    WriteIni(dir / "locations.ini", "# Dialing locations, kept by the engine.\n", sections);
+    try {
+        WriteIni(LocationsFile(), "# Dialing locations, kept by the engine.\n", sections);
+    } catch (const std::exception&) {
+        return false;
+    }
+    return true;
 }
 
 void Store::SaveAccounts() const {

@@ -135,7 +135,16 @@ struct Store {
     const Country* FindCountry(int code) const;
     Isp* FindIsp(const std::string& name);
 
-    void SaveLocations() const;
+    // Each user keeps locations of their own: `locations` holds those of locationsOwner, read from
+    // LocationsFile(). Before a logon, and for a user without a file yet, they are the shared
+    // "locations.ini" the data directory was seeded with.
+    std::string locationsOwner;
+    std::filesystem::path LocationsFile() const;
+    void UseLocationsOf(const std::string& user);
+    // False when the owner's locations cannot be written: the file or its folder is read-only.
+    bool LocationsWritable() const;
+    // False when the write failed; what was in memory stays.
+    bool SaveLocations() const;
     void SaveAccounts() const;
     void SaveCards() const;
     void SaveOrderings() const;

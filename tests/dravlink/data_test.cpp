@@ -159,6 +159,29 @@ TEST_F(SimulatorTest, ACreatedLocationOutlivesTheEngineUntilDeleted) {
     EXPECT_TRUE(Ok(engine_->LocationExists("Denver Hotel")));
 }
 
+TEST_F(SimulatorTest, EachUserKeepsLocationsOfTheirOwn) {
+    Start("", "ana", "secret");
+    engine_->LocationExists("Denver Hotel");
+    ASSERT_TRUE(Ok(engine_->CreateLocation("Denver Hotel")));
+    Start("", "mira", "any");
+    std::string value;
+    EXPECT_FALSE(Ok(engine_->GetLocationProperty("Denver Hotel", "AreaCode", value)));
+    EXPECT_TRUE(Ok(engine_->LocationExists("Denver Hotel"))) << "free for another user";
+    Start("", "ana", "secret");
+    EXPECT_FALSE(Ok(engine_->LocationExists("Denver Hotel")));
+}
+
+TEST_F(SimulatorTest, ReadOnlyLocationsRefuseEveryWrite) {
+    Start();
+    ASSERT_TRUE(Ok(engine_->SaveLocation("Home Office")));  // the user's own file now exists
+    fs::permissions(dataDir_ / "locations-ana.ini", fs::perms::owner_read);
+    EXPECT_FALSE(Ok(engine_->SetLocationProperty("Home Office", "AreaCode", "303")));
+    EXPECT_FALSE(Ok(engine_->SaveLocation("Home Office")));
+    EXPECT_FALSE(Ok(engine_->SetLocationProperty("Nowhere", "AreaCode", "303")));
+    fs::permissions(dataDir_ / "locations-ana.ini", fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_TRUE(Ok(engine_->SetLocationProperty("Home Office", "AreaCode", "303")));
+}
+
 TEST_F(SimulatorTest, TheCountryTableIsReachedByNameWithRealDialingCodes) {
     Start();
     Variant list;

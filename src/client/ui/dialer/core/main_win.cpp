@@ -138,6 +138,9 @@ MainWin::MainWin(Application& app)
     btnHelp.SetToolTipText("Press for help");
     lblHelpButton.SetToolTipText("Press for help");
     cmboFrom.SetStyle(forms::combo::kDropdownCombo);
+    // Sorted as the location pullout's list is, so that one index names the same location in both
+    // whatever order the engine lists them in and wherever a new name falls.
+    cmboFrom.SetSorted(true);
     cmboTo.SetStyle(forms::combo::kDropdownCombo);
     for (forms::Image* light :
          {&imgModemDetected, &imgPhoneDialing, &imgConnectingISP, &imgAuthorizingISP,
@@ -200,6 +203,10 @@ void MainWin::Form_Load() {
         HaveLocationList = app_.EngineObject->GetLocationList(LocationList).ToBoolean();
         app_.CountryListObject = std::make_shared<CountryList>(*app_.EngineObject);
         app_.CountryListObject->SetupCountries();
+        // Without calling cards the location pullout was loaded before the table existed.
+        if (app_.Forms().IsLoaded<FromPullout>()) {
+            app_.Form<FromPullout>().FillCountries();
+        }
         IsConnecting = false;
         IsConnected = false;
         fromShown = toShown = rxShown = moreShown = false;

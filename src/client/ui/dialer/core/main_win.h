@@ -175,6 +175,9 @@ class MainWin : public forms::Form, public EventSubscriber {
                         int timeoutMs);
     void CloseTimedMessageBox();
     int Box(const std::string& text, int flags, const std::string& caption);
+
+  public:
+    // A box under the program's title; the pullouts speak through it too.
     int AppBox(const std::string& text, int flags);
 
     // ---- the window family: pullouts, drag, minimise, message hook (shell/) ----

@@ -1,9 +1,40 @@
 #include "client/ui/dialer/locations/from_pullout.h"
 
 #include "client/ui/dialer/core/application.h"
+#include "client/ui/dialer/core/main_win.h"
+#include "client/ui/dialer/core/utilities.h"
+#include "client/ui/dialer/diallist/to_pullout.h"
+#include "client/ui/dialer/engine/res_const.h"
+#include "client/ui/dialer/locations/pref_pullout.h"
 #include "client/ui/dialer/shell/faces.h"
+#include "platform/automation/failure.h"
+#include "platform/automation/strings.h"
 
 namespace kw::dialer {
+
+using automation::CBool;
+using automation::Failure;
+using automation::Trim;
+using automation::Variant;
+
+namespace {
+
+// The events the pullout hears, in the order it registers for them.
+constexpr std::int32_t kHeardEvents[] = {event::kConnectRequested, event::kConnectStarted, 32,
+                                         event::kGettingDialList, event::kDialListDone};
+
+constexpr const char* kUnitedStates = "UNITED STATES (1)";
+// Stored for a location that goes out through an existing connection: no number is dialled.
+constexpr const char* kTunnelAreaCode = "999";
+constexpr const char* kTunnelExchange = "123";
+constexpr const char* kTunnelNumber = "4567";
+
+// Page up, page down, up, down: the locations box is not walked from the keyboard.
+bool IsListWalkKey(int key) {
+    return key == 33 || key == 34 || key == 38 || key == 40;
+}
+
+}  // namespace
 
 FromPullout::FromPullout(Application& app) : Form(app.Platform(), "FromPullout"), app_(app) {
     SetCaption("FromPullout");
@@ -82,41 +113,756 @@ void FromPullout::PlaceControls() {
 }
 
 void FromPullout::Form_Load() {
-    app_.EventManagerObject.registerForEvent(event::kConnectRequested, this);
+    for (const std::int32_t id : kHeardEvents) {
+        app_.EventManagerObject.registerForEvent(id, this);
+    }
+    m_Exchange.clear();
+    m_Number.clear();
+    cmboLocations.Clear();
     cmboLocations.SetText("");
+    m_Loading = m_Adding = m_Removing = false;
     ScaleForm(*this, app_.Platform());
     // The outline comes from Image2, at its place on the form.
     app_.Shape(*this, false, &Image2);
-    // At rest nothing is being entered: no name to type, nothing to remove or give up.
+    // Outside the United States the number box takes the area code box's place.
+    numberLeftUS_ = txtPhoneNumber.Left();
+    numberLeftAbroad_ = txtAreaCode.Left();
     btnRemove.SetEnabled(false);
     cmboLocations.SetEnabled(false);
+    for (const char* choice : {"*70,", "70#,", "1170,"}) {
+        cmboCallWaiting.AddItem(choice);
+    }
+    txtOutsideAccess.SetText("9");
+    txtLongDistance.SetText("8");
+    WireEvents();
+    // From here on a step that fails is passed over and the next one runs.
+    try {
+        std::string value;
+        if (Policy("CCdialing", value) && value == "0") {
+            chkCallingCard.SetEnabled(false);
+            lblCallingCard.SetEnabled(false);
+        }
+    } catch (const Failure&) {
+    }
+    try {
+        chkCallingCard.SetValue(forms::check::kUnchecked);
+    } catch (const Failure&) {
+    }
+    try {
+        FillCountries();
+    } catch (const Failure&) {
+    }
+    btnAdd.SetCaption("Add");
     btnCancel.SetEnabled(false);
+}
+
+void FromPullout::WireEvents() {
     btnAdd.Click = [this] { btnAdd_Click(); };
+    btnCancel.Click = [this] { btnCancel_Click(); };
+    btnRemove.Click = [this] { btnRemove_Click(); };
+    for (forms::TextBox* box :
+         {&txtAreaCode, &txtPhoneNumber, &txtLongDistance, &txtOutsideAccess}) {
+        box->Change = [this] { NumberField_Change(); };
+        // Entering a field selects all of it, so typing replaces what was there.
+        box->GotFocus = [box] {
+            box->SetSelStart(0);
+            box->SetSelLength(static_cast<int>(box->Text().size()));
+        };
+    }
+    txtAreaCode.KeyPress = [this](int& key) { FilterKey(key, ""); };
+    // The country is asked at every key: a change of country changes the rule at once.
+    txtPhoneNumber.KeyPress = [this](int& key) { FilterKey(key, CountryCode() == 1 ? "-" : ""); };
+    txtOutsideAccess.KeyPress = [this](int& key) { FilterKey(key, ","); };
+    txtLongDistance.KeyPress = [this](int& key) { FilterKey(key, ","); };
+    cmboCallWaiting.Change = [this] { NoteEdit(); };
+    cmboCallWaiting.Click = [this] { NoteEdit(); };
+    chkDisableCallWaiting.Click = [this] { chkDisableCallWaiting_Click(); };
+    chkManualDial.Click = [this] {
+        if (!m_Loading && !m_Adding) {
+            SetFormModified();
+        }
+    };
+    chkCallingCard.Click = [this] { chkCallingCard_Click(); };
+    chkUseExisting.Click = [this] { chkUseExisting_Click(); };
+    lblCallingCard.Click = [this] { ToggleFromLabel(chkCallingCard); };
+    lblManualDial.Click = [this] { ToggleFromLabel(chkManualDial); };
+    lblUseExisting.Click = [this] { ToggleFromLabel(chkUseExisting); };
+    lblDisableCallWaiting.Click = [this] {
+        chkDisableCallWaiting.SetValue(chkDisableCallWaiting.Value() == forms::check::kChecked
+                                           ? forms::check::kUnchecked
+                                           : forms::check::kChecked);
+        chkDisableCallWaiting_Click();
+    };
+    cmboCountries.Click = [this] { cmboCountries_Click(); };
+    cmboLocations.Click = [this] { cmboLocations_Click(); };
+    cmboLocations.KeyDown = [](int& key, int) {
+        if (IsListWalkKey(key)) {
+            key = 0;
+        }
+    };
 }
 
 void FromPullout::Form_Unload(int& cancel) {
     (void)cancel;
-    app_.EventManagerObject.deregisterForEvent(event::kConnectRequested, this);
+    for (const std::int32_t id : kHeardEvents) {
+        app_.EventManagerObject.deregisterForEvent(id, this);
+    }
 }
 
+void FromPullout::FillCountries() {
+    if (!app_.CountryListObject || cmboCountries.ListCount() > 0) {
+        return;
+    }
+    const CountryList& countries = *app_.CountryListObject;
+    for (int i = 1; i <= countries.Count(); ++i) {
+        cmboCountries.AddItem(countries.item(i)->DisplayText());
+    }
+    if (cmboCountries.ListCount() > 0) {
+        cmboCountries.SetListIndex(FindComboEntry(cmboCountries, kUnitedStates));
+    }
+}
+
+// ---- helpers ---------------------------------------------------------------------------------
+
+Dravlink& FromPullout::Engine() const {
+    if (!app_.EngineObject) {
+        throw Failure(automation::err::kObjectNotSet);  // the engine could not be made at start
+    }
+    return *app_.EngineObject;
+}
+
+bool FromPullout::Policy(const std::string& key, std::string& value) {
+    try {
+        std::string user = app_.UserName;
+        return CBool(Engine().GetPolicySetting(user, key, value));
+    } catch (const Failure&) {
+        return false;
+    }
+}
+
+float FromPullout::CountryCode() const {
+    return app_.CurrentCountry ? app_.CurrentCountry->code() : 0.0F;
+}
+
+std::string FromPullout::LocationName() const {
+    return Trim(cmboLocations.Text());
+}
+
+void FromPullout::Tell(const std::string& text) {
+    app_.Form<MainWin>().AppBox(text, forms::mb::kOkOnly | forms::mb::kSetForeground);
+}
+
+void FromPullout::FilterKey(int& key, const std::string& extra) {
+    const bool digit = key >= '0' && key <= '9';
+    const bool allowed = extra.find(static_cast<char>(key)) != std::string::npos;
+    if (!digit && key != forms::key::kBack && !(key > 0 && allowed)) {
+        app_.Platform().Beep();
+        key = 0;
+    }
+}
+
+void FromPullout::SetFormModified() {
+    btnAdd.SetCaption("Modify");
+    btnCancel.SetEnabled(true);
+    app_.Form<MainWin>().DisableFromSelection();
+}
+
+void FromPullout::ClearFormModified() {
+    btnAdd.SetCaption("Add");
+    btnCancel.SetEnabled(false);
+    app_.Form<MainWin>().EnableFromSelection();
+}
+
+bool FromPullout::IsFormModified() const {
+    return btnAdd.Caption() == "Save" || btnAdd.Caption() == "Modify";
+}
+
+// ---- adding, saving, cancelling, removing ------------------------------------------------------
+
 void FromPullout::btnAdd_Click() {
-    // The location form's editing comes with the locations work; until then adding starts nowhere.
+    const std::string caption = btnAdd.Caption();
+    if (caption == "Add") {
+        MainWin& win = app_.Form<MainWin>();
+        if (win.IsGettingDialList) {
+            return;
+        }
+        m_Adding = true;
+        win.DisableFromSelection();
+        for (forms::TextBox* box :
+             {&txtAreaCode, &txtPhoneNumber, &txtLongDistance, &txtOutsideAccess}) {
+            box->SetText("");
+        }
+        for (forms::CheckBox* box :
+             {&chkCallingCard, &chkManualDial, &chkUseExisting, &chkDisableCallWaiting}) {
+            box->SetValue(forms::check::kUnchecked);
+        }
+        lblCallingCardName.SetCaption("");
+        cmboCallWaiting.SetText("");
+        btnAdd.SetCaption("Save");
+        btnRemove.SetEnabled(false);
+        btnCancel.SetEnabled(true);
+        m_AddFromIndex = static_cast<std::int16_t>(cmboLocations.ListIndex());
+        if (cmboCountries.ListCount() > 0) {
+            cmboCountries.SetListIndex(FindComboEntry(cmboCountries, kUnitedStates));
+        }
+        cmboLocations.SetEnabled(true);
+        cmboLocations.SetText("");
+        cmboLocations.SetFocus();
+        return;
+    }
+    if (caption == "Save") {
+        const std::string name = LocationName();
+        if (!CheckRequiredFields() || !FormNumberParts()) {
+            return;
+        }
+        SaveNew(name);
+        return;
+    }
+    if (caption == "Modify") {
+        if (!CheckRequiredFields()) {
+            return;
+        }
+        app_.Form<MainWin>().DisableFromSelection();
+        if (!FormNumberParts()) {
+            return;
+        }
+        SaveChanged(LocationName());
+    }
+}
+
+bool FromPullout::CheckRequiredFields() {
+    if (LocationName().empty()) {
+        Tell("Please specify a location name.");
+        return false;
+    }
+    if (chkUseExisting.Value() != forms::check::kChecked && CountryCode() == 1 &&
+        txtAreaCode.Text().empty()) {
+        Tell("Please specify an area code. (Required in the U.S.)");
+        return false;
+    }
+    if (txtPhoneNumber.Text().empty()) {
+        Tell("Please enter your telephone number.");
+        return false;
+    }
+    return true;
+}
+
+bool FromPullout::FormNumberParts() {
+    if (CountryCode() != 1) {
+        m_Exchange.clear();
+        m_Number = txtPhoneNumber.Text();
+        return true;
+    }
+    if (chkUseExisting.Value() == forms::check::kChecked) {
+        return true;  // the placeholders are stored in place of the number
+    }
+    return ParsePhoneNumber();
+}
+
+bool FromPullout::SaveNew(const std::string& name) {
+    if (!CBool(Engine().LocationExists(name))) {
+        Tell(LoadResString(ResConst::kLocationExists));
+        return false;
+    }
+    SaveFields();
+    if (!CBool(Engine().CreateLocation(name))) {
+        Tell("Error saving " + name);
+        btnRemove.SetEnabled(false);
+        return false;
+    }
+    MainWin& win = app_.Form<MainWin>();
+    cmboLocations.AddItem(name);
+    win.cmboFrom.AddItem(name);
+    const int added = win.cmboFrom.NewIndex();
+    if (!name.empty()) {
+        btnRemove.SetEnabled(true);
+    }
+    Tell("Saved " + name);
+    cmboLocations.SetEnabled(false);
+    win.cmboFrom.SetListIndex(added);
+    m_Adding = false;
+    ClearFormModified();
+    return true;
+}
+
+void FromPullout::SaveChanged(const std::string& name) {
+    SaveFields();
+    if (CBool(Engine().SaveLocation(name))) {
+        Tell("Update of " + name + " successful.");
+        ClearFormModified();
+        app_.Form<ToPullout>().lstvDialList.ClearItems();
+        app_.Form<MainWin>().GetDialList();
+    } else {
+        app_.Form<MainWin>().AppBox(
+            "Update of " + name + " failed.",
+            forms::mb::kOkOnly | forms::mb::kExclamation | forms::mb::kSetForeground);
+    }
+    if (!name.empty()) {
+        btnRemove.SetEnabled(true);
+    }
+}
+
+bool FromPullout::SaveFields() {
+    const std::string name = LocationName();
+    Dravlink& engine = Engine();
+    auto write = [&](const char* key, const std::string& value) {
+        try {
+            return CBool(engine.SetLocationProperty(name, key, value));
+        } catch (const Failure&) {
+            return false;  // a write the engine cannot take counts as refused
+        }
+    };
+    auto report = [&](bool ok, const std::string& message) {
+        if (!ok) {
+            Tell(message);
+        }
+    };
+    const bool us = CountryCode() == 1;
+    report(write("CountryName", app_.CurrentCountry ? app_.CurrentCountry->name() : ""),
+           "Error setting the country name for " + name);
+    report(write("CountryCode", automation::CStr(Variant(CountryCode()))),
+           "Error setting the country code for " + name);
+    if (chkUseExisting.Value() == forms::check::kChecked) {
+        report(write("AreaCode", kTunnelAreaCode), "Error setting the area code for " + name);
+        report(write("Exchange", kTunnelExchange), "Error setting the exchange for " + name);
+        report(write("Number", kTunnelNumber), "Error setting the number for " + name);
+    } else {
+        // Outside the United States there is no area code or exchange to lose.
+        const bool area = write("AreaCode", txtAreaCode.Text());
+        report(area || !us, "Error setting the area code for " + name);
+        const bool exchange = write("Exchange", m_Exchange);
+        report(exchange || !us, "Error setting the exchange for " + name);
+        report(write("Number", m_Number), "Error setting the number for " + name);
+    }
+    const bool waiting = chkDisableCallWaiting.Value() == forms::check::kChecked;
+    report(write("DisableCallWaiting", waiting ? cmboCallWaiting.Text() : ""),
+           "Error disabling call waiting for " + name);
+    report(write("LongDistanceAccess", txtLongDistance.Text()),
+           "Error setting long distance access for " + name);
+    report(write("OutSideAccess", txtOutsideAccess.Text()),
+           "Error setting outside access for " + name);
+    // A card box set with no card to name stores no card.
+    const bool card = chkCallingCard.Value() == forms::check::kChecked && app_.CurrentCallingCard;
+    write("CallingCard", card ? std::to_string(app_.CurrentCallingCard->tapiIndex) : "0");
+    write("ManualDial", std::to_string(chkManualDial.Value()));
+    const bool tunnel = write("TunnelOverLAN", std::to_string(chkUseExisting.Value()));
+    report(tunnel, "Error setting the prefered calling card.");
+    return tunnel;
+}
+
+void FromPullout::btnCancel_Click() {
+    const std::string caption = btnAdd.Caption();
+    if (caption == "Modify") {
+        LoadLocationFields();
+        ClearFormModified();
+        if (!LocationName().empty()) {
+            btnRemove.SetEnabled(true);
+        }
+        return;
+    }
+    if (caption == "Save") {
+        ClearFormModified();
+        btnAdd.SetFocus();
+        cmboLocations.SetEnabled(false);
+        if (app_.Form<MainWin>().cmboFrom.ListCount() > 0) {
+            m_Adding = false;
+            ReturnToLocation(m_AddFromIndex);
+            cmboLocations.SetEnabled(false);
+            if (!LocationName().empty()) {
+                btnRemove.SetEnabled(true);
+            }
+        } else {
+            // m_Adding stays set: with nothing stored, no edit counts as a change until a load.
+            cmboLocations.SetText("");
+            for (forms::TextBox* box :
+                 {&txtAreaCode, &txtPhoneNumber, &txtLongDistance, &txtOutsideAccess}) {
+                box->SetText("");
+            }
+            chkDisableCallWaiting.SetValue(forms::check::kUnchecked);
+            cmboCallWaiting.SetEnabled(false);
+            btnRemove.SetEnabled(false);
+        }
+        return;
+    }
+    if (caption == "Add" && LocationName().empty()) {
+        for (forms::TextBox* box :
+             {&txtAreaCode, &txtPhoneNumber, &txtLongDistance, &txtOutsideAccess}) {
+            box->SetText("");
+        }
+        chkDisableCallWaiting.SetValue(forms::check::kUnchecked);
+        cmboCallWaiting.SetEnabled(false);
+        btnCancel.SetEnabled(false);
+    }
+}
+
+void FromPullout::btnRemove_Click() {
+    const std::string name = cmboLocations.Text();
+    MainWin& win = app_.Form<MainWin>();
+    if (win.AppBox("Are you sure you wish to delete " + name + " ?", forms::mb::kYesNo) !=
+        forms::mb::kResultYes) {
+        return;
+    }
+    btnRemove.SetEnabled(false);
+    m_Removing = true;
+    Engine().DeleteLocation(Trim(name));
+    const int i = cmboLocations.ListIndex();
+    if (i >= 0) {
+        cmboLocations.RemoveItem(i);
+        win.cmboFrom.RemoveItem(i);
+    }
+    for (forms::TextBox* box :
+         {&txtAreaCode, &txtPhoneNumber, &txtOutsideAccess, &txtLongDistance}) {
+        box->SetText("");
+    }
+    const bool remain = cmboLocations.ListCount() > 0;
+    if (remain) {
+        cmboLocations.SetListIndex(i > 0 ? i - 1 : 0);
+    } else {
+        win.GetDialList();
+    }
+    m_Removing = false;
+    if (remain) {
+        btnRemove.SetEnabled(true);
+    }
+    ClearFormModified();
+}
+
+// ---- reading a location ------------------------------------------------------------------------
+
+void FromPullout::LoadLocationFields() {
+    m_Loading = true;
+    const std::string name = LocationName();
+    Dravlink& engine = Engine();
+    auto read = [&](const char* key, std::string& value) {
+        value.clear();
+        try {
+            return CBool(engine.GetLocationProperty(name, key, value));
+        } catch (const Failure&) {
+            value.clear();
+            return false;
+        }
+    };
+    std::string tunnel;
+    read("TunnelOverLAN", tunnel);
+    const bool overLan = tunnel == "1";
+    if (overLan) {
+        chkUseExisting.SetValue(forms::check::kChecked);
+        chkUseExisting_Click();
+    } else {
+        chkUseExisting.SetValue(forms::check::kUnchecked);
+    }
+
+    std::string countryName;
+    std::string code;
+    read("CountryName", countryName);
+    read("CountryCode", code);
+    ApplyCountryLayout(code);
+    if (app_.CountryListObject) {
+        std::shared_ptr<CountryInfo> country = app_.CountryListObject->FindByName(countryName);
+        if (cmboCountries.ListCount() > 0 && country) {
+            cmboCountries.SetListIndex(FindComboEntry(cmboCountries, country->DisplayText()));
+        }
+    }
+    const bool us = code == "1";
+
+    std::string value;
+    if (read("AreaCode", value) && us) {
+        txtAreaCode.SetText(overLan ? "" : value);
+    }
+    if (!read("Exchange", value) || !us) {
+        m_Exchange.clear();
+    } else if (!overLan) {
+        txtPhoneNumber.SetText(value);
+        m_Exchange = txtPhoneNumber.Text();
+    }
+    if (!read("Number", value) || !us) {
+        txtPhoneNumber.SetText(value);
+    } else if (!overLan) {
+        txtPhoneNumber.SetText(txtPhoneNumber.Text() + "-" + value);
+        m_Number = value;
+    } else {
+        txtPhoneNumber.SetText("");
+    }
+    read("CountryCode", value);
+
+    read("OutSideAccess", value);
+    txtOutsideAccess.SetText(value);
+    read("LongDistanceAccess", value);
+    txtLongDistance.SetText(value);
+
+    read("DisableCallWaiting", value);
+    cmboCallWaiting.SetText(value);
+    chkDisableCallWaiting.SetValue(value.empty() ? forms::check::kUnchecked
+                                                 : forms::check::kChecked);
+
+    read("CallingCard", value);
+    std::shared_ptr<CallingCard> card;
+    if (value != "0" && chkCallingCard.Visible() && app_.CallingCards) {
+        try {
+            card = app_.CallingCards->findByID(automation::CInt(Variant(value)));
+        } catch (const Failure&) {
+            // No number: a location without a card.
+        }
+    }
+    if (card) {
+        chkCallingCard.SetValue(forms::check::kChecked);
+        app_.CurrentCallingCard = card;
+        lblCallingCardName.SetCaption(card->name);
+    } else {
+        chkCallingCard.SetValue(forms::check::kUnchecked);
+        lblCallingCardName.SetCaption("");
+    }
+
+    read("ConfirmDialString", value);
+    app_.Form<PrefPullout>().chkConfirmDial.SetValue(value == "1" ? forms::check::kChecked
+                                                                  : forms::check::kUnchecked);
+
+    std::string policy;
+    const bool policyRead = Policy("ManualDialing", policy);
+    read("ManualDial", value);
+    if (policyRead && policy == "1") {
+        chkManualDial.SetValue(value == "1" ? forms::check::kChecked : forms::check::kUnchecked);
+    } else if (!policyRead || policy == "0") {
+        chkManualDial.SetEnabled(false);
+        lblManualDial.SetEnabled(false);
+    }
+    m_Adding = false;
+    m_Loading = false;
+}
+
+void FromPullout::ApplyCountryLayout(const std::string& code) {
+    const bool us = code == "1";
+    Label7.SetVisible(us);
+    Label8.SetVisible(us);
+    txtAreaCode.SetVisible(us);
+    txtPhoneNumber.SetLeft(us ? numberLeftUS_ : numberLeftAbroad_);
+    txtAreaCode.SetText("");
+    txtPhoneNumber.SetText("");
+}
+
+// ---- the number ------------------------------------------------------------------------------
+
+bool FromPullout::ParsePhoneNumber() {
+    if (txtAreaCode.Text().size() != 3) {
+        Tell("Invalid area code.");
+        return false;
+    }
+    const std::string text = txtPhoneNumber.Text();
+    const std::size_t dash = text.find('-');
+    if (dash == std::string::npos) {
+        if (text.size() != 7) {
+            Tell("Invalid phone number. Please use the format XXX-XXXX.");
+            return false;
+        }
+        m_Exchange = text.substr(0, 3);
+        m_Number = text.substr(3);
+        return true;
+    }
+    m_Exchange = text.substr(0, dash);
+    if (m_Exchange.size() != 3) {
+        Tell(m_Exchange.size() < 3
+                 ? "Invalid phone number.  Too few numbers before the dash (-)."
+                 : "Invalid phone number.  Too many numbers before the dash (-).");
+        ShowWrongPart(0, m_Exchange.size());
+        return false;
+    }
+    m_Number = text.substr(dash + 1);
+    if (m_Number.size() == 4) {
+        return true;
+    }
+    Tell(m_Number.size() < 4 ? "Invalid phone number.  Too few numbers after the dash (-)."
+                             : "Invalid phone number.  Too many numbers after the dash (-).");
+    ShowWrongPart(dash + 1, m_Number.size());
+    return false;
+}
+
+void FromPullout::ShowWrongPart(std::size_t start, std::size_t length) {
+    // The focus first: entering the field selects all of it, and the wrong part is what the user
+    // has to see selected.
+    txtPhoneNumber.SetFocus();
+    txtPhoneNumber.SetSelStart(static_cast<int>(start));
+    txtPhoneNumber.SetSelLength(static_cast<int>(length));
+}
+
+// ---- edits ---------------------------------------------------------------------------------
+
+void FromPullout::NumberField_Change() {
+    if (LocationName().empty()) {
+        btnCancel.SetEnabled(true);
+    } else if (!m_Loading && !m_Adding && !m_Removing) {
+        SetFormModified();
+    }
+}
+
+void FromPullout::NoteEdit() {
+    if (!m_Loading && !m_Adding && !m_Removing) {
+        SetFormModified();
+    }
+}
+
+void FromPullout::chkDisableCallWaiting_Click() {
+    if (!m_Loading && !m_Adding) {
+        SetFormModified();
+    }
+    if (chkDisableCallWaiting.Value() == forms::check::kChecked) {
+        cmboCallWaiting.SetEnabled(true);
+        if (!m_Loading) {
+            btnCancel.SetEnabled(true);
+            cmboCallWaiting.SetListIndex(0);
+        }
+    } else {
+        cmboCallWaiting.SetEnabled(false);
+    }
+}
+
+void FromPullout::chkCallingCard_Click() {
+    if (!cmboLocations.Text().empty() && !m_Loading && !m_Adding) {
+        SetFormModified();
+    }
+    if (chkCallingCard.Value() != forms::check::kChecked) {
+        lblCallingCardName.SetCaption("");
+        return;
+    }
+    if (!app_.CurrentCallingCard) {
+        return;
+    }
+    const forms::ComboBox& cards = app_.Form<PrefPullout>().cmboCallingCards;
+    if (cards.ListCount() > 0) {
+        lblCallingCardName.SetCaption(cards.List(std::max(cards.ListIndex(), 0)));
+    }
+}
+
+void FromPullout::chkUseExisting_Click() {
+    if (!m_Loading && !m_Adding) {
+        SetFormModified();
+    }
+    if (chkUseExisting.Value() == forms::check::kChecked) {
+        setTunnelOverLAN();
+    } else {
+        unsetTunnelOverLAN();
+    }
+}
+
+void FromPullout::ToggleFromLabel(forms::CheckBox& box) {
+    if (!cmboLocations.Text().empty() && !m_Loading && !m_Adding) {
+        SetFormModified();
+    }
+    box.SetValue(box.Value() == forms::check::kChecked ? forms::check::kUnchecked
+                                                       : forms::check::kChecked);
+}
+
+void FromPullout::cmboCountries_Click() {
+    if (!app_.CountryListObject) {
+        return;
+    }
+    const std::string text = cmboCountries.Text();
+    std::shared_ptr<CountryInfo> country;
+    try {
+        country = app_.CountryListObject->item(CountryNameFromText(text));
+    } catch (const Failure&) {
+        // A country without a name has no key: it is found by its text alone.
+        for (int i = 1; i <= app_.CountryListObject->Count() && !country; ++i) {
+            if (app_.CountryListObject->item(i)->DisplayText() == text) {
+                country = app_.CountryListObject->item(i);
+            }
+        }
+    }
+    if (!country) {
+        return;
+    }
+    app_.CurrentCountry = country;
+    ApplyCountryLayout(automation::CStr(Variant(country->code())));
+}
+
+void FromPullout::ReturnToLocation(int index) {
+    if (index >= 0 && index == cmboLocations.ListIndex()) {
+        // The box kept its selection under the name typed over it: show and read it again.
+        cmboLocations.SetText(cmboLocations.List(index));
+        cmboLocations_Click();
+        return;
+    }
+    cmboLocations.SetListIndex(index);
+}
+
+void FromPullout::cmboLocations_Click() {
+    app_.Form<MainWin>().cmboFrom.SetListIndex(cmboLocations.ListIndex());
+    LoadLocationFields();
+}
+
+void FromPullout::setTunnelOverLAN() {
+    chkCallingCard.SetEnabled(false);
+    chkCallingCard.SetValue(forms::check::kUnchecked);
+    chkCallingCard_Click();
+    for (forms::Control* c : {static_cast<forms::Control*>(&lblCallingCard),
+                              static_cast<forms::Control*>(&lblCallingCardName),
+                              static_cast<forms::Control*>(&chkDisableCallWaiting),
+                              static_cast<forms::Control*>(&lblDisableCallWaiting)}) {
+        c->SetEnabled(false);
+    }
+    chkManualDial.SetEnabled(false);
+    chkManualDial.SetValue(forms::check::kUnchecked);
+    for (forms::Control* c : {static_cast<forms::Control*>(&lblManualDial),
+                              static_cast<forms::Control*>(&txtLongDistance),
+                              static_cast<forms::Control*>(&txtOutsideAccess),
+                              static_cast<forms::Control*>(&lblOutsideLine),
+                              static_cast<forms::Control*>(&lblLongDistance)}) {
+        c->SetEnabled(false);
+    }
+}
+
+void FromPullout::unsetTunnelOverLAN() {
+    std::string value;
+    const bool cards = Policy("CCdialing", value) && value != "0";
+    chkCallingCard.SetEnabled(cards);
+    lblCallingCard.SetEnabled(cards);
+    lblCallingCardName.SetEnabled(cards);
+    chkDisableCallWaiting.SetEnabled(true);
+    lblDisableCallWaiting.SetEnabled(true);
+    const bool manual = Policy("ManualDialing", value) && value != "0";
+    chkManualDial.SetEnabled(manual);
+    lblManualDial.SetEnabled(manual);
+    for (forms::Control* c : {static_cast<forms::Control*>(&txtLongDistance),
+                              static_cast<forms::Control*>(&txtOutsideAccess),
+                              static_cast<forms::Control*>(&lblOutsideLine),
+                              static_cast<forms::Control*>(&lblLongDistance)}) {
+        c->SetEnabled(true);
+    }
+}
+
+// ---- closing and connecting ------------------------------------------------------------------
+
+bool FromPullout::AskSaveForm() {
+    const int answer = app_.Form<MainWin>().AppBox(
+        "The From Location form has been modified, do you wish to save the changes?",
+        forms::mb::kYesNo | forms::mb::kExclamation);
+    if (answer == forms::mb::kResultYes) {
+        btnAdd_Click();
+        return true;
+    }
+    btnCancel_Click();
+    return false;
 }
 
 void FromPullout::OnHide(bool& ok) {
-    ok = true;
+    ok = !(IsFormModified() && AskSaveForm());
 }
 
 void FromPullout::KestrelwayEventSub(std::int32_t& eventId, automation::Variant& data) {
-    (void)eventId;
     (void)data;
+    if (eventId == event::kConnectStarted || eventId == event::kGettingDialList) {
+        SetEnabled(false);
+    } else if (eventId == 32 || eventId == event::kDialListDone) {
+        SetEnabled(true);
+    }
 }
 
 std::int32_t FromPullout::KestrelwayVetoableEventFunction(std::int32_t& eventId,
                                                           automation::Variant& data) {
-    (void)eventId;
     (void)data;
-    return 0;  // nothing unsaved
+    if (eventId == event::kConnectRequested && IsFormModified() && AskSaveForm()) {
+        return kVeto;
+    }
+    return 0;
 }
 
 }  // namespace kw::dialer

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+
+#include "client/ui/dialer/core/event_manager.h"
 #include "client/ui/dialer/shell/pullout.h"
 #include "platform/forms/controls.h"
 #include "platform/forms/form.h"
@@ -9,7 +12,7 @@ namespace kw::dialer {
 class Application;
 
 // The user preferences pullout: calling cards and the confirm-dial preference.
-class PrefPullout : public forms::Form, public Pullout {
+class PrefPullout : public forms::Form, public EventSubscriber, public Pullout {
   public:
     explicit PrefPullout(Application& app);
 
@@ -33,12 +36,27 @@ class PrefPullout : public forms::Form, public Pullout {
     // Run each time the pullout opens: shows the card chosen for the calls.
     void OnShow() override;
 
+    void KestrelwayEventSub(std::int32_t& eventId, automation::Variant& data) override;
+    std::int32_t KestrelwayVetoableEventFunction(std::int32_t& eventId,
+                                                 automation::Variant& data) override;
+
+    void btnSave_Click();
+    void cmboCallingCards_Click();
+    // True when the last save of a card number failed.
+    bool m_CardSaveFailed = false;
+
   protected:
     void Form_Load() override;
+    void Form_Unload(int& cancel) override;
 
   private:
     // Where the artwork leaves room for each control, and how each looks on it.
     void PlaceControls();
+    // Yes saves the number (true); No puts the card's own number back (false).
+    bool AskSaveCardNumber();
+    bool IsCardNumberModified() const { return btnSave.Enabled(); }
+    void tmrCCardMsg_Timer();
+    void chkConfirmDial_Click();
 
     Application& app_;
 };

@@ -101,6 +101,7 @@ TEST_F(PulloutFacesTest, HidingAFrameTakesTheControlsItHoldsAlong) {
     MakePrefDirty();
     ASSERT_TRUE(pref.btnSave.AcceptsInput());
     ASSERT_TRUE(pref.Label2.AcceptsInput());
+    pref.chkConfirmDial.SetEnabled(true);  // whatever the user's policy said
     pref.frCallingCard.SetVisible(false);
     EXPECT_FALSE(pref.btnSave.AcceptsInput());
     EXPECT_FALSE(pref.Label2.AcceptsInput());

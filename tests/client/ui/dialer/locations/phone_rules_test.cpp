@@ -1,0 +1,162 @@
+// How the typed number becomes the stored area code, exchange and number, and which keys each
+// field lets through.
+#include <gtest/gtest.h>
+
+#include "location_fixture.h"
+
+namespace kw::dialer::testing {
+namespace {
+
+using forms::mb::kResultOk;
+
+class PhoneRulesTest : public LocationTest {
+  protected:
+    void SetUp() override {
+        LocationTest::SetUp();
+        StartWithPullout();
+        AnswerBoxes(kResultOk);
+        BeginNew("Office");
+    }
+    // Puts the number in the box as it stands (pasted text is not filtered) and saves.
+    void SaveWith(const std::string& area, const std::string& phone) {
+        From().txtAreaCode.UserSetText(area);
+        From().txtPhoneNumber.UserSetText(phone);
+        From().btnAdd.UserClick();
+    }
+};
+
+struct NumberCase {
+    std::string phone;
+    std::string message;  // empty: accepted
+    std::string exchange;
+    std::string number;
+    int selStart;
+    int selLength;
+};
+
+class UsNumberTest : public PhoneRulesTest, public ::testing::WithParamInterface<NumberCase> {};
+
+TEST_P(UsNumberTest, AUnitedStatesNumberIsSplitOrRefusedWithItsMessage) {
+    const NumberCase& c = GetParam();
+    From().txtAreaCode.UserSetText("617");
+    From().txtPhoneNumber.UserSetText(c.phone);
+    From().btnAdd.UserClick();
+    if (c.message.empty()) {
+        ASSERT_EQ(BoxTexts(), std::vector<std::string>{"Saved Office"});
+        EXPECT_EQ(stored["Office"]["Exchange"], c.exchange);
+        EXPECT_EQ(stored["Office"]["Number"], c.number);
+        EXPECT_EQ(From().txtPhoneNumber.Text(), c.exchange + "-" + c.number);
+        return;
+    }
+    EXPECT_EQ(BoxTexts(), std::vector<std::string>{c.message});
+    EXPECT_EQ(engine->CountOf("LocationExists"), 0) << "nothing is written";
+    EXPECT_EQ(From().btnAdd.Caption(), "Save");
+    if (c.selStart >= 0) {
+        EXPECT_TRUE(From().txtPhoneNumber.HasFocus());
+        EXPECT_EQ(From().txtPhoneNumber.SelStart(), c.selStart);
+        EXPECT_EQ(From().txtPhoneNumber.SelLength(), c.selLength);
+    } else {
+        EXPECT_FALSE(From().txtPhoneNumber.HasFocus());
+    }
+}
+
+const char* const kFormat = "Invalid phone number. Please use the format XXX-XXXX.";
+
+INSTANTIATE_TEST_SUITE_P(
+    Numbers, UsNumberTest,
+    ::testing::Values(
+        NumberCase{"5550123", "", "555", "0123", -1, 0},
+        NumberCase{"555-0123", "", "555", "0123", -1, 0},
+        NumberCase{"-5550123", "Invalid phone number.  Too few numbers before the dash (-).", "",
+                   "", 0, 0},
+        NumberCase{"555-12-12", "Invalid phone number.  Too many numbers after the dash (-).", "",
+                   "", 4, 5},
+        NumberCase{"555-123", "Invalid phone number.  Too few numbers after the dash (-).", "", "",
+                   4, 3},
+        NumberCase{"55-1212", "Invalid phone number.  Too few numbers before the dash (-).", "", "",
+                   0, 2},
+        NumberCase{"5555-1212", "Invalid phone number.  Too many numbers before the dash (-).", "",
+                   "", 0, 4},
+        NumberCase{"555012", kFormat, "", "", -1, 0},
+        NumberCase{"55501234", kFormat, "", "", -1, 0}));
+
+TEST_F(PhoneRulesTest, ATwoDigitAreaCodeIsRefusedBeforeTheNumberIsLookedAt) {
+    From().txtAreaCode.UserSetText("61");
+    From().txtPhoneNumber.UserSetText("55");
+    From().btnAdd.UserClick();
+    EXPECT_EQ(BoxTexts(), std::vector<std::string>{"Invalid area code."});
+}
+
+TEST_F(PhoneRulesTest, EmptyFieldsAreAskedForInTheirOrder) {
+    From().cmboLocations.UserSetText("");
+    From().btnAdd.UserClick();
+    From().cmboLocations.UserSetText("   ");
+    From().btnAdd.UserClick();
+    From().cmboLocations.UserSetText("Office");
+    From().btnAdd.UserClick();
+    From().txtAreaCode.UserSetText("617");
+    From().btnAdd.UserClick();
+    EXPECT_EQ(BoxTexts(), (std::vector<std::string>{
+                              "Please specify a location name.", "Please specify a location name.",
+                              "Please specify an area code. (Required in the U.S.)",
+                              "Please enter your telephone number."}));
+}
+
+TEST_F(PhoneRulesTest, OutsideTheUnitedStatesAnyDigitsAreANumberAndTheDashIsRefused) {
+    SelectCountry("UNITED KINGDOM (44)");
+    Type(From().txtPhoneNumber, "20-79");
+    EXPECT_EQ(From().txtPhoneNumber.Text(), "2079");
+    EXPECT_EQ(platform.Beeps(), 1);
+    From().btnAdd.UserClick();
+    EXPECT_EQ(BoxTexts(), std::vector<std::string>{"Saved Office"});
+    EXPECT_EQ(stored["Office"]["Number"], "2079");
+}
+
+TEST_F(PhoneRulesTest, ThePhoneFieldAsksTheCountryAtEveryKey) {
+    Type(From().txtPhoneNumber, "555-");
+    SelectCountry("GERMANY (49)");
+    Type(From().txtPhoneNumber, "30-1");
+    EXPECT_EQ(From().txtPhoneNumber.Text(), "301");
+    EXPECT_EQ(platform.Beeps(), 1);
+}
+
+struct KeyCase {
+    const char* field;
+    std::string typed;
+    std::string kept;
+    int beeps;
+};
+
+class KeyFilterTest : public PhoneRulesTest, public ::testing::WithParamInterface<KeyCase> {};
+
+TEST_P(KeyFilterTest, EachFieldLetsItsOwnKeysThrough) {
+    forms::Control* c = From().FindControl(GetParam().field);
+    ASSERT_NE(c, nullptr);
+    Type(*c, GetParam().typed);
+    EXPECT_EQ(static_cast<forms::TextBox*>(c)->Text(), GetParam().kept);
+    EXPECT_EQ(platform.Beeps(), GetParam().beeps);
+}
+
+INSTANTIATE_TEST_SUITE_P(Fields, KeyFilterTest,
+                         ::testing::Values(KeyCase{"txtAreaCode", "6a1-7x", "617", 3},
+                                           KeyCase{"txtPhoneNumber", "555-01 2", "555-012", 1},
+                                           KeyCase{"txtOutsideAccess", "9,,", "9,,", 0},
+                                           KeyCase{"txtLongDistance", "8,#1", "8,1", 1},
+                                           KeyCase{"txtOutsideAccess", "9-", "9", 1}));
+
+TEST_F(PhoneRulesTest, APrefixWithCommasIsStoredAsTyped) {
+    Type(From().txtOutsideAccess, "9,,");
+    SaveWith("617", "5550123");
+    EXPECT_EQ(stored["Office"]["OutSideAccess"], "9,,");
+}
+
+TEST_F(PhoneRulesTest, EnteringAFieldSelectsAllOfIt) {
+    From().txtOutsideAccess.UserSetText("9,,");
+    From().txtAreaCode.UserFocus();
+    From().txtOutsideAccess.UserFocus();
+    EXPECT_EQ(From().txtOutsideAccess.SelStart(), 0);
+    EXPECT_EQ(From().txtOutsideAccess.SelLength(), 3);
+}
+
+}  // namespace
+}  // namespace kw::dialer::testing

@@ -1,0 +1,206 @@
+// The preferences pullout: the card chosen for the calls, its number, and the confirmation of
+// the dial string kept with the location.
+#include <gtest/gtest.h>
+
+#include "client/ui/dialer/core/settings.h"
+#include "client/ui/dialer/engine/res_const.h"
+#include "client/ui/dialer/shell/more_pullout.h"
+#include "location_fixture.h"
+
+namespace kw::dialer::testing {
+namespace {
+
+using forms::check::kChecked;
+using forms::mb::kResultNo;
+using forms::mb::kResultOk;
+using forms::mb::kResultYes;
+
+class PrefPulloutTest : public LocationTest {
+  protected:
+    void SetUp() override {
+        LocationTest::SetUp();
+        cards = {{0, 7, "111", "Bluewave"}, {1, 9, "222", "Meridian"}};
+    }
+    void OpenPref() {
+        Win().btnMorePullout.UserClick();
+        app->Form<MorePullout>().btnPref.UserClick();
+    }
+    std::uint32_t StoredCard() {
+        registry::HKEY key = nullptr;
+        registry::RegOpenKeyExA(registry::HKEY_CURRENT_USER, settings::kUserKey, 0,
+                                registry::KEY_ALL_ACCESS, &key);
+        std::uint32_t value = 0;
+        registry::DWORD size = 4;
+        registry::DWORD type = 0;
+        registry::RegQueryValueExA(key, settings::kCallingCard, nullptr, &type,
+                                   reinterpret_cast<registry::BYTE*>(&value), &size);
+        registry::RegCloseKey(key);
+        return value;
+    }
+};
+
+TEST_F(PrefPulloutTest, WithoutACardListAStoredCardIsToldAfterAMoment) {
+    cards.clear();
+    SetUserDword(settings::kCallingCard, 7);
+    StartWithPullout();
+    AnswerBoxes(kResultOk);
+    OpenPref();
+    EXPECT_TRUE(platform.Boxes().empty());
+    platform.Advance(100);
+    ASSERT_EQ(BoxTexts(),
+              std::vector<std::string>{LoadResString(ResConst::kLocationNotConfigured)});
+    EXPECT_EQ(platform.Boxes()[0].flags & forms::mb::kExclamation, forms::mb::kExclamation);
+    platform.Advance(1000);
+    EXPECT_EQ(platform.Boxes().size(), 1U);
+}
+
+TEST_F(PrefPulloutTest, WithoutACardListAndNoStoredCardNothingIsTold) {
+    cards.clear();
+    StartWithPullout();
+    OpenPref();
+    platform.Advance(1000);
+    EXPECT_TRUE(platform.Boxes().empty());
+    EXPECT_FALSE(Pref().cmboCallingCards.Enabled());
+}
+
+TEST_F(PrefPulloutTest, OpeningShowsTheStoredCardAndItsNumber) {
+    SetUserDword(settings::kCallingCard, 7);
+    StartWithPullout();
+    OpenPref();
+    EXPECT_EQ(Pref().cmboCallingCards.Text(), "Bluewave");
+    EXPECT_EQ(Pref().txtCardNumber.Text(), "111");
+    EXPECT_FALSE(Pref().btnSave.Enabled());
+}
+
+TEST_F(PrefPulloutTest, ChoosingACardRemembersItForTheUser) {
+    StartWithPullout();
+    OpenPref();
+    Pref().cmboCallingCards.UserSelect(0);
+    EXPECT_EQ(StoredCard(), 7U);
+    EXPECT_EQ(app->CallingCardId, 7);
+    EXPECT_EQ(Pref().txtCardNumber.Text(), "111");
+    EXPECT_FALSE(Pref().btnSave.Enabled()) << "the number shown is the card's own";
+}
+
+TEST_F(PrefPulloutTest, ChoosingACardShowsItOnTheLocationWhenItUsesOne) {
+    stored["Home"]["CallingCard"] = "9";
+    StartWithPullout();
+    ASSERT_EQ(From().lblCallingCardName.Caption(), "Meridian");
+    OpenPref();
+    Pref().cmboCallingCards.UserSelect(0);
+    EXPECT_EQ(From().lblCallingCardName.Caption(), "Bluewave");
+}
+
+TEST_F(PrefPulloutTest, ClearingTheCardOnTheLocationKeepsTheChosenCard) {
+    stored["Home"]["CallingCard"] = "9";
+    StartWithPullout();
+    OpenPref();
+    Pref().cmboCallingCards.UserSelect(0);
+    Win().btnFromPullout.UserClick();
+    From().chkCallingCard.UserClick();
+    EXPECT_EQ(From().lblCallingCardName.Caption(), "");
+    EXPECT_EQ(app->CurrentCallingCard->name, "Bluewave");
+    EXPECT_EQ(StoredCard(), 7U);
+}
+
+TEST_F(PrefPulloutTest, SavingTheNumberSendsItForTheCardsPosition) {
+    StartWithPullout();
+    OpenPref();
+    Pref().cmboCallingCards.UserSelect(1);
+    Pref().txtCardNumber.UserSetText("4242");
+    ASSERT_TRUE(Pref().btnSave.Enabled());
+    Pref().btnSave.UserClick();
+    const auto calls = engine->CallsTo("SetCallingCardNumber");
+    ASSERT_EQ(calls.size(), 1U);
+    EXPECT_EQ(calls[0].args[0].ToString(), "1");
+    EXPECT_EQ(calls[0].args[1].ToString(), "4242");
+    EXPECT_FALSE(Pref().btnSave.Enabled());
+    EXPECT_EQ(app->CurrentCallingCard->number, "4242");
+}
+
+TEST_F(PrefPulloutTest, ARefusedNumberStaysWithSaveEnabled) {
+    engine->Default("SetCallingCardNumber", automation::Variant(false));
+    StartWithPullout();
+    AnswerBoxes(kResultOk);
+    OpenPref();
+    Pref().cmboCallingCards.UserSelect(1);
+    Pref().txtCardNumber.UserSetText("4242");
+    Pref().btnSave.UserClick();
+    EXPECT_EQ(BoxTexts(), std::vector<std::string>{"Error saving the calling card number."});
+    EXPECT_TRUE(Pref().btnSave.Enabled());
+    EXPECT_TRUE(Pref().m_CardSaveFailed);
+}
+
+struct QuestionCase {
+    int answer;
+    int saves;
+    std::string numberOfFirstCard;
+};
+
+class CardQuestionTest : public PrefPulloutTest,
+                         public ::testing::WithParamInterface<QuestionCase> {};
+
+TEST_P(CardQuestionTest, AnotherCardWithAnUnsavedNumberAsksAndTheChoiceGoesAhead) {
+    StartWithPullout();
+    OpenPref();
+    Pref().cmboCallingCards.UserSelect(0);
+    Pref().txtCardNumber.UserSetText("4242");
+    platform.AnswerNextBox(GetParam().answer);
+    Pref().cmboCallingCards.UserSelect(1);
+    EXPECT_EQ(BoxTexts().front(),
+              "The calling card number for the currently selected carrier has been modified, "
+              "do you wish to save the changes?");
+    EXPECT_EQ(engine->CountOf("SetCallingCardNumber"), GetParam().saves);
+    EXPECT_EQ(Pref().cmboCallingCards.Text(), "Meridian");
+    EXPECT_EQ(Pref().txtCardNumber.Text(), "222");
+    EXPECT_EQ(app->CallingCards->item(1)->number, GetParam().numberOfFirstCard);
+}
+
+INSTANTIATE_TEST_SUITE_P(Answers, CardQuestionTest,
+                         ::testing::Values(QuestionCase{kResultYes, 1, "4242"},
+                                           QuestionCase{kResultNo, 0, "111"}));
+
+TEST_F(PrefPulloutTest, ConnectWithAnUnsavedNumberAsksAndYesStopsTheConnect) {
+    StartWithPullout();
+    OpenPref();
+    Pref().txtCardNumber.UserSetText("4242");
+    platform.AnswerNextBox(kResultYes);
+    Win().btnConnect.UserClick();
+    EXPECT_EQ(engine->CountOf("SetCallingCardNumber"), 1);
+    EXPECT_EQ(engine->CountOf("Connect"), 0);
+}
+
+TEST_F(PrefPulloutTest, ConfirmDialIsWrittenToTheSelectedLocationAtOnce) {
+    StartWithPullout();
+    OpenPref();
+    ASSERT_TRUE(Pref().chkConfirmDial.Enabled());
+    Pref().chkConfirmDial.UserClick();
+    EXPECT_EQ(stored["Home"]["ConfirmDialString"], "1");
+    EXPECT_EQ(engine->CountOf("SaveLocation"), 1);
+    Win().cmboFrom.UserSelect(1);
+    EXPECT_EQ(Pref().chkConfirmDial.Value(), forms::check::kUnchecked) << "Hotel's own value";
+}
+
+struct EditingPolicyCase {
+    std::string value;
+    bool works;
+    bool enabled;
+};
+
+class EditingPolicyTest : public PrefPulloutTest,
+                          public ::testing::WithParamInterface<EditingPolicyCase> {};
+
+TEST_P(EditingPolicyTest, TheDialStringEditingPolicyDecidesConfirmDial) {
+    policy["DialStringEditing"] = {GetParam().value, GetParam().works};
+    StartWithPullout();
+    EXPECT_EQ(Pref().chkConfirmDial.Enabled(), GetParam().enabled);
+}
+
+INSTANTIATE_TEST_SUITE_P(Values, EditingPolicyTest,
+                         ::testing::Values(EditingPolicyCase{"1", true, true},
+                                           EditingPolicyCase{"0", true, false},
+                                           EditingPolicyCase{"1", false, false},
+                                           EditingPolicyCase{"2", true, false}));
+
+}  // namespace
+}  // namespace kw::dialer::testing

@@ -1,0 +1,99 @@
+// A location made with the simulated engine survives the program: added in Germany with a
+// calling card, it changes the dial list to Germany's numbers and reads back whole next time.
+#include <gtest/gtest.h>
+
+#include "../spine/program_fixture.h"
+#include "client/ui/dialer/diallist/to_pullout.h"
+#include "client/ui/dialer/locations/from_pullout.h"
+#include "client/ui/dialer/locations/pref_pullout.h"
+#include "client/ui/dialer/shell/more_pullout.h"
+#include "dravlink/simulator.h"
+
+namespace kw::dialer::testing {
+namespace {
+
+class RoundTripTest : public ProgramTest {
+  protected:
+    void SetUp() override {
+        ProgramTest::SetUp();
+        UseEngine([this](const EngineContext& context) {
+            dravlink::Options options;
+            options.dataDir = dir / "dravlink";
+            options.sampleDir = std::filesystem::path(KW_SOURCE_DIR) / "assets" / "dravlink";
+            return std::make_shared<dravlink::Simulator>(context.platform, options);
+        });
+        StoreUser("anna", "secret");
+        platform.AnswerBoxes([](const headless::BoxRecord&) { return forms::mb::kResultOk; });
+    }
+    bool DialListArrives() {
+        for (int ms = 0; ms < 60000 && Win().IsGettingDialList; ms += 100) {
+            platform.Advance(100);
+        }
+        return !Win().IsGettingDialList;
+    }
+    std::vector<std::string> DialNumbers() {
+        std::vector<std::string> numbers;
+        const forms::ListView& view = app->Form<ToPullout>().lstvDialList;
+        for (int i = 1; i <= view.ItemCount(); ++i) {
+            numbers.push_back(view.Item(i).text);
+        }
+        return numbers;
+    }
+    void Select(const std::string& name) {
+        for (int i = 0; i < Win().cmboFrom.ListCount(); ++i) {
+            if (Win().cmboFrom.List(i) == name) {
+                Win().cmboFrom.UserSelect(i);
+                return;
+            }
+        }
+        FAIL() << "no location " << name;
+    }
+};
+
+TEST_F(RoundTripTest, ALocationInGermanyWithACardIsKeptWholeAcrossARestart) {
+    ASSERT_TRUE(Start());
+    ASSERT_TRUE(DialListArrives());
+    const std::vector<std::string> before = DialNumbers();
+    Win().btnMorePullout.UserClick();
+    app->Form<MorePullout>().btnPref.UserClick();
+    app->Form<PrefPullout>().cmboCallingCards.UserSelect(1);
+    Win().btnFromPullout.UserClick();
+    FromPullout& from = app->Form<FromPullout>();
+    from.btnAdd.UserClick();
+    from.cmboLocations.UserSetText("Berlin Office");
+    for (int i = 0; i < from.cmboCountries.ListCount(); ++i) {
+        if (from.cmboCountries.List(i) == "GERMANY (49)") {
+            from.cmboCountries.UserSelect(i);
+        }
+    }
+    from.txtPhoneNumber.UserSetText("30 1234567");
+    from.txtOutsideAccess.UserSetText("0,");
+    from.chkCallingCard.UserClick();
+    const std::string card = from.lblCallingCardName.Caption();
+    ASSERT_EQ(card, "Meridian Prepaid");
+    from.btnAdd.UserClick();
+    ASSERT_EQ(Win().cmboFrom.Text(), "Berlin Office");
+    ASSERT_TRUE(DialListArrives());
+    const std::vector<std::string> german = DialNumbers();
+    EXPECT_NE(german, before);
+    EXPECT_EQ(german, (std::vector<std::string>{"69 9999 0110", "89 9999 0220"}));
+
+    app.reset();
+    app = std::make_unique<Application>(platform);
+    ASSERT_TRUE(Start());
+    ASSERT_TRUE(DialListArrives());
+    Select("Berlin Office");
+    ASSERT_TRUE(DialListArrives());
+    FromPullout& again = app->Form<FromPullout>();
+    EXPECT_EQ(again.cmboCountries.Text(), "GERMANY (49)");
+    EXPECT_EQ(again.txtPhoneNumber.Text(), "30 1234567");
+    EXPECT_EQ(again.txtOutsideAccess.Text(), "0,");
+    EXPECT_EQ(again.txtLongDistance.Text(), "");
+    EXPECT_EQ(again.chkCallingCard.Value(), forms::check::kChecked);
+    EXPECT_EQ(again.lblCallingCardName.Caption(), card);
+    EXPECT_EQ(again.chkUseExisting.Value(), forms::check::kUnchecked);
+    EXPECT_EQ(DialNumbers(), german);
+}
+
+}  // namespace
+}  // namespace kw::dialer::testing
