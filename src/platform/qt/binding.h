@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include <memory>
 #include <string>
 #include <type_traits>
@@ -29,7 +31,16 @@ class BindingContext {
     const QString& AssetsDir() const { return assetsDir_; }
     // False once the form has unloaded: its models may be gone.
     bool Live() const { return live_; }
-    void Detach() { live_ = false; }
+    void Detach() {
+        live_ = false;
+        for (auto& release : onDetach_) {
+            release();
+        }
+        onDetach_.clear();
+    }
+    // Runs when the form unloads: what holds on to a control model lets go of it then, since the
+    // widgets may outlive the model until the event loop deletes them.
+    void OnDetach(std::function<void()> release) { onDetach_.push_back(std::move(release)); }
     // A widget signal is the user's input only now.
     bool TakesInput() const { return live_ && showing_ == 0; }
 
@@ -38,6 +49,7 @@ class BindingContext {
     QString assetsDir_;
     bool live_ = true;
     int showing_ = 0;
+    std::vector<std::function<void()>> onDetach_;
 };
 
 // Held while the model is shown on the widgets, so that nothing echoes back as input.

@@ -4,6 +4,7 @@
 
 #include <QHeaderView>
 #include <QItemSelectionModel>
+#include <QPointer>
 #include <QTreeView>
 
 #include "platform/qt/convert.h"
@@ -20,7 +21,21 @@ ListViewTableModel::ListViewTableModel(forms::ListView& view)
 }
 
 ListViewTableModel::~ListViewTableModel() {
+    if (!released_) {
+        view_.RemoveListObserver(this);
+    }
+}
+
+void ListViewTableModel::Release() {
+    if (released_) {
+        return;
+    }
     view_.RemoveListObserver(this);
+    beginResetModel();
+    released_ = true;
+    rows_ = 0;
+    columns_ = 0;
+    endResetModel();
 }
 
 int ListViewTableModel::rowCount(const QModelIndex& parent) const {
@@ -34,7 +49,7 @@ int ListViewTableModel::columnCount(const QModelIndex& parent) const {
 QVariant ListViewTableModel::data(const QModelIndex& index, int role) const {
     const int row = index.row();
     // Between the forms model's change and our end of it, the view may ask for a row that went.
-    if (!index.isValid() || row >= view_.ItemCount()) {
+    if (!index.isValid() || released_ || row >= view_.ItemCount()) {
         return {};
     }
     const forms::ListItem& item = view_.Item(row + 1);
@@ -66,14 +81,15 @@ QVariant ListViewTableModel::headerData(int section, Qt::Orientation orientation
 
 Qt::ItemFlags ListViewTableModel::flags(const QModelIndex& index) const {
     Qt::ItemFlags f = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
-    if (index.column() == 0 && view_.Checkboxes()) {
+    if (!released_ && index.column() == 0 && view_.Checkboxes()) {
         f |= Qt::ItemIsUserCheckable;
     }
     return f;
 }
 
 bool ListViewTableModel::setData(const QModelIndex& index, const QVariant& value, int role) {
-    if (role != Qt::CheckStateRole || index.column() != 0 || index.row() >= view_.ItemCount()) {
+    if (released_ || role != Qt::CheckStateRole || index.column() != 0 ||
+        index.row() >= view_.ItemCount()) {
         return false;
     }
     const bool checked = value.toInt() == Qt::Checked;
@@ -132,6 +148,11 @@ QWidget* ListViewBinding::Create(QWidget* parent) {
     tree_ = new QTreeView(parent);
     table_ = new ListViewTableModel(model_);
     table_->setParent(tree_);
+    Context().OnDetach([table = QPointer<ListViewTableModel>(table_)] {
+        if (table) {
+            table->Release();
+        }
+    });
     tree_->setModel(table_);
     tree_->setRootIsDecorated(false);
     tree_->setItemsExpandable(false);

@@ -19,6 +19,8 @@ class ListViewTableModel final : public QAbstractTableModel, public forms::ListV
   public:
     explicit ListViewTableModel(forms::ListView& view);
     ~ListViewTableModel() override;
+    // Lets go of the control model (its form unloaded): the view shows nothing from then on.
+    void Release();
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -40,6 +42,7 @@ class ListViewTableModel final : public QAbstractTableModel, public forms::ListV
     forms::ListView& view_;
     int rows_ = 0;
     int columns_ = 0;
+    bool released_ = false;
 };
 
 // A list view in report view on a tree view without branches: the model's columns and widths,
