@@ -16,7 +16,14 @@ const std::string kNoText;
 ListView::ListView(Form& form, std::string name, int index)
     : Control(form, std::move(name), ControlKind::ListView, index) {}
 
-ListView::~ListView() = default;
+ListView::~ListView() {
+    // A view drawn by a window that the event loop deletes later may outlive this list.
+    const std::vector<ListViewObserver*> observers = std::move(observers_);
+    observers_.clear();
+    for (ListViewObserver* observer : observers) {
+        observer->ListGone(*this);
+    }
+}
 
 void ListView::AddColumn(std::string key, std::string text, int width) {
     columns_.push_back(ColumnHeader{std::move(key), std::move(text), width});

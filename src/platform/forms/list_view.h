@@ -73,6 +73,8 @@ class ListViewObserver {
     virtual void RowsInserted(ListView& view, int first, int count) = 0;
     virtual void RowsRemoved(ListView& view, int first, int count) = 0;
     virtual void RowsChanged(ListView& view, int first, int last) = 0;
+    // The list is being destroyed: drop every reference to it, and do not call it back.
+    virtual void ListGone(ListView& view) { (void)view; }
 };
 
 // A report-view list with a check box per row. Items are 1-based, as the toolkit counts them;

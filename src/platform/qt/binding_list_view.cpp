@@ -31,6 +31,16 @@ void ListViewTableModel::Release() {
         return;
     }
     view_.RemoveListObserver(this);
+    Forget();
+}
+
+void ListViewTableModel::ListGone(forms::ListView&) {
+    if (!released_) {
+        Forget();
+    }
+}
+
+void ListViewTableModel::Forget() {
     beginResetModel();
     released_ = true;
     rows_ = 0;

@@ -37,12 +37,14 @@ class ListViewTableModel final : public QAbstractTableModel, public forms::ListV
     void RowsInserted(forms::ListView& view, int first, int count) override;
     void RowsRemoved(forms::ListView& view, int first, int count) override;
     void RowsChanged(forms::ListView& view, int first, int last) override;
+    void ListGone(forms::ListView& view) override;
 
   private:
     forms::ListView& view_;
     int rows_ = 0;
     int columns_ = 0;
     bool released_ = false;
+    void Forget();
 };
 
 // A list view in report view on a tree view without branches: the model's columns and widths,
