@@ -8,7 +8,6 @@
 
 #include "../spine/program_fixture.h"
 #include "client/ui/dialer/diallist/to_pullout.h"
-#include "dravlink/simulator.h"
 
 namespace kw::dialer::testing {
 namespace {
@@ -17,12 +16,7 @@ class SimulatedDialListTest : public ProgramTest {
   protected:
     void SetUp() override {
         ProgramTest::SetUp();
-        UseEngine([this](const EngineContext& context) {
-            dravlink::Options options;
-            options.dataDir = dir / "dravlink";
-            options.sampleDir = std::filesystem::path(KW_SOURCE_DIR) / "assets" / "dravlink";
-            return std::make_shared<dravlink::Simulator>(context.platform, options);
-        });
+        UseSimulator();
         StoreUser("anna", "secret");
     }
 
@@ -38,14 +32,6 @@ class SimulatedDialListTest : public ProgramTest {
         app.reset();
         app = std::make_unique<Application>(platform);
         StartWithList();
-    }
-
-    template <class Condition>
-    bool RunUntil(Condition done) {
-        for (int ms = 0; ms < 60000 && !done(); ms += 50) {
-            platform.Advance(50);
-        }
-        return done();
     }
 
     ToPullout& To() { return app->Form<ToPullout>(); }

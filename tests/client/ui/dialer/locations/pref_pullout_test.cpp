@@ -25,17 +25,8 @@ class PrefPulloutTest : public LocationTest {
         Win().btnMorePullout.UserClick();
         app->Form<MorePullout>().btnPref.UserClick();
     }
-    std::uint32_t StoredCard() {
-        registry::HKEY key = nullptr;
-        registry::RegOpenKeyExA(registry::HKEY_CURRENT_USER, settings::kUserKey, 0,
-                                registry::KEY_ALL_ACCESS, &key);
-        std::uint32_t value = 0;
-        registry::DWORD size = 4;
-        registry::DWORD type = 0;
-        registry::RegQueryValueExA(key, settings::kCallingCard, nullptr, &type,
-                                   reinterpret_cast<registry::BYTE*>(&value), &size);
-        registry::RegCloseKey(key);
-        return value;
+    std::int32_t StoredCard() {
+        return UserSetting(settings::kCallingCard, automation::Variant(std::int32_t{0})).ToLong();
     }
 };
 
@@ -76,7 +67,7 @@ TEST_F(PrefPulloutTest, ChoosingACardRemembersItForTheUser) {
     StartWithPullout();
     OpenPref();
     Pref().cmboCallingCards.UserSelect(0);
-    EXPECT_EQ(StoredCard(), 7U);
+    EXPECT_EQ(StoredCard(), 7);
     EXPECT_EQ(app->CallingCardId, 7);
     EXPECT_EQ(Pref().txtCardNumber.Text(), "111");
     EXPECT_FALSE(Pref().btnSave.Enabled()) << "the number shown is the card's own";
@@ -100,7 +91,7 @@ TEST_F(PrefPulloutTest, ClearingTheCardOnTheLocationKeepsTheChosenCard) {
     From().chkCallingCard.UserClick();
     EXPECT_EQ(From().lblCallingCardName.Caption(), "");
     EXPECT_EQ(app->CurrentCallingCard->name, "Bluewave");
-    EXPECT_EQ(StoredCard(), 7U);
+    EXPECT_EQ(StoredCard(), 7);
 }
 
 TEST_F(PrefPulloutTest, SavingTheNumberSendsItForTheCardsPosition) {

@@ -27,26 +27,7 @@ class LogOptionsTest : public ProgramTest {
         return logs;
     }
     std::string Stored(const char* name) {
-        registry::HKEY key = OpenSettingsKey(platform);
-        Variant value(std::string{});
-        QueryValueEx(key, name, value);
-        registry::RegCloseKey(key);
-        return value.ToString();
-    }
-    static std::vector<std::string> Lines(const std::string& text) {
-        std::vector<std::string> lines;
-        std::size_t start = 0;
-        for (std::size_t end; (end = text.find("\r\n", start)) != std::string::npos;
-             start = end + 2) {
-            lines.push_back(text.substr(start, end - start));
-        }
-        return lines;
-    }
-    void LogBoth() {
-        SetUserDword(settings::kConnectHistorySetting, 1);
-        SetUserDword(settings::kPrescriberLogSetting, 1);
-        SetUserString(settings::kConnectHistoryFileName, (dir / "history.log").string());
-        SetUserString(settings::kPrescriberLogFileName, (dir / "rx.log").string());
+        return UserSetting(name, Variant(std::string{})).ToString();
     }
 };
 
@@ -116,28 +97,28 @@ TEST_F(LogOptionsTest, TypedTextIsNeverStored) {
 }
 
 TEST_F(LogOptionsTest, TenProgressEventsWithOneNewCredentialGiveTheBannerAndNineLines) {
-    LogBoth();
+    LogBothTo();
     StartIdle();
     Win().btnConnect.UserClick();
     for (int i = 0; i < 9; ++i) {
         engine->RaiseProgressUpdate(102, "Modem found " + std::to_string(i));
     }
     engine->RaiseProgressUpdate(207, "anna^topsecret");
-    EXPECT_EQ(Lines(ReadFile(dir / "history.log")).size(), 10u);
+    EXPECT_EQ(LogLines("history.log").size(), 10u);
 }
 
 TEST_F(LogOptionsTest, UncheckingDuringACallLeavesThatCallsLogOpen) {
-    LogBoth();
+    LogBothTo();
     StartIdle();
     Win().btnConnect.UserClick();
     Logs().ConnectLogCheck.UserClick();
     engine->RaiseProgressUpdate(1, "Connected");
     EXPECT_NE(Win().ConnectHistoryFile, 0);
-    EXPECT_EQ(Lines(ReadFile(dir / "history.log")).back().substr(19), ": Connected");
+    EXPECT_EQ(LogLines("history.log").back().substr(19), ": Connected");
 }
 
 TEST_F(LogOptionsTest, ClearDuringACallEmptiesOnlyThePrescriber) {
-    LogBoth();
+    LogBothTo();
     StartIdle();
     Win().btnConnect.UserClick();
     engine->RaiseStatusUpdate("Checking the line");
@@ -147,7 +128,7 @@ TEST_F(LogOptionsTest, ClearDuringACallEmptiesOnlyThePrescriber) {
     EXPECT_NE(Win().PrescriberLogFile, 0);
     engine->RaiseStatusUpdate("Tunnel healthy");
     EXPECT_EQ(app->Form<RxPullout>().txtStatus.Text(), "Tunnel healthy\r\n");
-    EXPECT_EQ(Lines(ReadFile(dir / "rx.log")).size(), 3u);
+    EXPECT_EQ(LogLines("rx.log").size(), 3u);
 }
 
 TEST_F(LogOptionsTest, ThePrescriberKeepsItsTextAcrossClosingAndLinesWhileClosed) {
@@ -164,7 +145,7 @@ TEST_F(LogOptionsTest, ThePrescriberKeepsItsTextAcrossClosingAndLinesWhileClosed
 }
 
 TEST_F(LogOptionsTest, BothLogFilesArePrivateToTheUser) {
-    LogBoth();
+    LogBothTo();
     StartIdle();
     Win().btnConnect.UserClick();
     engine->RaiseStatusUpdate("Checking the line");

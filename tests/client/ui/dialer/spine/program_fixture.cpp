@@ -70,6 +70,17 @@ void ProgramTest::UseEngine(std::function<std::shared_ptr<Dravlink>(const Engine
     });
 }
 
+void ProgramTest::UseSimulator(const std::string& scenario) {
+    UseEngine([this, scenario](const EngineContext& context) {
+        dravlink::Options options;
+        options.dataDir = dir / "dravlink";
+        options.sampleDir = std::filesystem::path(KW_SOURCE_DIR) / "assets" / "dravlink";
+        options.scenario = scenario;
+        simulator = std::make_shared<dravlink::Simulator>(context.platform, options);
+        return simulator;
+    });
+}
+
 void ProgramTest::StoreUser(const std::string& user, const std::string& password) {
     SetUserString(settings::kUserName, user);
     SetUserString(settings::kPassword, password);
@@ -94,6 +105,30 @@ void ProgramTest::SetUserDword(const char* name, std::uint32_t value) {
     registry::RegSetValueExA(key, name, 0, registry::REG_DWORD,
                              reinterpret_cast<const registry::BYTE*>(&value), 4);
     registry::RegCloseKey(key);
+}
+
+Variant ProgramTest::UserSetting(const char* name, Variant value) {
+    registry::HKEY key = OpenSettingsKey(platform);
+    QueryValueEx(key, name, value);
+    registry::RegCloseKey(key);
+    return value;
+}
+
+void ProgramTest::LogBothTo(const std::string& history, const std::string& rx) {
+    SetUserDword(settings::kConnectHistorySetting, 1);
+    SetUserDword(settings::kPrescriberLogSetting, 1);
+    SetUserString(settings::kConnectHistoryFileName, (dir / history).string());
+    SetUserString(settings::kPrescriberLogFileName, (dir / rx).string());
+}
+
+std::vector<std::string> ProgramTest::LogLines(const std::string& name) const {
+    const std::string text = ReadFile(dir / name);
+    std::vector<std::string> lines;
+    std::size_t start = 0;
+    for (std::size_t end; (end = text.find("\r\n", start)) != std::string::npos; start = end + 2) {
+        lines.push_back(text.substr(start, end - start));
+    }
+    return lines;
 }
 
 void ProgramTest::ScriptLists() {

@@ -11,6 +11,7 @@
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/core/main_win.h"
 #include "client/ui/dialer/engine/engine_factory.h"
+#include "dravlink/simulator.h"
 #include "platform/headless/headless_platform.h"
 #include "platform/registry/registry.h"
 #include "support/scripted_engine.h"
@@ -49,10 +50,27 @@ class ProgramTest : public ::testing::Test {
 
     // The engine the factory makes: the scripted double unless a test installs another.
     void UseEngine(std::function<std::shared_ptr<Dravlink>(const EngineContext&)> make);
+    // The engine simulator on data of the test's own, seeded from the shipped sample; the last one
+    // made is kept in `simulator`.
+    void UseSimulator(const std::string& scenario = "");
+    // Runs the clock in steps until the condition holds, a virtual minute at most.
+    template <class Condition>
+    bool RunUntil(Condition done, int step = 100) {
+        for (int ms = 0; ms < 60000 && !done(); ms += step) {
+            platform.Advance(step);
+        }
+        return done();
+    }
     // A user whose pair the engine stored earlier.
     void StoreUser(const std::string& user, const std::string& password);
     void SetUserDword(const char* name, std::uint32_t value);
     void SetUserString(const char* name, const std::string& value);
+    // A value of the user's settings as the program reads it; `value` keeps its own when absent.
+    automation::Variant UserSetting(const char* name, automation::Variant value);
+    // Both logs on, written to these files in the test's folder.
+    void LogBothTo(const std::string& history = "history.log", const std::string& rx = "rx.log");
+    // A log's lines, each ended by CR LF.
+    std::vector<std::string> LogLines(const std::string& name) const;
     // The engine answers the lists as a small phone book does.
     void ScriptLists();
     // Runs Main; false when the process ended on the way.
@@ -67,6 +85,7 @@ class ProgramTest : public ::testing::Test {
     headless::HeadlessPlatform platform;
     std::shared_ptr<test::ScriptedEngine> engine = std::make_shared<test::ScriptedEngine>();
     int enginesMade = 0;
+    std::shared_ptr<dravlink::Simulator> simulator;
     std::unique_ptr<Application> app;
 };
 

@@ -19,21 +19,6 @@ class ProgressTest : public ProgramTest {
         StoreUser("anna", "secret");
         ScriptLists();
     }
-    void LogBothTo(const std::string& history, const std::string& rx) {
-        SetUserDword(settings::kConnectHistorySetting, 1);
-        SetUserDword(settings::kPrescriberLogSetting, 1);
-        SetUserString(settings::kConnectHistoryFileName, (dir / history).string());
-        SetUserString(settings::kPrescriberLogFileName, (dir / rx).string());
-    }
-    static std::vector<std::string> Lines(const std::string& text) {
-        std::vector<std::string> lines;
-        std::size_t start = 0;
-        for (std::size_t end; (end = text.find("\r\n", start)) != std::string::npos;
-             start = end + 2) {
-            lines.push_back(text.substr(start, end - start));
-        }
-        return lines;
-    }
 };
 
 // The codes of a call that comes up, in the order the engine sends them, with each one's light.
@@ -122,15 +107,14 @@ TEST_F(ProgressTest, Code1AloneLightsOnlyTheTunnelAuthorisationAndTheLogo) {
 TEST_F(ProgressTest, InvalidCodesShowTheirNumberAndTheBusHearsNothing) {
     StartIdle();
     BusListener listener;
-    app->EventManagerObject.registerForEvent(0, &listener);
-    app->EventManagerObject.registerForEvent(200, &listener);
-    engine->RaiseProgressUpdate(0, "zero");
-    EXPECT_EQ(Win().lblStatus.Caption(), "Invalid Progress Update. [0]");
-    engine->RaiseProgressUpdate(200, "two hundred");
-    EXPECT_EQ(Win().lblStatus.Caption(), "Invalid Progress Update. [200]");
+    for (std::int16_t code : {0, 200}) {
+        app->EventManagerObject.registerForEvent(code, &listener);
+        engine->RaiseProgressUpdate(code, "invalid");
+        EXPECT_EQ(Win().lblStatus.Caption(),
+                  "Invalid Progress Update. [" + std::to_string(code) + "]");
+        app->EventManagerObject.deregisterForEvent(code, &listener);
+    }
     EXPECT_TRUE(listener.heard.empty());
-    app->EventManagerObject.deregisterForEvent(0, &listener);
-    app->EventManagerObject.deregisterForEvent(200, &listener);
 }
 
 TEST_F(ProgressTest, Code132DarkensTheModemLightsEndsTheMonitorAndKeepsTheTunnelLights) {
@@ -208,7 +192,7 @@ class CallLogTest : public ProgressTest {
   protected:
     void SetUp() override {
         ProgressTest::SetUp();
-        LogBothTo("history.log", "rx.log");
+        LogBothTo();
         StartIdle();
         // The call starts at 2026-03-14 09:26:53 on the platform's clock, a second a step.
         platform.SetWallClockStart(1773480413 - platform.Now() / 1000);
@@ -225,14 +209,8 @@ class CallLogTest : public ProgressTest {
         engine->RaiseProgressUpdate(32, "Line down");
     }
     void Step() { platform.Advance(1000); }
-    std::vector<std::string> History() { return Lines(ReadFile(dir / "history.log")); }
+    std::vector<std::string> History() { return LogLines("history.log"); }
 };
-
-TEST_F(CallLogTest, TheHistoryOpensWithADatedBanner) {
-    const auto history = History();
-    ASSERT_FALSE(history.empty());
-    EXPECT_EQ(history[0], "2026-03-14 09:26:53" + std::string(70, '*'));
-}
 
 TEST_F(CallLogTest, TheHistoryHasADatedLinePerCodeUpToTheLineGoingDown) {
     EXPECT_EQ(History(),
@@ -247,7 +225,7 @@ TEST_F(CallLogTest, NewCredentialsNeverReachTheHistory) {
 }
 
 TEST_F(CallLogTest, ThePrescriberLogHoldsTheEnginesLinesAsSent) {
-    const auto rx = Lines(ReadFile(dir / "rx.log"));
+    const auto rx = LogLines("rx.log");
     EXPECT_EQ(rx, (std::vector<std::string>{"2026-03-14 09:26:53" + std::string(70, '*'),
                                             "Checking the line", "Tunnel healthy"}));
 }
@@ -262,7 +240,7 @@ TEST_F(CallLogTest, ThePrescriberPulloutShowsEachLine) {
 }
 
 TEST_F(ProgressTest, TwoCallsAppendASecondBanner) {
-    LogBothTo("history.log", "rx.log");
+    LogBothTo();
     StartIdle();
     for (int call = 0; call < 2; ++call) {
         Win().btnConnect.UserClick();
@@ -270,7 +248,7 @@ TEST_F(ProgressTest, TwoCallsAppendASecondBanner) {
         Win().btnConnect.UserClick();
         engine->RaiseProgressUpdate(32, "Line down");
     }
-    const auto history = Lines(ReadFile(dir / "history.log"));
+    const auto history = LogLines("history.log");
     ASSERT_EQ(history.size(), 6u);
     EXPECT_EQ(history[3].substr(19), std::string(70, '*'));
 }

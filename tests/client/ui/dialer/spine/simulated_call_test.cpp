@@ -8,7 +8,6 @@
 #include "client/ui/dialer/engine/frm_isp_login.h"
 #include "client/ui/dialer/performance/perf_pulldown.h"
 #include "client/ui/dialer/side/rx_pullout.h"
-#include "dravlink/simulator.h"
 #include "program_fixture.h"
 
 namespace kw::dialer::testing {
@@ -18,21 +17,7 @@ class SimulatedCallTest : public ProgramTest {
   protected:
     void SetUp() override {
         ProgramTest::SetUp();
-        UseEngine([this](const EngineContext& context) {
-            dravlink::Options options;
-            options.dataDir = dir / "dravlink";
-            options.sampleDir = std::filesystem::path(KW_SOURCE_DIR) / "assets" / "dravlink";
-            return std::make_shared<dravlink::Simulator>(context.platform, options);
-        });
-    }
-
-    // Runs the clock until the condition holds, a virtual minute at most.
-    template <class Condition>
-    bool RunUntil(Condition done) {
-        for (int ms = 0; ms < 60000 && !done(); ms += 100) {
-            platform.Advance(100);
-        }
-        return done();
+        UseSimulator();
     }
 };
 
@@ -186,15 +171,7 @@ class CountingSink : public DravlinkEvents {
 };
 
 TEST_F(SimulatedCallTest, AnIspPasswordAskedDuringTheCallWhileStatisticsKeepComing) {
-    std::shared_ptr<dravlink::Simulator> simulator;
-    UseEngine([this, &simulator](const EngineContext& context) {
-        dravlink::Options options;
-        options.dataDir = dir / "dravlink";
-        options.sampleDir = std::filesystem::path(KW_SOURCE_DIR) / "assets" / "dravlink";
-        options.scenario = dravlink::scenario::kIspPassword;
-        simulator = std::make_shared<dravlink::Simulator>(context.platform, options);
-        return simulator;
-    });
+    UseSimulator(dravlink::scenario::kIspPassword);
     StoreUser("anna", "secret");
     ASSERT_TRUE(Start());
     MainWin& win = Win();
