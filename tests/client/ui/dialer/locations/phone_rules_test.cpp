@@ -17,12 +17,6 @@ class PhoneRulesTest : public LocationTest {
         AnswerBoxes(kResultOk);
         BeginNew("Office");
     }
-    // Puts the number in the box as it stands (pasted text is not filtered) and saves.
-    void SaveWith(const std::string& area, const std::string& phone) {
-        From().txtAreaCode.UserSetText(area);
-        From().txtPhoneNumber.UserSetText(phone);
-        From().btnAdd.UserClick();
-    }
 };
 
 struct NumberCase {
@@ -146,7 +140,9 @@ INSTANTIATE_TEST_SUITE_P(Fields, KeyFilterTest,
 
 TEST_F(PhoneRulesTest, APrefixWithCommasIsStoredAsTyped) {
     Type(From().txtOutsideAccess, "9,,");
-    SaveWith("617", "5550123");
+    From().txtAreaCode.UserSetText("617");
+    From().txtPhoneNumber.UserSetText("5550123");
+    From().btnAdd.UserClick();
     EXPECT_EQ(stored["Office"]["OutSideAccess"], "9,,");
 }
 

@@ -110,27 +110,31 @@ TEST_F(PromptsTest, IspLoginAnswersNothingOnCancel) {
     EXPECT_EQ(engine->RaiseGetUsernamePassword("again", "joe"), "");
 }
 
-TEST_F(PromptsTest, MessageOfTheDayLosesItsAsterisksAndClosesItselfAfterThirtySeconds) {
+// A note nobody answers closes itself; three asterisks make it the message of the day.
+TEST_F(PromptsTest, ANoteClosesItselfAfterTheTimeItsAsterisksSay) {
+    const struct {
+        const char* sent;
+        const char* shown;
+        const char* caption;
+        std::int64_t ms;
+    } cases[] = {
+        {"***Welcome back, the network is yours.", "Welcome back, the network is yours.",
+         "Message of the Day", 30000},
+        {"**Line quality is poor", "**Line quality is poor", "Ostvarra Prescriber", 60000},
+    };
     StartIdle();
-    platform.AnswerNextBox(kResultTimeout);  // nobody presses OK
-    const std::int64_t shownAt = platform.Now();
-    engine->RaiseGetUserOk("***Welcome back, the network is yours.");
-    const auto& box = platform.Boxes().back();
-    EXPECT_EQ(box.text, "Welcome back, the network is yours.");
-    EXPECT_EQ(box.caption, "Message of the Day");
-    EXPECT_EQ(box.flags, 0x10000);
-    EXPECT_EQ(box.result, kResultOk);
-    EXPECT_EQ(platform.Now() - shownAt, 30000);
-}
-
-TEST_F(PromptsTest, TwoAsterisksAreKeptAndTheNoteStaysSixtySeconds) {
-    StartIdle();
-    platform.AnswerNextBox(kResultTimeout);
-    const std::int64_t shownAt = platform.Now();
-    engine->RaiseGetUserOk("**Line quality is poor");
-    EXPECT_EQ(platform.Boxes().back().text, "**Line quality is poor");
-    EXPECT_EQ(platform.Boxes().back().caption, "Ostvarra Prescriber");
-    EXPECT_EQ(platform.Now() - shownAt, 60000);
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.sent);
+        platform.AnswerNextBox(kResultTimeout);  // nobody presses OK
+        const std::int64_t shownAt = platform.Now();
+        engine->RaiseGetUserOk(c.sent);
+        const auto& box = platform.Boxes().back();
+        EXPECT_EQ(box.text, c.shown);
+        EXPECT_EQ(box.caption, c.caption);
+        EXPECT_EQ(box.flags, 0x10000);
+        EXPECT_EQ(box.result, kResultOk);
+        EXPECT_EQ(platform.Now() - shownAt, c.ms);
+    }
 }
 
 TEST_F(PromptsTest, ANoteAnsweredAtOnceLeavesNoTimerBehind) {
@@ -163,17 +167,14 @@ TEST_F(PromptsTest, NowIsRefusedOutsideTheUnitedStatesUntilLaterOrNever) {
     EXPECT_TRUE(boxes[2].buttonLabels.empty()) << "a box shown again keeps the standard labels";
 }
 
-TEST_F(PromptsTest, CancellingTheCallHomeQuestionAnswersNever) {
-    StartIdle();
-    platform.AnswerNextBox(kResultCancel);
-    EXPECT_EQ(engine->RaiseGetUserNowLaterNever("Fetch your files?"), "n");
-}
-
-TEST_F(PromptsTest, NowIsTakenInTheUnitedStates) {
+TEST_F(PromptsTest, NowIsTakenInTheUnitedStatesAndCancelAnswersNever) {
     StartIdle();
     SetCountry(1);
-    platform.AnswerNextBox(kResultYes);
-    EXPECT_EQ(engine->RaiseGetUserNowLaterNever("Fetch your files from home now?"), "y");
+    for (const auto& [pressed, answer] :
+         {std::pair{kResultYes, "y"}, std::pair{kResultCancel, "n"}}) {
+        platform.AnswerNextBox(pressed);
+        EXPECT_EQ(engine->RaiseGetUserNowLaterNever("Fetch your files from home now?"), answer);
+    }
 }
 
 TEST_F(PromptsTest, YesNoQuestionAnswersTrueOnlyForYes) {

@@ -16,15 +16,21 @@ constexpr const char* kStillLoading =
     "The Kestrelway is still in the process of loading. Please wait a few moments and try to exit "
     "again";
 
-class StartupTest : public ProgramTest {};
-
-// A stored user, and an engine that answers the lists.
-class StoredUserStartTest : public ProgramTest {
+// An engine that answers the lists.
+class StartupTest : public ProgramTest {
   protected:
     void SetUp() override {
         ProgramTest::SetUp();
-        StoreUser("anna", "secret");
         ScriptLists();
+    }
+};
+
+// A stored user, started.
+class StoredUserStartTest : public StartupTest {
+  protected:
+    void SetUp() override {
+        StartupTest::SetUp();
+        StoreUser("anna", "secret");
         ASSERT_TRUE(Start());
     }
 };
@@ -60,7 +66,6 @@ TEST_F(StoredUserStartTest, TheDialListsArrivalEnablesConnectAndThePullouts) {
 
 TEST_F(StartupTest, RefusedStoredPasswordShowsTheLoginAgainEvenAfterCancel) {
     StoreUser("anna", "stale");
-    ScriptLists();
     engine->Then("Logon", Variant(false)).Then("Logon", Variant(false));
     platform.AnswerNextModal("frmLogin",
                              [this](forms::Form&) { app->Form<frmLogin>().cmdCancel.UserClick(); });
@@ -79,7 +84,6 @@ TEST_F(StartupTest, RefusedStoredPasswordShowsTheLoginAgainEvenAfterCancel) {
 }
 
 TEST_F(StartupTest, NoStoredUserAndCancelEndsTheProcessBeforeAnyListIsRead) {
-    ScriptLists();
     platform.SetLoggedOnUser("traveller");
     std::string offered;
     platform.AnswerNextModal("frmLogin", [&](forms::Form&) {
@@ -95,7 +99,6 @@ TEST_F(StartupTest, NoStoredUserAndCancelEndsTheProcessBeforeAnyListIsRead) {
 }
 
 TEST_F(StartupTest, NoStoredUserAndOkSavesThePairThroughTheEngineAndLogsOn) {
-    ScriptLists();
     platform.AnswerNextModal("frmLogin", [&](forms::Form&) {
         frmLogin& login = app->Form<frmLogin>();
         login.txtUserName.UserSetText("bob");
@@ -113,7 +116,6 @@ class ListNoArrayTest : public StartupTest, public ::testing::WithParamInterface
 
 TEST_P(ListNoArrayTest, FailsTheLoadWithATypeMismatch) {
     StoreUser("anna", "secret");
-    ScriptLists();
     engine->Default(GetParam(), Variant(true), {{0, Variant(std::string("Corporate"))}});
     platform.AnswerBoxes([](const headless::BoxRecord&) { return forms::mb::kResultOk; });
     ASSERT_TRUE(Start());
@@ -127,7 +129,6 @@ INSTANTIATE_TEST_SUITE_P(EngineLists, ListNoArrayTest,
 
 TEST_F(StartupTest, FailedLoadAnswersEveryCloseWithTheLoadingMessage) {
     StoreUser("anna", "secret");
-    ScriptLists();
     engine->ThenFail("GetPhoneList", Failure(1019, "no device"));
     platform.AnswerBoxes([](const headless::BoxRecord&) { return forms::mb::kResultOk; });
     ASSERT_TRUE(Start());
@@ -161,7 +162,6 @@ TEST_F(StartupTest, SecondInstanceRestoresTheFirstAndMakesNoEngine) {
 
 TEST_F(StartupTest, LogoffFailingTenTimesDelaysTheCloseByTenSecondsAndNoMore) {
     StoreUser("anna", "secret");
-    ScriptLists();
     engine->Default("Logoff", Variant(false));
     ASSERT_TRUE(Start());
     engine->RaiseGetGenericISPList("", Variant());
@@ -173,7 +173,6 @@ TEST_F(StartupTest, LogoffFailingTenTimesDelaysTheCloseByTenSecondsAndNoMore) {
 
 TEST_F(StartupTest, CloseSavesTheLastLocationForTheNextStart) {
     StoreUser("anna", "secret");
-    ScriptLists();
     ASSERT_TRUE(Start());
     engine->RaiseGetGenericISPList("", Variant());
     Win().cmboFrom.UserSelect(1);
@@ -190,7 +189,6 @@ TEST_F(StartupTest, CloseSavesTheLastLocationForTheNextStart) {
 
 TEST_F(StartupTest, LastLocationBeyondTheListSelectsNothing) {
     StoreUser("anna", "secret");
-    ScriptLists();
     SetUserDword("LastSelectedLocation", 7);
     ASSERT_TRUE(Start());
     EXPECT_EQ(Win().cmboFrom.ListIndex(), -1);
