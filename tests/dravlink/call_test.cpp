@@ -256,34 +256,32 @@ TEST_F(SimulatorTest, TheMessageOfTheDayComesOnceConnected) {
     EXPECT_GE(sink_.TimeOf("OK"), sink_.TimeOf("P1"));
 }
 
-TEST_F(SimulatorTest, ARefusedIspLoginWithoutAnAnswerHangsUpAndStoresNothing) {
-    // Cancelled, or answered with a placeholder password by a client that cannot show its dialog.
-    for (const char* answer : {"", "ana^qqq"}) {
+// The refused login offers the name on record; cancelled, or answered with a placeholder password
+// by a client that cannot show its dialog, the call hangs up and nothing is stored.
+TEST_F(SimulatorTest, ARefusedIspLoginKeepsANewPairAndHangsUpWithoutOne) {
+    const struct {
+        const char* answer;
+        Codes codes;
+        const char* user;
+        const char* password;
+    } cases[] = {{"", {102, 103, 104, 105, 132, 31, 32}, "ana", ""},
+                 {"ana^qqq", {102, 103, 104, 105, 132, 31, 32}, "ana", ""},
+                 {"ana.isp^n3w-pass", kUp, "ana.isp", "n3w-pass"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.answer);
         Start("isp-password");
         sink_.seen.clear();
-        sink_.on = Answer("LOGIN", answer);
+        sink_.on = Answer("LOGIN", c.answer);
         Call(kLab);
-        EXPECT_EQ(sink_.Codes(), (Codes{102, 103, 104, 105, 132, 31, 32})) << answer;
+        EXPECT_EQ(sink_.Of("LOGIN"), std::vector<std::string>{"ana"});
+        EXPECT_EQ(sink_.Codes(), c.codes);
         std::string user = "ana";
         std::string isp = "Bluewave Online";
         Variant login;
         engine_->GetISPLogin(user, isp, login);
-        EXPECT_EQ(CStr(login.ToArray().Get(1)), "") << answer;
+        EXPECT_EQ(CStr(login.ToArray().Get(0)), c.user);
+        EXPECT_EQ(CStr(login.ToArray().Get(1)), c.password);
     }
-}
-
-TEST_F(SimulatorTest, ARefusedIspLoginOffersTheNameOnRecordAndKeepsTheNewOne) {
-    Start("isp-password");
-    sink_.on = Answer("LOGIN", "ana.isp^n3w-pass");
-    Call(kLab);
-    EXPECT_EQ(sink_.Of("LOGIN"), std::vector<std::string>{"ana"});
-    EXPECT_EQ(sink_.Codes().back(), 1);
-    std::string user = "ana";
-    std::string isp = "Bluewave Online";
-    Variant login;
-    ASSERT_TRUE(CBool(engine_->GetISPLogin(user, isp, login)));
-    EXPECT_EQ(CStr(login.ToArray().Get(0)), "ana.isp");
-    EXPECT_EQ(CStr(login.ToArray().Get(1)), "n3w-pass");
 }
 
 TEST_F(SimulatorTest, APromptWaitsForItsAnswerWhileStatisticsKeepArriving) {

@@ -161,29 +161,14 @@ TEST(LinkStatisticsTest, ALongCallsCountersOutgrowALong) {
 
 const std::string kLab = "Engineering Lab";
 
-TEST_F(SimulatorTest, TheLinksSpeedAndNamesAreTheCallsOwn) {
-    const struct {
-        const char* scenario;
-        std::int32_t bps;
-    } cases[] = {{"normal", 28800}, {"fast-link", 4000000}};
-    for (const auto& c : cases) {
-        Start(c.scenario);
-        DialList("Home Office", kLab);
-        engine_->Connect(kLab, false);
-        platform_.Advance(15000);
-        std::string destination, device;
-        ASSERT_TRUE(kw::automation::CBool(engine_->GetConnectionNames(destination, device)))
-            << c.scenario;
-        EXPECT_EQ(destination, kLab);
-        EXPECT_EQ(CLng(engine_->GetLinkSpeed(device)), c.bps) << c.scenario;
-    }
-}
-
-TEST_F(SimulatorTest, AFastLinksRatesCrossIntoMegabitsAndBack) {
+// The plain call's speed and names are checked with each kind of destination in call_test.
+TEST_F(SimulatorTest, AFastLinkCallRunsAtItsSpeedAndItsRatesCrossIntoMegabitsAndBack) {
     Start("fast-link");
-    DialList("Home Office", kLab);
-    engine_->Connect(kLab, false);
-    platform_.Advance(70000);
+    Call(kLab, 70000);
+    std::string destination, device;
+    ASSERT_TRUE(kw::automation::CBool(engine_->GetConnectionNames(destination, device)));
+    EXPECT_EQ(destination, kLab);
+    EXPECT_EQ(CLng(engine_->GetLinkSpeed(device)), 4000000);
     std::vector<double> rx;
     for (const auto& [isp, vpn] : sink_.stats) {
         rx.push_back(CDbl(isp.ToArray().Get(3)));
