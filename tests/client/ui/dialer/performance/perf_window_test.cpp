@@ -38,32 +38,6 @@ TEST_F(PerfWindowTest, AtRestThePanelsNameThemselvesAndTheCountersStandAtZero) {
     EXPECT_EQ(p.BufOverrun.Caption(), "Buf Overrun:");
 }
 
-TEST_F(PerfWindowTest, EveryControlExplainsItselfInItsToolTip) {
-    PerfPulldown& p = Perf();
-    const std::pair<forms::Control*, const char*> tips[] = {
-        {&p.imgLocation, "Duration of current connection"},
-        {&p.Duration, "Duration of current connection"},
-        {&p.VpnBytes, "VPN bytes sent/received"},
-        {&p.ISPBytes, "ISP bytes sent/received"},
-        {&p.IspSent, "ISP bytes sent"},
-        {&p.IspRcv, "ISP Bytes received"},
-        {&p.VpnSent, "VPN bytes sent"},
-        {&p.VpnRcv, "VPN bytes received"},
-        {&p.CRCCnt, "CRC error count"},
-        {&p.Framing, "Framing error count"},
-        {&p.AlignCnt, "Alignment error count"},
-        {&p.HWOverrun, "Hardware overrun error count"},
-        {&p.BufCnt, "Buffer overrun error count"},
-        {&p.LeftBtn, "Rotate Performance Window left"},
-        {&p.RightBtn, "Rotate Performance Window right"},
-        {&p.downBtn, "Open/Close Performance Pulldown Window"},
-        {&p.detachBtn, "Detaching the performance window from Kestrelway"},
-    };
-    for (const auto& [control, text] : tips) {
-        EXPECT_EQ(control->ToolTipText(), text) << control->Name();
-    }
-}
-
 TEST_F(PerfWindowTest, TheSpeedCaptionShowsNoDigitForZero) {
     const std::pair<std::int32_t, const char*> cases[] = {
         {28800, "Speed: 28,800 bps"}, {0, "Speed:  bps"}, {1544000, "Speed: 1,544,000 bps"}};
@@ -165,16 +139,6 @@ TEST_P(RotationTest, TheArrowsTurnThroughPanelsZeroToThreeOnly) {
 INSTANTIATE_TEST_SUITE_P(BothWays, RotationTest,
                          ::testing::Values(RotationCase{true, {1, 2, 3, 0, 1}},
                                            RotationCase{false, {3, 2, 1, 0, 3}}));
-
-TEST_F(PerfWindowTest, UnturnedPanelsWaitAtTheirDesignPlaces) {
-    const std::pair<int, int> places[] = {{122, 4}, {122, 102}, {122, 200}, {216, 3}};
-    for (int i = 1; i <= 4; ++i) {
-        const auto [left, top] = places[i - 1];
-        EXPECT_EQ(Perf().CMPanel(i).Left(), left) << i;
-        EXPECT_EQ(Perf().CMPanel(i).Top(), top) << i;
-        EXPECT_EQ(Perf().CMPanel(i).Width(), 91) << i;
-    }
-}
 
 TEST_F(PerfWindowTest, TheDetachPictureDoesNothing) {
     PerfPulldown& p = Perf();
