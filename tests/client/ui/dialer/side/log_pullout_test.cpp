@@ -56,14 +56,9 @@ TEST_F(LogOptionsTest, ThePrescriberBoxOnAFreshInstallRewritesTheHistorySettingI
     StartIdle();
     Logs().PrescriberLogCheck.UserClick();
     EXPECT_TRUE(Logs().txtRxLog.Enabled());
-    registry::HKEY key = OpenSettingsKey(platform);
-    Variant prescriber;
-    QueryValueEx(key, settings::kPrescriberLogSetting, prescriber);
-    EXPECT_TRUE(prescriber.IsEmpty());
-    Variant history;
-    EXPECT_EQ(QueryValueEx(key, settings::kConnectHistorySetting, history), 0);
-    EXPECT_EQ(history.ToLong(), 0) << "the history box's value, not the Prescriber's";
-    registry::RegCloseKey(key);
+    EXPECT_TRUE(UserSetting(settings::kPrescriberLogSetting, Variant()).IsEmpty());
+    EXPECT_EQ(UserSetting(settings::kConnectHistorySetting, Variant(std::int32_t{-1})).ToLong(), 0)
+        << "the history box's value, not the Prescriber's";
 }
 
 TEST_F(LogOptionsTest, TheFileChoiceStartsInTheStoredFolderAndStoresTheChosenPath) {
@@ -94,17 +89,6 @@ TEST_F(LogOptionsTest, TypedTextIsNeverStored) {
     StartIdle();
     Logs().txtHistoryLog.UserSetText("typed.log");
     EXPECT_EQ(Stored(settings::kConnectHistoryFileName), app->InstallDir + "/history.log");
-}
-
-TEST_F(LogOptionsTest, TenProgressEventsWithOneNewCredentialGiveTheBannerAndNineLines) {
-    LogBothTo();
-    StartIdle();
-    Win().btnConnect.UserClick();
-    for (int i = 0; i < 9; ++i) {
-        engine->RaiseProgressUpdate(102, "Modem found " + std::to_string(i));
-    }
-    engine->RaiseProgressUpdate(207, "anna^topsecret");
-    EXPECT_EQ(LogLines("history.log").size(), 10u);
 }
 
 TEST_F(LogOptionsTest, UncheckingDuringACallLeavesThatCallsLogOpen) {
