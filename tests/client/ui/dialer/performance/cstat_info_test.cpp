@@ -127,11 +127,6 @@ TEST_F(StatisticsRecordTest, ABadTunnelElementKeepsTheEarlierTunnelFields) {
     EXPECT_EQ(Stats().Packets()[0], 204);
 }
 
-TEST_F(StatisticsRecordTest, RoundTripMillisecondsBecomeSeconds) {
-    SendRoundTrip(1500);
-    EXPECT_DOUBLE_EQ(Stats().Net()[0], 1.5);
-}
-
 TEST_F(StatisticsRecordTest, RatesAreDividedByTheDivisorOfTheMoment) {
     struct Case {
         std::int16_t divisor;
