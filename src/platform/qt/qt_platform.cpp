@@ -48,7 +48,7 @@ QtPlatform::QtPlatform(std::string assetsDir, std::string instanceKey)
     handlers.placement = [this] { return OwnPlacement(); };
     handlers.restore = [this] { RestoreOwnWindows(); };
     handlers.raise = [this] { RaiseOwnWindows(); };
-    channel_ = std::make_unique<InstanceChannel>(InstanceChannel::NameFor(instanceKey),
+    channel_ = std::make_unique<InstanceChannel>(InstanceChannel::PathFor(instanceKey),
                                                  std::move(handlers));
     WatchSession();
 }
