@@ -485,7 +485,9 @@ std::optional<std::string> QtPlatform::OpenFileDialog(const forms::FileDialogReq
 }
 
 void QtPlatform::EndProcess(int exitCode) {
-    // At once: no unload step runs, no window closes first.
+    // At once: no unload step runs, no window closes first. Only the instance channel's socket
+    // goes, so that nothing is left at its name.
+    channel_.reset();
     std::fflush(nullptr);
     std::_Exit(exitCode);
 }
