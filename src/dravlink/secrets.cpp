@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sodium.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -83,6 +84,21 @@ class SealedFile : public SecretBackend {
 
     bool Put(const std::string& id, const std::string& secret) override {
         const auto key = Key(true);
+        // The engine in the client and the engine's own process may both write: one at a time,
+        // each from the file as the other left it.
+        const int lock =
+            ::open((folder_ / "sealed.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+        if (lock < 0 || ::flock(lock, LOCK_EX) != 0) {
+            const std::string why = Describe(folder_ / "sealed.lock", "cannot be locked");
+            if (lock >= 0) {
+                ::close(lock);
+            }
+            throw DataError(why);
+        }
+        struct Unlock {
+            int fd;
+            ~Unlock() { ::close(fd); }
+        } unlock{lock};
         auto entries = Entries();
         unsigned char nonce[crypto_secretbox_NONCEBYTES];
         randombytes_buf(nonce, sizeof nonce);
@@ -137,20 +153,26 @@ class SealedFile : public SecretBackend {
         KeyBytes key(crypto_secretbox_KEYBYTES);
         int fd = ::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
         if (fd < 0 && errno == ENOENT && create) {
-            fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
-            if (fd < 0) {
-                throw DataError(Describe(path, "cannot be made"));
-            }
+            // Written whole beside it, then linked into place: a reader never sees half a key,
+            // and of two processes making one at once, the first one's stands.
             randombytes_buf(key.data(), key.size());
-            const bool ok =
-                ::fchmod(fd, 0600) == 0 &&
+            const fs::path temp = path.string() + ".new" + std::to_string(::getpid());
+            fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0600);
+            const bool written =
+                fd >= 0 && ::fchmod(fd, 0600) == 0 &&
                 ::write(fd, key.data(), key.size()) == static_cast<ssize_t>(key.size()) &&
                 ::fsync(fd) == 0;
-            ::close(fd);
-            if (!ok) {
-                throw DataError(Describe(path, "cannot be written"));
+            if (fd >= 0) {
+                ::close(fd);
             }
-            return key;
+            const bool linked =
+                written && (::link(temp.c_str(), path.c_str()) == 0 || errno == EEXIST);
+            const std::string failure = Describe(path, "cannot be made");
+            ::unlink(temp.c_str());
+            if (!linked) {
+                throw DataError(failure);
+            }
+            return Key(false);
         }
         if (fd < 0) {
             if (errno == ENOENT) {

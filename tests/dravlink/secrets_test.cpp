@@ -1,6 +1,8 @@
 // Passwords at rest: nothing the engine or the client's settings hold gives them back without the
 // user's key, older values move to the secrets, and every file is the user's alone.
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <iterator>
@@ -143,6 +145,36 @@ TEST_F(SecretsTest, ASealedEntryOpensOnlyUnderItsOwnId) {
     sealed.replace(sealed.find("\naa "), 4, "\nbb ");
     std::ofstream(dir_ / "vault" / "sealed", std::ios::trunc) << sealed;
     EXPECT_EQ(backend->Get("bb"), std::nullopt);
+}
+
+TEST_F(SecretsTest, TwoProcessesSealingAtOnceLoseNoSecret) {
+    // Each process makes the key if it is not there yet, and keeps secrets of its own, writing
+    // down their references.
+    const auto keep = [&](const std::string& who) {
+        Secrets secrets(SealedFileSecrets(dir_ / "vault"));
+        std::ofstream out(dir_ / who);
+        for (int i = 0; i < 20; ++i) {
+            out << secrets.Keep(who + std::to_string(i)) << "\n";
+        }
+    };
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        keep("child");
+        ::_exit(0);
+    }
+    keep("parent");
+    ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+    Secrets secrets(SealedFileSecrets(dir_ / "vault"));
+    for (const std::string who : {"parent", "child"}) {
+        std::ifstream in(dir_ / who);
+        std::string reference;
+        int i = 0;
+        for (; std::getline(in, reference); ++i) {
+            EXPECT_EQ(secrets.Reveal(reference), who + std::to_string(i));
+        }
+        EXPECT_EQ(i, 20) << who;
+    }
 }
 
 }  // namespace
