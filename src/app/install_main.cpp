@@ -6,6 +6,7 @@
 #include <string>
 
 #include "client/ui/dialer/core/settings.h"
+#include "platform/registry/private_files.h"
 #include "platform/registry/registry.h"
 
 namespace {
@@ -24,11 +25,11 @@ std::filesystem::path InstallFolder() {
 int main() {
     namespace reg = kw::registry;
     const std::filesystem::path folder = InstallFolder();
-    std::error_code ec;
-    std::filesystem::create_directories(folder, ec);
-    if (ec) {
+    // The logs of the user's calls go here: the folder is the user's alone.
+    std::string why;
+    if (!kw::registry::MakePrivateFolder(folder.string(), &why)) {
         std::fprintf(stderr, "kestrelway-install: cannot make %s: %s\n", folder.c_str(),
-                     ec.message().c_str());
+                     why.c_str());
         return 1;
     }
     reg::HKEY key = nullptr;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "dravlink/credentials.h"
+#include "dravlink/secrets.h"
 #include "platform/automation/safe_array.h"
 
 namespace dravlink {
@@ -258,8 +259,14 @@ bool CallRun::AskIspLogin(const std::string& isp) {
         return false;
     }
     Store& store = host_.Records();
-    store.ispLogins[key] = {user.substr(0, caret), EncodePassword(user.substr(caret + 1))};
-    store.SaveIspLogins();
+    try {
+        const std::string previous = logins.count(key) ? logins.at(key).second : "";
+        store.ispLogins[key] = {user.substr(0, caret),
+                                store.secrets->Keep(user.substr(caret + 1), previous)};
+        store.SaveIspLogins();
+    } catch (const DataError&) {
+        // Not kept: the login still serves this call, and is asked for again next time.
+    }
     return Status(isp + " accepted the login for " + user.substr(0, caret) + ".");
 }
 
@@ -385,7 +392,7 @@ bool CallRun::IssueNewPassword() {
     Store& store = host_.Records();
     for (auto& account : store.accounts) {
         if (SameText(account.user, user)) {
-            account.password = EncodePassword(password);
+            account.password = store.secrets->Keep(password, account.password);
             store.SaveAccounts();
         }
     }

@@ -1,7 +1,7 @@
 #include "dravlink/credentials.h"
 
-#include <cstdio>
-
+#include "dravlink/secrets.h"
+#include "dravlink/text_files.h"
 #include "platform/registry/registry.h"
 
 namespace dravlink {
@@ -47,20 +47,10 @@ std::optional<std::string> GetString(reg::HKEY key, const char* name) {
 
 }  // namespace
 
-// A keyed XOR written as hex: enough that the password is not lying there as typed, and the
-// engine can give it back to the user's dialogs.
-std::string EncodePassword(const std::string& plain) {
-    std::string out = kPrefix;
-    for (std::size_t i = 0; i < plain.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(plain[i] ^ kKey[i % (sizeof kKey - 1)]);
-        char hex[3];
-        std::snprintf(hex, sizeof hex, "%02x", byte);
-        out += hex;
-    }
-    return out;
-}
+namespace {
 
-bool IsEncodedPassword(const std::string& stored) {
+// What older engines wrote: the password XOR a key of the engine's, as hex.
+bool IsOldPassword(const std::string& stored) {
     if (stored.rfind(kPrefix, 0) != 0 || (stored.size() - 4) % 2 != 0) {
         return false;
     }
@@ -72,8 +62,10 @@ bool IsEncodedPassword(const std::string& stored) {
     return true;
 }
 
-std::string DecodePassword(const std::string& stored) {
-    if (!IsEncodedPassword(stored)) {
+}  // namespace
+
+std::string DecodeOldPassword(const std::string& stored) {
+    if (!IsOldPassword(stored)) {
         return stored;
     }
     std::string plain;
@@ -84,19 +76,26 @@ std::string DecodePassword(const std::string& stored) {
     return plain;
 }
 
-bool WriteCredentials(const std::string& user, const std::string& plainPassword) {
+bool WriteCredentials(Secrets& secrets, const std::string& user, const std::string& plainPassword) {
     reg::HKEY key = nullptr;
     if (reg::RegCreateKeyExA(reg::HKEY_CURRENT_USER, kCredentialsKey, 0, nullptr, 0,
                              reg::KEY_ALL_ACCESS, nullptr, &key, nullptr) != reg::ERROR_SUCCESS) {
         return false;
     }
-    const bool ok = SetString(key, "UserName", user) &&
-                    SetString(key, "Password", EncodePassword(plainPassword));
+    bool ok = false;
+    try {
+        // The same reference again: the client may hold it from an earlier read.
+        const std::string reference =
+            secrets.Keep(plainPassword, GetString(key, "Password").value_or(""));
+        ok = SetString(key, "UserName", user) && SetString(key, "Password", reference);
+    } catch (const DataError&) {
+        ok = false;
+    }
     reg::RegCloseKey(key);
     return ok;
 }
 
-std::optional<std::pair<std::string, std::string>> ReadCredentials() {
+std::optional<std::pair<std::string, std::string>> ReadCredentials(Secrets& secrets) {
     reg::HKEY key = nullptr;
     if (reg::RegOpenKeyExA(reg::HKEY_CURRENT_USER, kCredentialsKey, 0, reg::KEY_QUERY_VALUE,
                            &key) != reg::ERROR_SUCCESS) {
@@ -108,7 +107,11 @@ std::optional<std::pair<std::string, std::string>> ReadCredentials() {
     if (!user || user->empty()) {
         return std::nullopt;
     }
-    return std::make_pair(*user, DecodePassword(password.value_or("")));
+    const std::string plain = secrets.Reveal(password.value_or(""));
+    if (Secrets::NeedsSealing(password.value_or(""))) {
+        WriteCredentials(secrets, *user, plain);
+    }
+    return std::make_pair(*user, plain);
 }
 
 std::string ReadAlternateTunnelServer() {

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "dravlink/credentials.h"
 #include "dravlink/scenario.h"
 #include "platform/automation/failure.h"
 
@@ -79,12 +80,21 @@ Store OpenStore(const Options& options) {
     try {
         Store::Seed(options.dataDir, options.sampleDir);
         store = Store::Load(options.dataDir);
+        store.secrets =
+            options.secrets ? options.secrets : DefaultSecrets(options.dataDir / "secrets");
     } catch (const DataError& e) {
         CannotStart(e.what());
     } catch (const fs::filesystem_error& e) {
         CannotStart(e.what());
     }
     CheckScenarios(store);
+    try {
+        // Passwords as typed, or as an older engine kept them, become references now.
+        store.SealPasswords();
+        ReadCredentials(*store.secrets);
+    } catch (const std::exception&) {
+        // A read-only folder keeps them as they are; they still read, and are sealed when written.
+    }
     return store;
 }
 

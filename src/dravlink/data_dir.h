@@ -1,8 +1,10 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
 
+#include "dravlink/secrets.h"
 #include "dravlink/store.h"
 
 namespace dravlink {
@@ -11,6 +13,9 @@ struct Options {
     std::filesystem::path dataDir;    // empty: $XDG_DATA_HOME/Ostvarra/Dravlink
     std::filesystem::path sampleDir;  // empty: the sample data installed with the program
     std::string scenario;             // when set, every call goes this way
+    // Where passwords are kept; empty: the desktop's Secret Service when one runs, else a file
+    // sealed with the user's key in dataDir/secrets.
+    std::shared_ptr<Secrets> secrets = nullptr;
 };
 
 std::filesystem::path DefaultDataDir();

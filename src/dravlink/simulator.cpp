@@ -5,6 +5,7 @@
 #include "client/ui/dialer/engine/engine_factory.h"
 #include "dravlink/credentials.h"
 #include "dravlink/engine_arrays.h"
+#include "dravlink/secrets.h"
 #include "platform/automation/failure.h"
 #include "platform/automation/safe_array.h"
 
@@ -89,7 +90,8 @@ Variant Simulator::Logon(std::string& user, std::string& password, const std::st
     if (account == nullptr || TrimBlanks(user).empty()) {
         return Variant(false);
     }
-    if (account->password != "*" && DecodePassword(password) != DecodePassword(account->password)) {
+    if (account->password != "*" &&
+        store_.secrets->Reveal(password) != store_.secrets->Reveal(account->password)) {
         return Variant(false);
     }
     loggedOnUser_ = TrimBlanks(user);
@@ -108,11 +110,11 @@ Variant Simulator::SaveUser(std::string& user, std::string& password, const std:
     if (TrimBlanks(user).empty()) {
         return Variant(false);
     }
-    return Variant(WriteCredentials(user, DecodePassword(password)));
+    return Variant(WriteCredentials(*store_.secrets, user, store_.secrets->Reveal(password)));
 }
 
 Variant Simulator::GetUser(std::string& user, std::string& password, std::string& third) {
-    auto stored = ReadCredentials();
+    auto stored = ReadCredentials(*store_.secrets);
     if (!stored) {
         return Variant(false);
     }
@@ -486,8 +488,17 @@ Variant Simulator::SetISPLogin(std::string& user, std::string& ispName, const st
     if (isp == nullptr || !Allowed(kIspLoginPolicy)) {
         return Variant(false);
     }
-    store_.ispLogins[user + "|" + isp->name] = {ispUser, EncodePassword(ispPassword)};
-    store_.SaveIspLogins();
+    const std::string key = user + "|" + isp->name;
+    const auto old = store_.ispLogins.find(key);
+    try {
+        const std::string reference =
+            store_.secrets->Keep(store_.secrets->Reveal(ispPassword),
+                                 old != store_.ispLogins.end() ? old->second.second : "");
+        store_.ispLogins[key] = {ispUser, reference};
+        store_.SaveIspLogins();
+    } catch (const DataError&) {
+        return Variant(false);
+    }
     return Variant(true);
 }
 
@@ -500,7 +511,8 @@ Variant Simulator::GetISPLogin(std::string& user, std::string& ispName, Variant&
     auto a = SafeArray::OneDim(0, 1);
     auto it = store_.ispLogins.find(user + "|" + isp->name);
     a.Set(0, Variant(it != store_.ispLogins.end() ? it->second.first : user));
-    a.Set(1, Variant(it != store_.ispLogins.end() ? DecodePassword(it->second.second) : ""));
+    a.Set(1,
+          Variant(it != store_.ispLogins.end() ? store_.secrets->Reveal(it->second.second) : ""));
     login = Variant(std::move(a));
     return Variant(true);
 }

@@ -4,7 +4,9 @@
 #include <cstdio>
 #include <system_error>
 
+#include "dravlink/secrets.h"
 #include "dravlink/store_loaders.h"
+#include "platform/registry/private_files.h"
 
 namespace dravlink {
 
@@ -73,15 +75,23 @@ void AddGeneratedPops(Store& s) {
 }  // namespace
 
 void Store::Seed(const fs::path& dir, const fs::path& sampleDir) {
-    fs::create_directories(dir);
+    std::string why;
+    if (!kw::registry::MakePrivateFolder(dir.string(), &why)) {
+        throw DataError(why);
+    }
     for (const char* name : kSampleFiles) {
         const fs::path target = dir / name;
-        if (!fs::exists(target)) {
+        if (fs::exists(target)) {
+            // A copy made by an older engine, under a looser umask, becomes the user's alone.
+            kw::registry::MakePrivateFile(target.string());
+        } else {
             const fs::path source = sampleDir / name;
             if (!fs::exists(source)) {
                 throw DataError("the sample file " + source.string() + " is missing");
             }
             fs::copy_file(source, target);
+            // The user's copy, whatever the mode of the installed sample.
+            fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write);
         }
     }
 }
@@ -252,6 +262,29 @@ void Store::SaveOrderings() const {
              "# The users' saved dial list orderings: [POP user|location|destination], [ISP "
              "user|destination].\n",
              sections);
+}
+
+void Store::SealPasswords() {
+    bool accountsChanged = false;
+    for (auto& a : accounts) {
+        if (Secrets::NeedsSealing(a.password)) {
+            a.password = secrets->Keep(secrets->Reveal(a.password));
+            accountsChanged = true;
+        }
+    }
+    bool loginsChanged = false;
+    for (auto& [key, login] : ispLogins) {
+        if (Secrets::NeedsSealing(login.second)) {
+            login.second = secrets->Keep(secrets->Reveal(login.second));
+            loginsChanged = true;
+        }
+    }
+    if (accountsChanged) {
+        SaveAccounts();
+    }
+    if (loginsChanged) {
+        SaveIspLogins();
+    }
 }
 
 void Store::SaveIspLogins() const {

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -9,6 +10,8 @@
 #include "dravlink/text_files.h"
 
 namespace dravlink {
+
+class Secrets;
 
 // The five policy keys the client asks for, per user.
 inline const char* const kPolicyKeys[] = {"CCdialing", "ManualDialing", "POPordering",
@@ -122,8 +125,10 @@ struct Store {
     // Per user: keyed by user, location and destination (PopKey), and by user and destination.
     std::map<std::string, std::vector<SavedPop>> savedPops;
     std::map<std::string, std::vector<SavedIsp>> savedIsps;
-    // ISP logins per user and ISP ("user|isp"): user name and encoded password.
+    // ISP logins per user and ISP ("user|isp"): user name and a reference to the password.
     std::map<std::string, std::pair<std::string, std::string>> ispLogins;
+    // Where the passwords of the accounts and the ISP logins are kept.
+    std::shared_ptr<Secrets> secrets;
 
     static Store Load(const std::filesystem::path& dir);
     // Copies the sample files that are missing from dir; the user's own files stay as they are.
@@ -149,6 +154,9 @@ struct Store {
     void SaveCards() const;
     void SaveOrderings() const;
     void SaveIspLogins() const;
+    // Replaces every password that is not yet a reference (as typed in a file, or in an older
+    // engine's encoding) by one, and writes the files that changed.
+    void SealPasswords();
 };
 
 std::string PopKey(const std::string& user, const std::string& location,

@@ -1,10 +1,14 @@
 #include "dravlink/text_files.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <algorithm>
 #include <cctype>
 #include <fstream>
 #include <sstream>
+
+#include "platform/registry/private_files.h"
 
 namespace dravlink {
 
@@ -108,9 +112,21 @@ void AddEntry(IniFile& file, const std::string& line, int number) {
 }
 
 void WriteWhole(const fs::path& path, const std::string& text) {
-    fs::create_directories(path.parent_path());
+    std::string why;
+    if (!kw::registry::MakePrivateFolder(path.parent_path().string(), &why)) {
+        throw DataError("cannot write " + path.string() + ": " + why);
+    }
     const fs::path temp = path.string() + ".tmp" + std::to_string(::getpid());
     {
+        // Made 0600 before a byte is in it: the engine's files hold logins and passwords.
+        const int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+        if (fd < 0 || ::fchmod(fd, 0600) != 0) {
+            if (fd >= 0) {
+                ::close(fd);
+            }
+            throw DataError("cannot write " + temp.string());
+        }
+        ::close(fd);
         std::ofstream out(temp, std::ios::binary | std::ios::trunc);
         out << text;
         out.flush();

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -126,11 +127,19 @@ class SimulatorTest : public ::testing::Test {
         dataDir_ = dir_ / "data";
         std::filesystem::create_directories(dir_);
         savedRegistry_ = kw::registry::DefaultConfig();
+        // Passwords go to the sealed file in the test's folder, never to the desktop's keyring.
+        if (const char* bus = std::getenv("DBUS_SESSION_BUS_ADDRESS")) {
+            savedBus_ = bus;
+            ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
+        }
         kw::registry::Configure({(dir_ / "user.reg").string(), (dir_ / "system.reg").string()});
     }
     void TearDown() override {
         Stop();
         kw::registry::Configure(savedRegistry_);
+        if (!savedBus_.empty()) {
+            ::setenv("DBUS_SESSION_BUS_ADDRESS", savedBus_.c_str(), 1);
+        }
         std::filesystem::remove_all(dir_);
     }
     void Stop() {
@@ -173,6 +182,7 @@ class SimulatorTest : public ::testing::Test {
 
   private:
     kw::registry::RegistryConfig savedRegistry_;
+    std::string savedBus_;
 };
 
 inline std::vector<std::string> Column(const Variant& rows, int field) {

@@ -1,8 +1,14 @@
 #include "platform/qt/instance_channel.h"
 
+#include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdio>
+#include <cstdlib>
+
 #include <QEventLoop>
+#include <QFile>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QTimer>
@@ -14,6 +20,45 @@ namespace kw::qt {
 namespace {
 
 constexpr int kAnswerTimeoutMs = 2000;
+
+// True when `dir` is a folder of the user's that nobody else may enter; tightens one of the
+// user's own that is looser.
+bool IsPrivateFolder(const std::string& dir) {
+    struct stat st {};
+    if (::lstat(dir.c_str(), &st) != 0 || !S_ISDIR(st.st_mode) || st.st_uid != ::geteuid()) {
+        return false;
+    }
+    return (st.st_mode & 077) == 0 || ::chmod(dir.c_str(), 0700) == 0;
+}
+
+std::string PrivateFolder() {
+    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
+    if (runtime != nullptr && runtime[0] == '/') {
+        struct stat st {};
+        // The session's own folder is used only as it is: it is not ours to change.
+        if (::lstat(runtime, &st) == 0 && S_ISDIR(st.st_mode) && st.st_uid == ::geteuid() &&
+            (st.st_mode & 077) == 0) {
+            return runtime;
+        }
+    }
+    const char* cache = std::getenv("XDG_CACHE_HOME");
+    const char* home = std::getenv("HOME");
+    std::string base;
+    if (cache != nullptr && cache[0] == '/') {
+        base = cache;
+    } else if (home != nullptr && home[0] == '/') {
+        base = std::string(home) + "/.cache";
+    } else {
+        return "";
+    }
+    std::string dir = base;
+    ::mkdir(dir.c_str(), 0700);
+    for (const char* part : {"/Ostvarra", "/run"}) {
+        dir += part;
+        ::mkdir(dir.c_str(), 0700);
+    }
+    return IsPrivateFolder(dir) ? dir : "";
+}
 
 // Waits for a socket's signal with the event loop running, so that an instance in this very
 // process (or anything else the loop owes) can answer meanwhile.
@@ -36,13 +81,28 @@ bool WaitFor(QLocalSocket& socket, Signal signal, int timeoutMs) {
 
 }  // namespace
 
-InstanceChannel::InstanceChannel(QString serverName, Handlers handlers)
-    : serverName_(std::move(serverName)), handlers_(std::move(handlers)) {}
+InstanceChannel::InstanceChannel(QString socketPath, Handlers handlers, uid_t owner)
+    : serverName_(std::move(socketPath)), handlers_(std::move(handlers)), owner_(owner) {}
 
-InstanceChannel::~InstanceChannel() = default;
+InstanceChannel::~InstanceChannel() {
+    // The socket goes with the instance: a later start finds nothing left over.
+    if (IsListening()) {
+        server_->close();
+        QFile::remove(serverName_);
+    }
+}
 
-QString InstanceChannel::NameFor(const std::string& key) {
-    return QString::fromStdString(key) + u'-' + QString::number(::getuid());
+QString InstanceChannel::PathFor(const std::string& key) {
+    const std::string folder = PrivateFolder();
+    return folder.empty() ? QString() : QString::fromStdString(folder + "/" + key);
+}
+
+bool InstanceChannel::PeerIsOwner(qintptr descriptor) const {
+    ucred peer{};
+    socklen_t size = sizeof peer;
+    return descriptor >= 0 &&
+           ::getsockopt(static_cast<int>(descriptor), SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 &&
+           peer.uid == owner_;
 }
 
 bool InstanceChannel::IsListening() const {
@@ -61,18 +121,31 @@ bool InstanceChannel::OtherInstanceRunning() {
 }
 
 void InstanceChannel::Listen() {
+    if (serverName_.isEmpty()) {
+        return;
+    }
     server_ = new QLocalServer(this);
     server_->setSocketOptions(QLocalServer::UserAccessOption);
     if (!server_->listen(serverName_)) {
-        // Nobody answered on it, so the name is left over from an instance that died.
+        // Nobody of ours answered there: what holds the name is left over from an instance that
+        // died, or is not ours. The folder is the user's own, so it may go.
         QLocalServer::removeServer(serverName_);
-        server_->listen(serverName_);
+        if (!server_->listen(serverName_)) {
+            std::fprintf(stderr, "Kestrelway: cannot listen for later instances at %s: %s\n",
+                         qPrintable(serverName_), qPrintable(server_->errorString()));
+        }
     }
     connect(server_, &QLocalServer::newConnection, this, &InstanceChannel::OnConnection);
 }
 
 void InstanceChannel::OnConnection() {
     while (QLocalSocket* socket = server_->nextPendingConnection()) {
+        if (!PeerIsOwner(socket->socketDescriptor())) {
+            // Another user's request is not answered, nor acted on.
+            socket->abort();
+            socket->deleteLater();
+            continue;
+        }
         connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
         connect(socket, &QLocalSocket::readyRead, socket, [this, socket] {
             while (socket->canReadLine()) {
@@ -97,12 +170,15 @@ std::string InstanceChannel::Answer(const std::string& request) {
 }
 
 std::optional<std::string> InstanceChannel::Ask(const std::string& request) {
+    if (serverName_.isEmpty()) {
+        return std::nullopt;
+    }
     QLocalSocket socket;
     socket.connectToServer(serverName_);
     if (socket.state() == QLocalSocket::ConnectingState) {
         WaitFor(socket, &QLocalSocket::connected, kAnswerTimeoutMs);
     }
-    if (socket.state() != QLocalSocket::ConnectedState) {
+    if (socket.state() != QLocalSocket::ConnectedState || !PeerIsOwner(socket.socketDescriptor())) {
         return std::nullopt;
     }
     socket.write(QByteArray::fromStdString(request + "\n"));

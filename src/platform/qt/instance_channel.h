@@ -5,6 +5,9 @@
 #include <optional>
 #include <string>
 
+#include <sys/types.h>
+#include <unistd.h>
+
 #include <QObject>
 #include <QString>
 
@@ -12,8 +15,10 @@ class QLocalServer;
 
 namespace kw::qt {
 
-// One running instance per user: the first instance listens on a local socket named for the
-// user; a later one finds it there and asks it to restore and raise its windows.
+// One running instance per user: the first instance listens on a local socket in a folder only
+// the user can reach; a later one finds it there and asks it to restore and raise its windows.
+// Both ends talk only to a peer of the same user: nobody else can make Kestrelway quit, or run
+// twice, by taking the socket's name.
 class InstanceChannel : public QObject {
     Q_OBJECT
   public:
@@ -24,7 +29,8 @@ class InstanceChannel : public QObject {
         std::function<void()> raise;     // bring its windows to the front
     };
 
-    InstanceChannel(QString serverName, Handlers handlers);
+    // `socketPath` is where the channel lives; `owner` is the user both ends must be.
+    InstanceChannel(QString socketPath, Handlers handlers, uid_t owner = ::geteuid());
     ~InstanceChannel() override;
 
     const QString& ServerName() const { return serverName_; }
@@ -36,16 +42,20 @@ class InstanceChannel : public QObject {
     // Asks the other instance; nullopt when none answered within the time allowed.
     std::optional<std::string> Ask(const std::string& request);
 
-    // The per-user name: "<key>-<uid>".
-    static QString NameFor(const std::string& key);
+    // "<folder>/<key>", the folder private to the user: $XDG_RUNTIME_DIR when it is the user's
+    // alone, else a 0700 folder in the user's cache folder. Empty when there is none.
+    static QString PathFor(const std::string& key);
 
   private:
     void Listen();
     void OnConnection();
     std::string Answer(const std::string& request);
 
+    bool PeerIsOwner(qintptr descriptor) const;
+
     QString serverName_;
     Handlers handlers_;
+    uid_t owner_;
     QLocalServer* server_ = nullptr;
 };
 

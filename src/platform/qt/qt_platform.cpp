@@ -48,7 +48,7 @@ QtPlatform::QtPlatform(std::string assetsDir, std::string instanceKey)
     handlers.placement = [this] { return OwnPlacement(); };
     handlers.restore = [this] { RestoreOwnWindows(); };
     handlers.raise = [this] { RaiseOwnWindows(); };
-    channel_ = std::make_unique<InstanceChannel>(InstanceChannel::NameFor(instanceKey),
+    channel_ = std::make_unique<InstanceChannel>(InstanceChannel::PathFor(instanceKey),
                                                  std::move(handlers));
     WatchSession();
 }
@@ -485,7 +485,9 @@ std::optional<std::string> QtPlatform::OpenFileDialog(const forms::FileDialogReq
 }
 
 void QtPlatform::EndProcess(int exitCode) {
-    // At once: no unload step runs, no window closes first.
+    // At once: no unload step runs, no window closes first. Only the instance channel's socket
+    // goes, so that nothing is left at its name.
+    channel_.reset();
     std::fflush(nullptr);
     std::_Exit(exitCode);
 }

@@ -87,6 +87,23 @@ bool Exists(const std::string& path) {
     return ::lstat(path.c_str(), &st) == 0;
 }
 
+// The file a write replaces: a hive that is a symbolic link stays one, and its target changes.
+std::string WriteTarget(const std::string& path) {
+    std::string target = path;
+    for (int hops = 0; hops < 40; ++hops) {
+        struct stat st {};
+        if (::lstat(target.c_str(), &st) != 0 || !S_ISLNK(st.st_mode))
+            return target;
+        std::string link(static_cast<std::size_t>(st.st_size > 0 ? st.st_size : 4096), '\0');
+        const ssize_t n = ::readlink(target.c_str(), link.data(), link.size());
+        if (n <= 0)
+            return target;
+        link.resize(static_cast<std::size_t>(n));
+        target = link.front() == '/' ? link : Folder(target) + "/" + link;
+    }
+    return target;
+}
+
 }  // namespace
 
 HiveFile::HiveFile(std::string path, std::string relativeTo)
@@ -271,11 +288,12 @@ std::int32_t HiveFile::Modify(
         return status;
 
     const std::string data = text::Serialize(doc_);
-    const std::string temp = path_ + ".tmp";  // only the lock holder ever writes it
+    const std::string target = WriteTarget(path_);
+    const std::string temp = target + ".tmp";  // only the lock holder ever writes it
     const int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     struct stat st {};
     if (fd < 0 || ::fchmod(fd, 0600) != 0 || !WriteAll(fd, data) || ::fsync(fd) != 0 ||
-        ::rename(temp.c_str(), path_.c_str()) != 0) {
+        ::rename(temp.c_str(), target.c_str()) != 0) {
         e = errno;
         if (fd >= 0)
             ::close(fd);
@@ -284,7 +302,7 @@ std::int32_t HiveFile::Modify(
         loaded_ = false;  // the change stays out of memory too: re-read next time
         return StatusFromErrno(e);
     }
-    SyncFolder(Folder(path_));
+    SyncFolder(Folder(target));
     // Taken after the rename, which changes the inode's ctime on some file systems.
     if (::fstat(fd, &st) != 0)
         st = {};

@@ -2,6 +2,8 @@
 // instance, and the conversions the program's geometry and dialogs depend on.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -16,6 +18,7 @@
 #include "platform/forms/controls.h"
 #include "platform/qt/convert.h"
 #include "platform/qt/form_window.h"
+#include "platform/qt/instance_channel.h"
 #include "platform/qt/qt_platform.h"
 #include "qt_app.h"
 #include "test_form.h"
@@ -237,6 +240,22 @@ TEST_F(QtPlatformTest, ASecondInstanceFindsTheFirstAndRestoresIt) {
     second.SetForegroundWindow(h);
     EXPECT_EQ(mainWin.WindowState(), forms::window_state::kNormal);
     EXPECT_FALSE(first.WindowOf(mainWin)->isMinimized());
+}
+
+TEST_F(QtPlatformTest, AnInstanceThatEndsLeavesNothingAtTheChannelsName) {
+    const std::string key = "kestrelway-end-" + std::to_string(QCoreApplication::applicationPid());
+    const std::string path = InstanceChannel::PathFor(key).toStdString();
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        QtPlatform first(".", key);
+        first.PreviousInstanceRunning();
+        first.EndProcess(::access(path.c_str(), F_OK) == 0 ? 0 : 2);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(WEXITSTATUS(status), 0) << "the instance did not listen";
+    EXPECT_NE(::access(path.c_str(), F_OK), 0) << path;
 }
 
 TEST_F(QtPlatformTest, ScreenUserCursorAndHelp) {

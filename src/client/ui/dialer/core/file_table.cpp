@@ -1,6 +1,7 @@
 #include "client/ui/dialer/core/file_table.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -38,6 +39,10 @@ void FileTable::OpenForAppend(int number, const std::string& path) {
     }
     // The logs hold a user's calls: a file made here is the user's alone, whatever the umask.
     const int fd = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600);
+    if (fd >= 0) {
+        // One an older version left readable by others is closed to them too (when it is ours).
+        ::fchmod(fd, 0600);
+    }
     std::FILE* file = fd < 0 ? nullptr : ::fdopen(fd, "ab");
     if (file == nullptr && fd >= 0) {
         ::close(fd);

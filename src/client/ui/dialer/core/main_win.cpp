@@ -193,6 +193,7 @@ void MainWin::Form_Load() {
     Show();
     platform.SetCursor(forms::cursor::kHourglass);
     platform.DoEvents();
+    ReportUnusableSettings(app_);
     LoadUserInfo(app_);
     try {
         app_.EngineObject = CreateEngine(EngineContext{platform});

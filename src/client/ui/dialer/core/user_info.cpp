@@ -1,10 +1,14 @@
 #include "client/ui/dialer/core/user_info.h"
 
+#include <cstdio>
+
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/core/settings.h"
 #include "client/ui/dialer/engine/frm_login.h"
 #include "client/ui/dialer/engine/res_const.h"
 #include "platform/automation/failure.h"
+#include "platform/forms/platform.h"
+#include "platform/registry/private_files.h"
 
 namespace kw::dialer {
 
@@ -44,6 +48,22 @@ void LoadUserInfo(Application& app) {
         app.AlternateTunnelServer = tunnel.ToString();
     }
     registry::RegCloseKey(key);
+}
+
+bool ReportUnusableSettings(Application& app) {
+    const std::string why = registry::HiveProblem(registry::HKEY_CURRENT_USER);
+    if (why.empty()) {
+        return false;
+    }
+    const std::string file = registry::HivePath(registry::HKEY_CURRENT_USER);
+    std::fprintf(stderr, "Kestrelway: cannot use the settings file %s: %s\n", file.c_str(),
+                 why.c_str());
+    app.Platform().MsgBox("Kestrelway cannot use its settings file\n" + file + "\n(" + why +
+                              ").\nYour user name and choices cannot be kept until it is a "
+                              "readable file again, or is removed.",
+                          forms::mb::kOkOnly | forms::mb::kCritical | forms::mb::kSetForeground,
+                          LoadResString(ResConst::kAppName));
+    return true;
 }
 
 void SaveUserInfo(Application& app) {
