@@ -4,11 +4,13 @@
 
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
 
 #include "platform/forms/control.h"
 #include "platform/forms/controls.h"
+#include "platform/qt/accessible.h"
 #include "platform/qt/binding.h"
 #include "platform/qt/convert.h"
 
@@ -41,6 +43,11 @@ FormWindow::FormWindow(forms::Form& form, QString assetsDir,
     setAttribute(Qt::WA_DeleteOnClose, false);
     setMouseTracking(true);
     setFocusPolicy(Qt::ClickFocus);
+    InstallAccessibility();
+    context_->captionOf = [this](const forms::Control& control) {
+        ControlBinding* binding = BindingOf(control);
+        return binding != nullptr ? binding->CaptionText() : QString();
+    };
     // A form loaded and never shown (most pullouts at start) costs no widgets until it shows.
     if (form.Visible()) {
         BuildControls();
@@ -99,6 +106,52 @@ void FormWindow::BuildControls() {
     ShowingModel showing(*context_);
     for (forms::Control* control : form_->Controls()) {
         EnsureBinding(*control);
+    }
+    // A control named by a caption made after it takes its name now. A label that names a
+    // control is its buddy too: readers find a combo box's name through that relation.
+    for (const auto& [control, binding] : bindings_) {
+        if (control->NamedBy() == nullptr) {
+            continue;
+        }
+        binding->Apply(Property::Accessibility);
+        if (ControlBinding* caption = BindingOf(*control->NamedBy())) {
+            if (auto* label = qobject_cast<QLabel*>(caption->Widget())) {
+                label->setBuddy(binding->Widget());
+            }
+        }
+    }
+    ShowTabOrder();
+}
+
+void FormWindow::ShowTabOrder() {
+    std::vector<std::pair<int, QWidget*>> ordered;
+    const int unordered = static_cast<int>(form_->Controls().size());
+    int made = 0;
+    for (forms::Control* control : form_->Controls()) {
+        ControlBinding* binding = BindingOf(*control);
+        ++made;
+        if (binding != nullptr) {
+            // Controls without a place follow the placed ones, in the order they were made.
+            const int key = control->TabIndex() >= 0 ? control->TabIndex() : unordered + made;
+            ordered.emplace_back(key, binding->Widget());
+        }
+    }
+    if (std::none_of(form_->Controls().begin(), form_->Controls().end(),
+                     [](const forms::Control* c) { return c->TabIndex() >= 0; })) {
+        return;
+    }
+    std::stable_sort(ordered.begin(), ordered.end(),
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
+    for (std::size_t i = 1; i < ordered.size(); ++i) {
+        QWidget::setTabOrder(ordered[i - 1].second, ordered[i].second);
+    }
+}
+
+void FormWindow::RenameNamedBy(const forms::Control& caption) {
+    for (const auto& [control, binding] : bindings_) {
+        if (control->NamedBy() == &caption) {
+            binding->Apply(Property::Accessibility);
+        }
     }
 }
 
@@ -160,6 +213,11 @@ void FormWindow::ControlChanged(forms::Control& control, Property what) {
         return;
     }
     binding->Apply(what);
+    if (what == Property::Caption) {
+        RenameNamedBy(control);
+    } else if (what == Property::Accessibility) {
+        ShowTabOrder();
+    }
 }
 
 // ---- the form -----------------------------------------------------------------------------
@@ -177,7 +235,8 @@ void FormWindow::SyncForm(FormProperty what) {
     switch (what) {
         case FormProperty::Caption:
             setWindowTitle(ToQString(form.Caption()));
-            setAccessibleName(ToQString(form.Caption()));
+            setAccessibleName(
+                ToQString(form.AccessibleName().empty() ? form.Caption() : form.AccessibleName()));
             break;
         case FormProperty::Geometry:
             SyncGeometry();
@@ -460,6 +519,9 @@ bool FormWindow::HandleKey(ControlBinding& binding, QKeyEvent* event) {
     if (!ascii) {
         return false;  // the widget moves its caret, deletes, pastes: edits come back as text
     }
+    if (binding.PressesWithKeys() && PressWithKey(binding, *ascii)) {
+        return true;
+    }
     if (form_->ButtonForKey(*ascii) != nullptr) {
         control.UserKeyPress(*ascii);  // the model gives it to the default or cancel button
         return true;
@@ -478,6 +540,20 @@ bool FormWindow::HandleKey(ControlBinding& binding, QKeyEvent* event) {
             shown->Apply(Property::Selection);
         }
     }
+    return true;
+}
+
+bool FormWindow::PressWithKey(ControlBinding& binding, int keyAscii) {
+    if (keyAscii == forms::key::kReturn && form_->KeepsEnter()) {
+        if (form_->AcceptsInput()) {
+            form_->UserKeyPress(keyAscii);
+        }
+        return true;
+    }
+    if (keyAscii != forms::key::kSpace && keyAscii != forms::key::kReturn) {
+        return false;
+    }
+    binding.Model().UserClick();
     return true;
 }
 

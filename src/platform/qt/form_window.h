@@ -73,6 +73,12 @@ class FormWindow : public QWidget, public forms::FormObserver {
     // A point of the window in the form's client area (inside the emulated frame).
     QPointF ClientPoint(const QPointF& p) const;
     bool HandleKey(ControlBinding& binding, QKeyEvent* event);
+    // Space and Enter on a label or picture that acts as a button.
+    bool PressWithKey(ControlBinding& binding, int keyAscii);
+    // The focus goes from control to control in the models' Tab order.
+    void ShowTabOrder();
+    // A caption changed: the controls it names say so.
+    void RenameNamedBy(const forms::Control& caption);
     bool HandleMouse(ControlBinding& binding, QWidget* widget, QMouseEvent* event);
     bool Live() const { return form_ != nullptr; }
 

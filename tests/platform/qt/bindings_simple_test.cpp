@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QImage>
@@ -84,13 +85,66 @@ TEST_F(SimpleBindingTest, CommonPropertiesFollowTheModel) {
     }
 }
 
-TEST_F(SimpleBindingTest, AnImageIsNamedByItsToolTipElseByItsControlName) {
+// A reader never hears the control's own name: the accessible name, else the tool tip, else
+// nothing.
+TEST_F(SimpleBindingTest, AnImageIsNamedByItsAccessibleNameElseItsToolTipElseNothing) {
     auto* light = Bind<QLabel>(form.imgLight1);
-    EXPECT_EQ(light->accessibleName(), "Dialing");
-    form.imgLight1.SetToolTipText("Dialing: busy");
-    EXPECT_EQ(light->accessibleName(), "Dialing: busy");
-    form.imgLight1.SetToolTipText("");
-    EXPECT_EQ(light->accessibleName(), "imgLight(1)");
+    const struct {
+        const char* accessibleName;
+        const char* toolTip;
+        const char* spoken;
+    } cases[] = {{"", "Dialing: busy", "Dialing: busy"},
+                 {"Dialing", "Dialing: busy", "Dialing"},
+                 {"", "", ""}};
+    for (const auto& c : cases) {
+        form.imgLight1.SetAccessibleName(c.accessibleName);
+        form.imgLight1.SetToolTipText(c.toolTip);
+        EXPECT_EQ(light->accessibleName(), c.spoken) << c.accessibleName << "/" << c.toolTip;
+    }
+}
+
+TEST_F(SimpleBindingTest, APictureButtonIsAPushButtonThatPressesAndTakesFocus) {
+    auto* picture = Bind<QLabel>(form.imgLight0);
+    form.imgLight0.SetAccessibleRole(forms::AccessRole::Button);
+    form.imgLight0.SetAccessibleName("Connect");
+    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(picture);
+    ASSERT_NE(spoken, nullptr);
+    EXPECT_EQ(spoken->role(), QAccessible::Button);
+    EXPECT_EQ(spoken->text(QAccessible::Name), "Connect");
+    EXPECT_EQ(picture->focusPolicy(), Qt::StrongFocus);
+    QAccessibleActionInterface* actions = spoken->actionInterface();
+    ASSERT_NE(actions, nullptr);
+    ASSERT_TRUE(actions->actionNames().contains(QAccessibleActionInterface::pressAction()));
+    actions->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(form.journal.empty()) << "pressed before the reader had its answer";
+    QTest::qWait(20);
+    EXPECT_THAT(form.journal, ElementsAre("imgLight_Click"));
+}
+
+TEST_F(SimpleBindingTest, ALightIsReadLitOrNotAndStaysWhenOut) {
+    auto* light = Bind<QLabel>(form.imgLight0);
+    form.imgLight0.SetAccessibleRole(forms::AccessRole::Indicator);
+    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(light);
+    ASSERT_NE(spoken, nullptr);
+    EXPECT_EQ(spoken->role(), QAccessible::CheckBox);
+    EXPECT_NE(light->focusPolicy(), Qt::StrongFocus) << "a light is read, not worked";
+    for (const bool lit : {false, true, false}) {
+        form.imgLight0.SetVisible(lit);
+        EXPECT_TRUE(light->isVisible()) << "an out light left the tree";
+        EXPECT_TRUE(spoken->state().checkable);
+        EXPECT_EQ(spoken->state().checked, lit);
+        EXPECT_EQ(spoken->text(QAccessible::Description), lit ? "lit" : "not lit");
+    }
+}
+
+TEST_F(SimpleBindingTest, TheStatusLineIsAStatusBarReadByItsText) {
+    auto* status = Bind<QLabel>(form.lblStatus);
+    form.lblStatus.SetAccessibleRole(forms::AccessRole::StatusLine);
+    form.lblStatus.SetCaption("Dialing 555-0100");
+    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(status);
+    ASSERT_NE(spoken, nullptr);
+    EXPECT_EQ(spoken->role(), QAccessible::StatusBar);
+    EXPECT_EQ(spoken->text(QAccessible::Name), "Dialing 555-0100");
 }
 
 TEST_F(SimpleBindingTest, AnImagesPictureIsSeeThroughInTheFormsKeyColour) {
