@@ -2,7 +2,7 @@
 """The real program as a screen reader reads it over AT-SPI.
 
 Run under an X server and a private session bus:
-    xvfb-run -a dbus-run-session -- /usr/bin/python3 accessibility_test.py KESTRELWAY ASSETS
+    xvfb-run -a -s -noreset dbus-run-session -- /usr/bin/python3 accessibility_test.py PROGRAM ASSETS
 It starts the program with the in-process engine simulator, logs on through the login dialog,
 walks the main window and the locations drawer, and makes a call with the connect button's
 press action, reading the lights and the status line as the call goes.
@@ -85,7 +85,13 @@ def key(keysym):
     pyatspi.Registry.generateKeyboardEvent(keysym, None, pyatspi.KEY_SYM)
 
 
-TAB, SPACE = 0xFF09, 0x20
+TAB, SPACE, F6 = 0xFF09, 0x20, 0xFFC3
+
+
+def window_of(node):
+    while node.parent is not None and node.parent.getRoleName() != "application":
+        node = node.parent
+    return node
 
 
 def press(node):
@@ -122,6 +128,7 @@ class Focus:
 
     def __init__(self):
         self.heard = []
+        self.where = []  # the window of each
         pyatspi.Registry.registerEventListener(self._heard, self.EVENT)
 
     def _heard(self, event):
@@ -136,6 +143,7 @@ class Focus:
             return
         if not self.heard or self.heard[-1] != spoken:  # a combo and its editor: one stop
             self.heard.append(spoken)
+            self.where.append(window_of(node).name)
 
     def stop(self):
         pyatspi.Registry.deregisterEventListener(self._heard, self.EVENT)
@@ -291,6 +299,20 @@ class ScreenReaderTest(unittest.TestCase):
         drawer = self.program.window("Locations")
         self.assertIsNotNone(drawer, "the drawer did not open")
         self.assertNoControlNames(drawer)
+        # F6 takes the keyboard from window to window; Tab then goes on inside the drawer.
+        focus = Focus()
+        self.addCleanup(focus.stop)
+        for _ in range(3):
+            heard = len(focus.heard)
+            key(F6)
+            self.assertTrue(wait_for(lambda: len(focus.heard) > heard, 10), "F6 went nowhere")
+            if focus.where[-1] == "Locations":
+                break
+        self.assertEqual(focus.where[-1], "Locations", focus.heard)
+        heard = len(focus.heard)
+        key(TAB)
+        self.assertTrue(wait_for(lambda: len(focus.heard) > heard, 10), "Tab went nowhere")
+        self.assertEqual(focus.where[-1], "Locations")
         self.assertEqual([labelled_by(c) for c in combos(drawer)][:2],
                          ["Location:", "Country/Region:"])
         for name in ("Area code", "Your phone number"):

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QLabel>
@@ -79,6 +80,7 @@ void FormWindow::Detach() {
     form_ = nullptr;
     bindings_.clear();
     inputs_.clear();
+    tabOrder_.clear();
     hide();
     // The form may unload from inside one of this window's own signals.
     deleteLater();
@@ -124,26 +126,29 @@ void FormWindow::BuildControls() {
 }
 
 void FormWindow::ShowTabOrder() {
+    if (!Live()) {
+        return;
+    }
     std::vector<std::pair<int, QWidget*>> ordered;
-    const int unordered = static_cast<int>(form_->Controls().size());
-    int made = 0;
-    for (forms::Control* control : form_->Controls()) {
-        ControlBinding* binding = BindingOf(*control);
-        ++made;
-        if (binding != nullptr) {
+    const int count = static_cast<int>(form_->Controls().size());
+    bool placed = false;
+    for (int made = 0; made < count; ++made) {
+        const forms::Control* control = form_->Controls()[static_cast<std::size_t>(made)];
+        if (ControlBinding* binding = BindingOf(*control)) {
             // Controls without a place follow the placed ones, in the order they were made.
-            const int key = control->TabIndex() >= 0 ? control->TabIndex() : unordered + made;
+            placed |= control->TabIndex() >= 0;
+            const int key = control->TabIndex() >= 0 ? control->TabIndex() : count + made;
             ordered.emplace_back(key, binding->Widget());
         }
     }
-    if (std::none_of(form_->Controls().begin(), form_->Controls().end(),
-                     [](const forms::Control* c) { return c->TabIndex() >= 0; })) {
-        return;
-    }
     std::stable_sort(ordered.begin(), ordered.end(),
                      [](const auto& a, const auto& b) { return a.first < b.first; });
-    for (std::size_t i = 1; i < ordered.size(); ++i) {
-        QWidget::setTabOrder(ordered[i - 1].second, ordered[i].second);
+    tabOrder_.clear();
+    for (const auto& [key, widget] : ordered) {
+        tabOrder_.push_back(widget);
+    }
+    for (std::size_t i = 1; placed && i < tabOrder_.size(); ++i) {
+        QWidget::setTabOrder(tabOrder_[i - 1], tabOrder_[i]);
     }
 }
 
@@ -189,6 +194,7 @@ void FormWindow::DropBinding(forms::Control& control) {
     }
     bindings_.erase(&control);
     std::erase_if(inputs_, [binding](const auto& entry) { return entry.second == binding; });
+    std::erase(tabOrder_, binding->Widget());
     for (QWidget* input : binding->InputWidgets()) {
         input->removeEventFilter(this);
     }
@@ -204,12 +210,14 @@ void FormWindow::ControlChanged(forms::Control& control, Property what) {
     ControlBinding* binding = BindingOf(control);
     if (binding == nullptr) {
         EnsureBinding(control);  // a control added after the form loaded
+        ShowTabOrder();
         return;
     }
     if (what == Property::Attributes && !binding->Fits()) {
         // A different widget: make it afresh in the same place.
         DropBinding(control);
         EnsureBinding(control);
+        ShowTabOrder();
         return;
     }
     binding->Apply(what);
@@ -380,6 +388,9 @@ void FormWindow::keyPressEvent(QKeyEvent* event) {
     if (!Live()) {
         return;
     }
+    if (event->key() == Qt::Key_F6 && KeyboardToNextWindow()) {
+        return;
+    }
     if (event->key() == Qt::Key_F1 && !form_->GetPlatform().HelpFile().empty()) {
         forms::Platform& platform = form_->GetPlatform();
         platform.ShowHelp(platform.HelpFile(), 0);
@@ -508,6 +519,9 @@ bool FormWindow::HandleMouse(ControlBinding& binding, QWidget* widget, QMouseEve
 }
 
 bool FormWindow::HandleKey(ControlBinding& binding, QKeyEvent* event) {
+    if (event->key() == Qt::Key_F6 && KeyboardToNextWindow()) {
+        return true;
+    }
     forms::Control& control = binding.Model();
     if (const int code = KeyCodeOf(*event); code != 0) {
         control.UserKeyDown(code, ShiftOf(event->modifiers()));
@@ -540,6 +554,39 @@ bool FormWindow::HandleKey(ControlBinding& binding, QKeyEvent* event) {
             shown->Apply(Property::Selection);
         }
     }
+    return true;
+}
+
+bool FormWindow::KeyboardToNextWindow() {
+    if (QApplication::activeModalWidget() != nullptr) {
+        return false;  // a modal form keeps the keyboard
+    }
+    std::vector<FormWindow*> shown;
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        auto* window = qobject_cast<FormWindow*>(widget);
+        if (window != nullptr && window->Live() && window->isVisible() && window->isEnabled()) {
+            shown.push_back(window);
+        }
+    }
+    if (shown.size() < 2) {
+        return false;
+    }
+    std::sort(shown.begin(), shown.end(), [](const FormWindow* a, const FormWindow* b) {
+        return std::pair(a->x(), a->y()) < std::pair(b->x(), b->y());
+    });
+    const auto at = std::find(shown.begin(), shown.end(), this);
+    FormWindow* next = at == shown.end() || at + 1 == shown.end() ? shown.front() : *(at + 1);
+    if (next->focusWidget() == nullptr) {
+        // Arriving for the first time: the first control in the window's Tab order.
+        for (QWidget* widget : next->tabOrder_) {
+            if ((widget->focusPolicy() & Qt::TabFocus) != 0 && widget->isEnabled() &&
+                widget->isVisible()) {
+                widget->setFocus(Qt::TabFocusReason);
+                break;
+            }
+        }
+    }
+    next->activateWindow();
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <vector>
 
 #include <QPixmap>
 #include <QString>
@@ -75,6 +76,9 @@ class FormWindow : public QWidget, public forms::FormObserver {
     bool HandleKey(ControlBinding& binding, QKeyEvent* event);
     // Space and Enter on a label or picture that acts as a button.
     bool PressWithKey(ControlBinding& binding, int keyAscii);
+    // F6: the keyboard goes to the next of the program's windows on show, left to right. The
+    // drawers are windows of their own, out of reach of Tab.
+    bool KeyboardToNextWindow();
     // The focus goes from control to control in the models' Tab order.
     void ShowTabOrder();
     // A caption changed: the controls it names say so.
@@ -91,6 +95,7 @@ class FormWindow : public QWidget, public forms::FormObserver {
     std::map<const forms::Control*, ControlBinding*> bindings_;  // owned by their widgets
     std::map<const QObject*, ControlBinding*> inputs_;           // the widgets taking input
     QPixmap background_;
+    std::vector<QWidget*> tabOrder_;  // the controls' widgets as Tab goes through them
 };
 
 }  // namespace kw::qt
