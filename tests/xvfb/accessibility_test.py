@@ -237,7 +237,18 @@ class ScreenReaderTest(unittest.TestCase):
         ok = find(dialog, "push button", "OK")
         self.assertIsNotNone(ok)
         self.assertIsNotNone(find(dialog, "push button", "Cancel"))
-        press(ok)  # the user name of the session, and any password, will do
+        # What a reader types reaches the program: an empty user name is refused.
+        user = find(dialog, "text", "User name")
+        user.queryEditableText().setTextContents("")
+        press(ok)
+        refusal = self.program.window(None, role="alert")
+        self.assertIsNotNone(refusal, "an empty user name was taken")
+        self.assertIsNotNone(find(refusal, None, "Invalid User Name, try again!"))
+        press(find(refusal, "push button", "OK"))
+        self.assertTrue(wait_for(lambda: not showing(refusal) or None, 30), "the box stays")
+        user.queryEditableText().setTextContents("tester")
+        find(dialog, "password text", "Password").queryEditableText().setTextContents("secret")
+        press(ok)  # any password will do for the simulator
         self.assertTrue(wait_for(lambda: not showing(dialog) or None, 30), "the dialog stays")
 
     def main_window(self):
