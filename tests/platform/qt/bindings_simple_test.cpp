@@ -121,32 +121,6 @@ TEST_F(SimpleBindingTest, APictureButtonIsAPushButtonThatPressesAndTakesFocus) {
     EXPECT_THAT(form.journal, ElementsAre("imgLight_Click"));
 }
 
-TEST_F(SimpleBindingTest, ALightIsReadLitOrNotAndStaysWhenOut) {
-    auto* light = Bind<QLabel>(form.imgLight0);
-    form.imgLight0.SetAccessibleRole(forms::AccessRole::Indicator);
-    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(light);
-    ASSERT_NE(spoken, nullptr);
-    EXPECT_EQ(spoken->role(), QAccessible::CheckBox);
-    EXPECT_NE(light->focusPolicy(), Qt::StrongFocus) << "a light is read, not worked";
-    for (const bool lit : {false, true, false}) {
-        form.imgLight0.SetVisible(lit);
-        EXPECT_TRUE(light->isVisible()) << "an out light left the tree";
-        EXPECT_TRUE(spoken->state().checkable);
-        EXPECT_EQ(spoken->state().checked, lit);
-        EXPECT_EQ(spoken->text(QAccessible::Description), lit ? "lit" : "not lit");
-    }
-}
-
-TEST_F(SimpleBindingTest, TheStatusLineIsAStatusBarReadByItsText) {
-    auto* status = Bind<QLabel>(form.lblStatus);
-    form.lblStatus.SetAccessibleRole(forms::AccessRole::StatusLine);
-    form.lblStatus.SetCaption("Dialing 555-0100");
-    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(status);
-    ASSERT_NE(spoken, nullptr);
-    EXPECT_EQ(spoken->role(), QAccessible::StatusBar);
-    EXPECT_EQ(spoken->text(QAccessible::Name), "Dialing 555-0100");
-}
-
 TEST_F(SimpleBindingTest, AnImagesPictureIsSeeThroughInTheFormsKeyColour) {
     QImage picture(2, 1, QImage::Format_RGB32);
     picture.setPixel(0, 0, qRgb(0, 255, 0));

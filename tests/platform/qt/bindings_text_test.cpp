@@ -4,7 +4,6 @@
 
 #include <functional>
 
-#include <QAccessible>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTextEdit>
@@ -53,16 +52,6 @@ TEST_F(TextBindingTest, AnEditTheWidgetMakesComesBackAsTheWholeText) {
     QTest::keyClick(user, Qt::Key_Delete);
     EXPECT_EQ(form.txtUser.Text(), "AXC");
     EXPECT_THAT(form.journal, ElementsAre("txtUser_Change:AXC"));
-}
-
-TEST_F(TextBindingTest, TextAScreenReaderPutsInReachesTheModel) {
-    auto* line = Bind<QLineEdit>(form.txtUser);
-    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(line);
-    ASSERT_NE(spoken, nullptr);
-    ASSERT_NE(spoken->editableTextInterface(), nullptr);
-    spoken->editableTextInterface()->insertText(0, "anna");
-    EXPECT_EQ(form.txtUser.Text(), "anna");
-    EXPECT_THAT(form.journal, ElementsAre("txtUser_Change:anna"));
 }
 
 TEST_F(TextBindingTest, TheModelsSelectionReachesTheLineEdit) {

@@ -120,16 +120,6 @@ TEST_F(FormWindowTest, SpaceAndEnterPressAPictureButtonUnlessTheFormKeepsEnter) 
     }
 }
 
-TEST_F(FormWindowTest, TabGoesFromControlToControlInTheModelsOrder) {
-    form.imgLight1.SetAccessibleRole(forms::AccessRole::Button);
-    form.imgLight1.SetTabIndex(0);
-    form.txtUser.SetTabIndex(1);
-    form.btnConnect.SetTabIndex(2);
-    auto* light = Find<QLabel>("imgLight(1)");
-    EXPECT_EQ(light->nextInFocusChain(), Find<QLineEdit>("txtUser"));
-    EXPECT_EQ(Find<QLineEdit>("txtUser")->nextInFocusChain(), Find<QPushButton>("btnConnect"));
-}
-
 TEST_F(FormWindowTest, TheWindowIsReadWithoutItsDecorationAndByItsName) {
     form.SetAccessibleName("Dialling");
     form.imgLight0.SetAccessibleRole(forms::AccessRole::Decorative);
@@ -146,14 +136,6 @@ TEST_F(FormWindowTest, TheWindowIsReadWithoutItsDecorationAndByItsName) {
     }
     EXPECT_FALSE(decorationFound);
     EXPECT_TRUE(lightFound);
-}
-
-TEST_F(FormWindowTest, APictureNamedByACaptionFollowsIt) {
-    form.imgLight0.SetNamedBy(&form.lblStatus);
-    form.lblStatus.SetCaption("Connect");
-    EXPECT_EQ(window->WidgetOf(form.imgLight0)->accessibleName(), "Connect");
-    form.lblStatus.SetCaption("Disconnect");
-    EXPECT_EQ(window->WidgetOf(form.imgLight0)->accessibleName(), "Disconnect");
 }
 
 TEST_F(FormWindowTest, AListViewsMouseUpAndDoubleClickReachTheModel) {
