@@ -14,6 +14,7 @@
 #include "platform/qt/accessible.h"
 #include "platform/qt/binding.h"
 #include "platform/qt/convert.h"
+#include "platform/qt/widgets.h"
 
 namespace kw::qt {
 
@@ -117,7 +118,9 @@ void FormWindow::BuildControls() {
         }
         binding->Apply(Property::Accessibility);
         if (ControlBinding* caption = BindingOf(*control->NamedBy())) {
-            if (auto* label = qobject_cast<QLabel*>(caption->Widget())) {
+            // A caption left out of the tree names the control, but is no relation to read.
+            auto* label = qobject_cast<QLabel*>(caption->Widget());
+            if (label != nullptr && !IsDecorative(label)) {
                 label->setBuddy(binding->Widget());
             }
         }

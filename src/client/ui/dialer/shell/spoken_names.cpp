@@ -110,8 +110,8 @@ constexpr SpokenControl kControls[] = {
     {"PerfPulldown", "downBtn", -1, kButton, "Pull the performance panel down or up", nullptr},
     {"PerfPulldown", "LeftBtn", -1, kButton, "Previous chart", nullptr},
     {"PerfPulldown", "RightBtn", -1, kButton, "Next chart", nullptr},
-    {"PerfPulldown", "detachBtn", -1, kButton, "Detach the performance panel", nullptr},
     {"PerfPulldown", "Image1", -1, kArt, nullptr, nullptr},
+    {"PerfPulldown", "detachBtn", -1, kArt, nullptr, nullptr},  // drawn, but does nothing
     {"PerfPulldown", "imgLocation", -1, kArt, nullptr, nullptr},
     {"PerfPulldown", "VpnBytes", -1, kArt, nullptr, nullptr},
     {"PerfPulldown", "ISPBytes", -1, kArt, nullptr, nullptr},
