@@ -67,6 +67,7 @@ FormWindow::FormWindow(forms::Form& form, QString assetsDir,
 
 FormWindow::~FormWindow() {
     context_->Detach();  // the widgets go after this: nothing they signal on the way is input
+    context_->captionOf = nullptr;
     if (form_ != nullptr) {
         form_->RemoveObserver(this);
     }
@@ -77,6 +78,7 @@ void FormWindow::Detach() {
         return;
     }
     context_->Detach();
+    context_->captionOf = nullptr;
     form_->RemoveObserver(this);
     form_ = nullptr;
     bindings_.clear();
