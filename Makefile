@@ -3,7 +3,8 @@
 
 PACKAGES := cmake ninja-build g++ pkg-config libgtest-dev libgmock-dev libbenchmark-dev \
             qt6-base-dev libgl-dev xvfb xauth x11-utils imagemagick fonts-liberation \
-            clang-format libfontconfig-dev libsodium-dev libsecret-1-dev
+            clang-format libfontconfig-dev libsodium-dev libsecret-1-dev \
+            at-spi2-core python3-pyatspi dbus-daemon
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 JOBS ?= $(shell nproc)
 

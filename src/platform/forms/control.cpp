@@ -115,6 +115,26 @@ void Control::SetToolTipText(std::string text) {
     Notify(Property::ToolTip);
 }
 
+void Control::SetAccessibleName(std::string name) {
+    accessibleName_ = std::move(name);
+    Notify(Property::Accessibility);
+}
+
+void Control::SetAccessibleRole(AccessRole role) {
+    accessRole_ = role;
+    Notify(Property::Accessibility);
+}
+
+void Control::SetTabIndex(int index) {
+    tabIndex_ = index;
+    Notify(Property::Accessibility);
+}
+
+void Control::SetNamedBy(const Control* caption) {
+    namedBy_ = caption;
+    Notify(Property::Accessibility);
+}
+
 void Control::SetPicture(std::string picture) {
     if (picture_ == picture) {
         return;

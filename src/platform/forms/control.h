@@ -46,6 +46,16 @@ inline constexpr int kDelete = 46;
 inline constexpr int kF1 = 112;
 }  // namespace key
 
+// What assistive technology is told a control is, where its kind alone would mislead: the
+// program's forms draw buttons and lights as pictures.
+enum class AccessRole {
+    Automatic,   // as its kind says
+    Button,      // a picture or caption that acts as a button: takes focus, presses with keys
+    Indicator,   // a light, lit while visible, present to assistive technology lit or not
+    StatusLine,  // a caption whose changes are announced
+    Decorative,  // artwork that says nothing: left out
+};
+
 using MouseHandler = std::function<void(int button, int shift, float x, float y)>;
 
 // A control owned by its form, named as the program names it. Setting a property from code fires
@@ -104,6 +114,19 @@ class Control {
     long BackColor() const { return backColor_; }
     void SetForeColor(long colour);
     void SetBackColor(long colour);
+
+    // What assistive technology speaks: the accessible name (empty: the caption or tool tip),
+    // the role, and the place in the Tab order (-1: the order the controls were made in).
+    const std::string& AccessibleName() const { return accessibleName_; }
+    void SetAccessibleName(std::string name);
+    AccessRole AccessibleRole() const { return accessRole_; }
+    void SetAccessibleRole(AccessRole role);
+    int TabIndex() const { return tabIndex_; }
+    void SetTabIndex(int index);
+    // The control of the same form whose caption names this one (a picture beside its caption);
+    // an accessible name set here comes first.
+    const Control* NamedBy() const { return namedBy_; }
+    void SetNamedBy(const Control* caption);
 
     const std::string& Tag() const { return tag_; }
     void SetTag(std::string tag) { tag_ = std::move(tag); }
@@ -171,6 +194,10 @@ class Control {
     long foreColor_ = 0x000000;
     long backColor_ = 0xFFFFFF;
     std::string tag_;
+    std::string accessibleName_;
+    AccessRole accessRole_ = AccessRole::Automatic;
+    int tabIndex_ = -1;
+    const Control* namedBy_ = nullptr;
 };
 
 }  // namespace kw::forms

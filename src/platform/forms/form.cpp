@@ -106,6 +106,11 @@ void Form::SetCaption(std::string caption) {
     Notify(FormProperty::Caption);
 }
 
+void Form::SetAccessibleName(std::string name) {
+    accessibleName_ = std::move(name);
+    Notify(FormProperty::Caption);
+}
+
 void Form::SetEnabled(bool enabled) {
     if (enabled_ == enabled) {
         return;

@@ -67,6 +67,10 @@ class Form {
 
     const std::string& Caption() const { return caption_; }
     void SetCaption(std::string caption);
+    // The window's name for assistive technology when the caption says nothing (a drawer has
+    // none); empty: the caption.
+    const std::string& AccessibleName() const { return accessibleName_; }
+    void SetAccessibleName(std::string name);
     bool Visible() const { return visible_; }
     bool Enabled() const { return enabled_; }
     void SetEnabled(bool enabled);
@@ -114,6 +118,11 @@ class Form {
     // Setting the state from code fires Form_Resize, as the toolkit did.
     void SetWindowState(int state);
     void UserSetWindowState(int state);
+
+    // Enter belongs to the form's own key press even while a picture that acts as a button has
+    // the focus (Space still presses the picture).
+    bool KeepsEnter() const { return keepsEnter_; }
+    void SetKeepsEnter(bool keeps) { keepsEnter_ = keeps; }
 
     bool KeyPreview() const { return keyPreview_; }
     void SetKeyPreview(bool on) { keyPreview_ = on; }
@@ -181,6 +190,7 @@ class Form {
     bool enabled_ = true;
     int modalDepth_ = 0;
     std::string caption_;
+    std::string accessibleName_;
     int left_ = 0;
     int top_ = 0;
     int width_ = 0;
@@ -194,6 +204,7 @@ class Form {
     std::string picture_;
     int windowState_ = window_state::kNormal;
     bool keyPreview_ = false;
+    bool keepsEnter_ = false;
     std::optional<std::vector<RegionRect>> region_;
     int zOrder_ = 0;
     std::vector<Control*> controls_;

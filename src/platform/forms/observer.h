@@ -26,6 +26,7 @@ enum class Property {
     Data,        // chart series and axes
     Focus,
     ZOrder,
+    Accessibility,  // the spoken name, the role, the place in the Tab order
 };
 
 // What changed on a form.

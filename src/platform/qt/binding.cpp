@@ -34,10 +34,11 @@ void ControlBinding::Build(QWidget* parent) {
 }
 
 void ControlBinding::ApplyAll() {
-    for (Property p : {Property::Attributes, Property::Caption, Property::Font, Property::Colors,
-                       Property::Picture, Property::Columns, Property::List, Property::Items,
-                       Property::Text, Property::Value, Property::Selection, Property::ToolTip,
-                       Property::Geometry, Property::Enabled, Property::Visible}) {
+    for (Property p :
+         {Property::Attributes, Property::Caption, Property::Font, Property::Colors,
+          Property::Picture, Property::Columns, Property::List, Property::Items, Property::Text,
+          Property::Value, Property::Selection, Property::ToolTip, Property::Geometry,
+          Property::Accessibility, Property::Enabled, Property::Visible}) {
         Apply(p);
     }
 }
@@ -82,7 +83,7 @@ void ControlBinding::ShowCommon(Property what) {
             widget_->setEnabled(control_.Enabled());
             break;
         case Property::Visible:
-            widget_->setVisible(control_.Visible());
+            ShowVisible();
             break;
         case Property::Geometry: {
             // Controls on the form itself sit in its client area, inside any emulated frame.
@@ -104,6 +105,10 @@ void ControlBinding::ShowCommon(Property what) {
         case Property::Data:
             widget_->update();
             break;
+        case Property::Accessibility:
+            ShowRole();
+            ShowAccessibleName();
+            break;
         case Property::Focus:
             if (control_.HasFocus() && !widget_->hasFocus()) {
                 widget_->setFocus(Qt::OtherFocusReason);
@@ -117,6 +122,10 @@ void ControlBinding::ShowCommon(Property what) {
     }
 }
 
+void ControlBinding::ShowVisible() {
+    widget_->setVisible(control_.Visible());
+}
+
 void ControlBinding::ShowFont() {
     QFont font(ToQString(control_.FontName()));
     font.setPointSizeF(control_.FontSize() > 0 ? control_.FontSize() : 8.25);
@@ -124,9 +133,19 @@ void ControlBinding::ShowFont() {
     widget_->setFont(font);
 }
 
-void ControlBinding::ShowAccessibleName() {
+QString ControlBinding::CaptionText() const {
     const std::string* caption = Caption();
-    QString name = caption != nullptr ? LabelText(*caption) : QString();
+    return caption != nullptr ? LabelText(*caption) : QString();
+}
+
+void ControlBinding::ShowAccessibleName() {
+    QString name = ToQString(control_.AccessibleName());
+    if (name.isEmpty() && control_.NamedBy() != nullptr && context_->captionOf) {
+        name = context_->captionOf(*control_.NamedBy());
+    }
+    if (name.isEmpty()) {
+        name = CaptionText();
+    }
     if (name.isEmpty()) {
         name = ToQString(control_.ToolTipText());
     }

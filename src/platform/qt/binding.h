@@ -43,6 +43,8 @@ class BindingContext {
     void OnDetach(std::function<void()> release) { onDetach_.push_back(std::move(release)); }
     // A widget signal is the user's input only now.
     bool TakesInput() const { return live_ && showing_ == 0; }
+    // The caption another control of the form shows, for a control it names.
+    std::function<QString(const forms::Control&)> captionOf;
 
   private:
     friend class ShowingModel;
@@ -90,6 +92,10 @@ class ControlBinding : public QObject {
     virtual bool TakesDoubleClick() const { return MakesOwnClick(); }
     // Typed characters go to the model, which may change or swallow them, not to the widget.
     virtual bool TypesIntoModel() const { return false; }
+    // A label or picture that acts as a button: Space and Enter press it.
+    virtual bool PressesWithKeys() const { return false; }
+    // The caption on show, as a person reads it; empty for kinds without one.
+    QString CaptionText() const;
 
   protected:
     ControlBinding(forms::Control& control, std::shared_ptr<BindingContext> context);
@@ -103,6 +109,9 @@ class ControlBinding : public QObject {
     virtual const std::string* Caption() const { return nullptr; }
     // The accessible name when there is neither caption nor tool tip.
     virtual QString FallbackName() const { return {}; }
+    // The role the model asks for, on kinds that can take one.
+    virtual void ShowRole() {}
+    virtual void ShowVisible();
 
     // A widget signal as user input: ignored unless the context takes input. The handler may
     // take the signal's arguments or none.

@@ -1,5 +1,6 @@
 #include "platform/forms/control.h"
 #include "platform/forms/controls.h"
+#include "platform/qt/accessible.h"
 #include "platform/qt/binding.h"
 #include "platform/qt/binding_chart.h"
 #include "platform/qt/binding_list_view.h"
@@ -63,6 +64,7 @@ std::unique_ptr<ControlBinding> MakeBinding(forms::Control& control,
 
 ControlBinding* BindControl(forms::Control& control, std::shared_ptr<BindingContext> context,
                             QWidget* parent) {
+    InstallAccessibility();  // before any widget is read
     std::unique_ptr<ControlBinding> binding = MakeBinding(control, std::move(context));
     if (binding == nullptr) {
         return nullptr;

@@ -34,10 +34,23 @@ LabelBinding::LabelBinding(forms::Label& model, std::shared_ptr<BindingContext> 
     : ControlBinding(model, std::move(context)), model_(model) {}
 
 QWidget* LabelBinding::Create(QWidget* parent) {
-    label_ = new QLabel(parent);
+    label_ = new SkinLabel(parent);
     label_->setWordWrap(true);
     label_->setMouseTracking(true);
+    label_->SetPress([this] {
+        if (Context().Live()) {
+            Model().UserClick();
+        }
+    });
     return label_;
+}
+
+bool LabelBinding::PressesWithKeys() const {
+    return model_.AccessibleRole() == forms::AccessRole::Button;
+}
+
+void LabelBinding::ShowRole() {
+    label_->SetRole(model_.AccessibleRole());
 }
 
 void LabelBinding::Show(Property what) {
@@ -63,9 +76,29 @@ ImageBinding::ImageBinding(forms::Image& model, std::shared_ptr<BindingContext> 
     : ControlBinding(model, std::move(context)), model_(model) {}
 
 QWidget* ImageBinding::Create(QWidget* parent) {
-    image_ = new QLabel(parent);
+    image_ = new SkinLabel(parent);
     image_->setMouseTracking(true);
+    image_->SetPress([this] {
+        if (Context().Live()) {
+            Model().UserClick();
+        }
+    });
     return image_;
+}
+
+bool ImageBinding::PressesWithKeys() const {
+    return model_.AccessibleRole() == forms::AccessRole::Button;
+}
+
+void ImageBinding::ShowRole() {
+    image_->SetRole(model_.AccessibleRole());
+    ShowVisible();
+}
+
+void ImageBinding::ShowVisible() {
+    const bool light = model_.AccessibleRole() == forms::AccessRole::Indicator;
+    image_->SetLit(!light || model_.Visible());
+    image_->setVisible(light || model_.Visible());
 }
 
 void ImageBinding::Show(Property what) {

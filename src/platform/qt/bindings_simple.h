@@ -13,6 +13,7 @@ class QRadioButton;
 namespace kw::qt {
 
 class PanelWidget;
+class SkinLabel;
 
 // The kinds that show one value and take at most a click.
 
@@ -20,33 +21,38 @@ class LabelBinding final : public ControlBinding {
   public:
     LabelBinding(forms::Label& model, std::shared_ptr<BindingContext> context);
     bool MakesOwnClick() const override { return true; }
+    bool PressesWithKeys() const override;
 
   protected:
     QWidget* Create(QWidget* parent) override;
     void Show(forms::Property what) override;
     const std::string* Caption() const override { return &model_.Caption(); }
+    void ShowRole() override;
 
   private:
     forms::Label& model_;
-    QLabel* label_ = nullptr;
+    SkinLabel* label_ = nullptr;
 };
 
 class ImageBinding final : public ControlBinding {
   public:
     ImageBinding(forms::Image& model, std::shared_ptr<BindingContext> context);
     bool MakesOwnClick() const override { return true; }
+    bool PressesWithKeys() const override;
 
   protected:
     QWidget* Create(QWidget* parent) override;
     void Show(forms::Property what) override;
-    QString FallbackName() const override { return ObjectNameOf(model_); }
+    void ShowRole() override;
+    // A light that is out stays, drawn as nothing, so that it can be read as out.
+    void ShowVisible() override;
 
   private:
     // The picture with the form's key colour see-through, as the form's own is cut out.
     QPixmap KeyedPicture() const;
 
     forms::Image& model_;
-    QLabel* image_ = nullptr;
+    SkinLabel* image_ = nullptr;
 };
 
 class ButtonBinding final : public ControlBinding {

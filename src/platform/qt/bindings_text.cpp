@@ -23,7 +23,9 @@ QWidget* LineEditBinding::Create(QWidget* parent) {
 }
 
 void LineEditBinding::ConnectInput() {
-    OnUserInput(line_, &QLineEdit::textEdited, [this](const QString& text) {
+    // Any change that is not the model's own is the user's: typing, and the text a screen
+    // reader or another assistive technology puts in.
+    OnUserInput(line_, &QLineEdit::textChanged, [this](const QString& text) {
         model_.UserSetText(FromQString(text));
         Reshow(Property::Text);
     });

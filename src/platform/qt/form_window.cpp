@@ -2,15 +2,19 @@
 
 #include <algorithm>
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
 
 #include "platform/forms/control.h"
 #include "platform/forms/controls.h"
+#include "platform/qt/accessible.h"
 #include "platform/qt/binding.h"
 #include "platform/qt/convert.h"
+#include "platform/qt/widgets.h"
 
 namespace kw::qt {
 
@@ -41,6 +45,11 @@ FormWindow::FormWindow(forms::Form& form, QString assetsDir,
     setAttribute(Qt::WA_DeleteOnClose, false);
     setMouseTracking(true);
     setFocusPolicy(Qt::ClickFocus);
+    InstallAccessibility();
+    context_->captionOf = [this](const forms::Control& control) {
+        ControlBinding* binding = BindingOf(control);
+        return binding != nullptr ? binding->CaptionText() : QString();
+    };
     // A form loaded and never shown (most pullouts at start) costs no widgets until it shows.
     if (form.Visible()) {
         BuildControls();
@@ -58,6 +67,7 @@ FormWindow::FormWindow(forms::Form& form, QString assetsDir,
 
 FormWindow::~FormWindow() {
     context_->Detach();  // the widgets go after this: nothing they signal on the way is input
+    context_->captionOf = nullptr;
     if (form_ != nullptr) {
         form_->RemoveObserver(this);
     }
@@ -68,10 +78,12 @@ void FormWindow::Detach() {
         return;
     }
     context_->Detach();
+    context_->captionOf = nullptr;
     form_->RemoveObserver(this);
     form_ = nullptr;
     bindings_.clear();
     inputs_.clear();
+    tabOrder_.clear();
     hide();
     // The form may unload from inside one of this window's own signals.
     deleteLater();
@@ -99,6 +111,57 @@ void FormWindow::BuildControls() {
     ShowingModel showing(*context_);
     for (forms::Control* control : form_->Controls()) {
         EnsureBinding(*control);
+    }
+    // A control named by a caption made after it takes its name now. A label that names a
+    // control is its buddy too: readers find a combo box's name through that relation.
+    for (const auto& [control, binding] : bindings_) {
+        if (control->NamedBy() == nullptr) {
+            continue;
+        }
+        binding->Apply(Property::Accessibility);
+        if (ControlBinding* caption = BindingOf(*control->NamedBy())) {
+            // A caption left out of the tree names the control, but is no relation to read.
+            auto* label = qobject_cast<QLabel*>(caption->Widget());
+            if (label != nullptr && !IsDecorative(label)) {
+                label->setBuddy(binding->Widget());
+            }
+        }
+    }
+    ShowTabOrder();
+}
+
+void FormWindow::ShowTabOrder() {
+    if (!Live()) {
+        return;
+    }
+    std::vector<std::pair<int, QWidget*>> ordered;
+    const int count = static_cast<int>(form_->Controls().size());
+    bool placed = false;
+    for (int made = 0; made < count; ++made) {
+        const forms::Control* control = form_->Controls()[static_cast<std::size_t>(made)];
+        if (ControlBinding* binding = BindingOf(*control)) {
+            // Controls without a place follow the placed ones, in the order they were made.
+            placed |= control->TabIndex() >= 0;
+            const int key = control->TabIndex() >= 0 ? control->TabIndex() : count + made;
+            ordered.emplace_back(key, binding->Widget());
+        }
+    }
+    std::stable_sort(ordered.begin(), ordered.end(),
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
+    tabOrder_.clear();
+    for (const auto& [key, widget] : ordered) {
+        tabOrder_.push_back(widget);
+    }
+    for (std::size_t i = 1; placed && i < tabOrder_.size(); ++i) {
+        QWidget::setTabOrder(tabOrder_[i - 1], tabOrder_[i]);
+    }
+}
+
+void FormWindow::RenameNamedBy(const forms::Control& caption) {
+    for (const auto& [control, binding] : bindings_) {
+        if (control->NamedBy() == &caption) {
+            binding->Apply(Property::Accessibility);
+        }
     }
 }
 
@@ -136,6 +199,7 @@ void FormWindow::DropBinding(forms::Control& control) {
     }
     bindings_.erase(&control);
     std::erase_if(inputs_, [binding](const auto& entry) { return entry.second == binding; });
+    std::erase(tabOrder_, binding->Widget());
     for (QWidget* input : binding->InputWidgets()) {
         input->removeEventFilter(this);
     }
@@ -151,15 +215,22 @@ void FormWindow::ControlChanged(forms::Control& control, Property what) {
     ControlBinding* binding = BindingOf(control);
     if (binding == nullptr) {
         EnsureBinding(control);  // a control added after the form loaded
+        ShowTabOrder();
         return;
     }
     if (what == Property::Attributes && !binding->Fits()) {
         // A different widget: make it afresh in the same place.
         DropBinding(control);
         EnsureBinding(control);
+        ShowTabOrder();
         return;
     }
     binding->Apply(what);
+    if (what == Property::Caption) {
+        RenameNamedBy(control);
+    } else if (what == Property::Accessibility) {
+        ShowTabOrder();
+    }
 }
 
 // ---- the form -----------------------------------------------------------------------------
@@ -177,7 +248,8 @@ void FormWindow::SyncForm(FormProperty what) {
     switch (what) {
         case FormProperty::Caption:
             setWindowTitle(ToQString(form.Caption()));
-            setAccessibleName(ToQString(form.Caption()));
+            setAccessibleName(
+                ToQString(form.AccessibleName().empty() ? form.Caption() : form.AccessibleName()));
             break;
         case FormProperty::Geometry:
             SyncGeometry();
@@ -321,6 +393,9 @@ void FormWindow::keyPressEvent(QKeyEvent* event) {
     if (!Live()) {
         return;
     }
+    if (event->key() == Qt::Key_F6 && KeyboardToNextWindow()) {
+        return;
+    }
     if (event->key() == Qt::Key_F1 && !form_->GetPlatform().HelpFile().empty()) {
         forms::Platform& platform = form_->GetPlatform();
         platform.ShowHelp(platform.HelpFile(), 0);
@@ -449,6 +524,9 @@ bool FormWindow::HandleMouse(ControlBinding& binding, QWidget* widget, QMouseEve
 }
 
 bool FormWindow::HandleKey(ControlBinding& binding, QKeyEvent* event) {
+    if (event->key() == Qt::Key_F6 && KeyboardToNextWindow()) {
+        return true;
+    }
     forms::Control& control = binding.Model();
     if (const int code = KeyCodeOf(*event); code != 0) {
         control.UserKeyDown(code, ShiftOf(event->modifiers()));
@@ -459,6 +537,9 @@ bool FormWindow::HandleKey(ControlBinding& binding, QKeyEvent* event) {
     const auto ascii = KeyAsciiOf(*event);
     if (!ascii) {
         return false;  // the widget moves its caret, deletes, pastes: edits come back as text
+    }
+    if (binding.PressesWithKeys() && PressWithKey(binding, *ascii)) {
+        return true;
     }
     if (form_->ButtonForKey(*ascii) != nullptr) {
         control.UserKeyPress(*ascii);  // the model gives it to the default or cancel button
@@ -478,6 +559,53 @@ bool FormWindow::HandleKey(ControlBinding& binding, QKeyEvent* event) {
             shown->Apply(Property::Selection);
         }
     }
+    return true;
+}
+
+bool FormWindow::KeyboardToNextWindow() {
+    if (QApplication::activeModalWidget() != nullptr) {
+        return false;  // a modal form keeps the keyboard
+    }
+    std::vector<FormWindow*> shown;
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        auto* window = qobject_cast<FormWindow*>(widget);
+        if (window != nullptr && window->Live() && window->isVisible() && window->isEnabled()) {
+            shown.push_back(window);
+        }
+    }
+    if (shown.size() < 2) {
+        return false;
+    }
+    std::sort(shown.begin(), shown.end(), [](const FormWindow* a, const FormWindow* b) {
+        return std::pair(a->x(), a->y()) < std::pair(b->x(), b->y());
+    });
+    const auto at = std::find(shown.begin(), shown.end(), this);
+    FormWindow* next = at == shown.end() || at + 1 == shown.end() ? shown.front() : *(at + 1);
+    if (next->focusWidget() == nullptr) {
+        // Arriving for the first time: the first control in the window's Tab order.
+        for (QWidget* widget : next->tabOrder_) {
+            if ((widget->focusPolicy() & Qt::TabFocus) != 0 && widget->isEnabled() &&
+                widget->isVisible()) {
+                widget->setFocus(Qt::TabFocusReason);
+                break;
+            }
+        }
+    }
+    next->activateWindow();
+    return true;
+}
+
+bool FormWindow::PressWithKey(ControlBinding& binding, int keyAscii) {
+    if (keyAscii == forms::key::kReturn && form_->KeepsEnter()) {
+        if (form_->AcceptsInput()) {
+            form_->UserKeyPress(keyAscii);
+        }
+        return true;
+    }
+    if (keyAscii != forms::key::kSpace && keyAscii != forms::key::kReturn) {
+        return false;
+    }
+    binding.Model().UserClick();
     return true;
 }
 

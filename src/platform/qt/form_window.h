@@ -3,6 +3,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <vector>
 
 #include <QPixmap>
 #include <QString>
@@ -73,6 +74,15 @@ class FormWindow : public QWidget, public forms::FormObserver {
     // A point of the window in the form's client area (inside the emulated frame).
     QPointF ClientPoint(const QPointF& p) const;
     bool HandleKey(ControlBinding& binding, QKeyEvent* event);
+    // Space and Enter on a label or picture that acts as a button.
+    bool PressWithKey(ControlBinding& binding, int keyAscii);
+    // F6: the keyboard goes to the next of the program's windows on show, left to right. The
+    // drawers are windows of their own, out of reach of Tab.
+    bool KeyboardToNextWindow();
+    // The focus goes from control to control in the models' Tab order.
+    void ShowTabOrder();
+    // A caption changed: the controls it names say so.
+    void RenameNamedBy(const forms::Control& caption);
     bool HandleMouse(ControlBinding& binding, QWidget* widget, QMouseEvent* event);
     bool Live() const { return form_ != nullptr; }
 
@@ -85,6 +95,7 @@ class FormWindow : public QWidget, public forms::FormObserver {
     std::map<const forms::Control*, ControlBinding*> bindings_;  // owned by their widgets
     std::map<const QObject*, ControlBinding*> inputs_;           // the widgets taking input
     QPixmap background_;
+    std::vector<QWidget*> tabOrder_;  // the controls' widgets as Tab goes through them
 };
 
 }  // namespace kw::qt

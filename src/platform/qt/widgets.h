@@ -1,8 +1,13 @@
 #pragma once
 
+#include <functional>
+
 #include <QFrame>
+#include <QLabel>
 #include <QString>
 #include <QWidget>
+
+#include "platform/forms/control.h"
 
 namespace kw::qt {
 
@@ -20,5 +25,35 @@ class PanelWidget : public QFrame {
   private:
     QString caption_;
 };
+
+// A label or picture on the skin. It carries what assistive technology is told about the
+// control: a button takes focus and draws a focus frame on the skin, a light stays in reach
+// while out (it draws nothing then), a decorative one is left out of the window's children.
+class SkinLabel : public QLabel {
+    Q_OBJECT
+  public:
+    explicit SkinLabel(QWidget* parent);
+
+    forms::AccessRole Role() const { return role_; }
+    void SetRole(forms::AccessRole role);
+    // A light: whether it is on.
+    bool Lit() const { return lit_; }
+    void SetLit(bool lit);
+    // What pressing it does, for the keys and for assistive technology.
+    void SetPress(std::function<void()> press) { press_ = std::move(press); }
+    // Presses it once the event loop is back: an assistive technology waits for the answer.
+    void Press();
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    forms::AccessRole role_ = forms::AccessRole::Automatic;
+    bool lit_ = true;
+    std::function<void()> press_;
+};
+
+// Whether a widget says nothing to assistive technology.
+bool IsDecorative(const QWidget* widget);
 
 }  // namespace kw::qt

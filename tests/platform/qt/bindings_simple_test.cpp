@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QImage>
@@ -84,13 +85,40 @@ TEST_F(SimpleBindingTest, CommonPropertiesFollowTheModel) {
     }
 }
 
-TEST_F(SimpleBindingTest, AnImageIsNamedByItsToolTipElseByItsControlName) {
+// A reader never hears the control's own name: the accessible name, else the tool tip, else
+// nothing.
+TEST_F(SimpleBindingTest, AnImageIsNamedByItsAccessibleNameElseItsToolTipElseNothing) {
     auto* light = Bind<QLabel>(form.imgLight1);
-    EXPECT_EQ(light->accessibleName(), "Dialing");
-    form.imgLight1.SetToolTipText("Dialing: busy");
-    EXPECT_EQ(light->accessibleName(), "Dialing: busy");
-    form.imgLight1.SetToolTipText("");
-    EXPECT_EQ(light->accessibleName(), "imgLight(1)");
+    const struct {
+        const char* accessibleName;
+        const char* toolTip;
+        const char* spoken;
+    } cases[] = {{"", "Dialing: busy", "Dialing: busy"},
+                 {"Dialing", "Dialing: busy", "Dialing"},
+                 {"", "", ""}};
+    for (const auto& c : cases) {
+        form.imgLight1.SetAccessibleName(c.accessibleName);
+        form.imgLight1.SetToolTipText(c.toolTip);
+        EXPECT_EQ(light->accessibleName(), c.spoken) << c.accessibleName << "/" << c.toolTip;
+    }
+}
+
+TEST_F(SimpleBindingTest, APictureButtonIsAPushButtonThatPressesAndTakesFocus) {
+    auto* picture = Bind<QLabel>(form.imgLight0);
+    form.imgLight0.SetAccessibleRole(forms::AccessRole::Button);
+    form.imgLight0.SetAccessibleName("Connect");
+    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(picture);
+    ASSERT_NE(spoken, nullptr);
+    EXPECT_EQ(spoken->role(), QAccessible::Button);
+    EXPECT_EQ(spoken->text(QAccessible::Name), "Connect");
+    EXPECT_EQ(picture->focusPolicy(), Qt::StrongFocus);
+    QAccessibleActionInterface* actions = spoken->actionInterface();
+    ASSERT_NE(actions, nullptr);
+    ASSERT_TRUE(actions->actionNames().contains(QAccessibleActionInterface::pressAction()));
+    actions->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(form.journal.empty()) << "pressed before the reader had its answer";
+    QTest::qWait(20);
+    EXPECT_THAT(form.journal, ElementsAre("imgLight_Click"));
 }
 
 TEST_F(SimpleBindingTest, AnImagesPictureIsSeeThroughInTheFormsKeyColour) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractItemView>
+#include <QAccessible>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -92,6 +93,49 @@ TEST_F(FormWindowTest, ReturnAndEscapePressTheDefaultAndCancelButtons) {
     QTest::keyClick(user, Qt::Key_Return);
     QTest::keyClick(user, Qt::Key_Escape);
     EXPECT_THAT(form.journal, ElementsAre("btnConnect_Click", "btnCancel_Click"));
+}
+
+TEST_F(FormWindowTest, SpaceAndEnterPressAPictureButtonUnlessTheFormKeepsEnter) {
+    form.imgLight0.SetAccessibleRole(forms::AccessRole::Button);
+    auto* picture = Find<QLabel>("imgLight(0)");
+    const struct {
+        bool keepsEnter;
+        Qt::Key key;
+        const char* click;
+        const char* formKey;
+    } cases[] = {{false, Qt::Key_Space, "imgLight_Click", nullptr},
+                 {false, Qt::Key_Return, "imgLight_Click", nullptr},
+                 {true, Qt::Key_Space, "imgLight_Click", nullptr},
+                 {true, Qt::Key_Return, nullptr, "KeyPress:13"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::to_string(c.keepsEnter) + " " + std::to_string(c.key));
+        form.journal.clear();
+        form.formEvents.clear();
+        form.SetKeepsEnter(c.keepsEnter);
+        QTest::keyClick(picture, c.key);
+        EXPECT_EQ(form.journal,
+                  c.click ? std::vector<std::string>{c.click} : std::vector<std::string>{});
+        EXPECT_EQ(form.formEvents,
+                  c.formKey ? std::vector<std::string>{c.formKey} : std::vector<std::string>{});
+    }
+}
+
+TEST_F(FormWindowTest, TheWindowIsReadWithoutItsDecorationAndByItsName) {
+    form.SetAccessibleName("Dialling");
+    form.imgLight0.SetAccessibleRole(forms::AccessRole::Decorative);
+    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(window);
+    ASSERT_NE(spoken, nullptr);
+    EXPECT_EQ(spoken->text(QAccessible::Name), "Dialling");
+    bool decorationFound = false;
+    bool lightFound = false;
+    for (int i = 0; i < spoken->childCount(); ++i) {
+        const QObject* child = spoken->child(i)->object();
+        decorationFound |= child == window->WidgetOf(form.imgLight0);
+        lightFound |= child == window->WidgetOf(form.imgLight1);
+        EXPECT_EQ(spoken->indexOfChild(spoken->child(i)), i);
+    }
+    EXPECT_FALSE(decorationFound);
+    EXPECT_TRUE(lightFound);
 }
 
 TEST_F(FormWindowTest, AListViewsMouseUpAndDoubleClickReachTheModel) {

@@ -112,6 +112,9 @@ class DialForm : public forms::Form {
         cancel = cancelClose;
     }
     void Form_Resize() override { formEvents.push_back("Resize"); }
+    void Form_KeyPress(int& keyAscii) override {
+        formEvents.push_back("KeyPress:" + std::to_string(keyAscii));
+    }
 };
 
 }  // namespace kw::qt::testing

@@ -15,6 +15,7 @@
 #include "client/ui/dialer/performance/perf_pulldown.h"
 #include "client/ui/dialer/shell/message_hook.h"
 #include "client/ui/dialer/shell/more_pullout.h"
+#include "client/ui/dialer/shell/spoken_names.h"
 #include "client/ui/dialer/side/display_pullout.h"
 #include "client/ui/dialer/side/frm_file_xfer.h"
 #include "client/ui/dialer/side/frm_splash.h"
@@ -27,7 +28,11 @@ namespace kw::dialer {
 namespace {
 template <class F>
 void RegisterForm(forms::FormSet& set, Application& app) {
-    set.Register<F>([&app] { return std::make_unique<F>(app); });
+    set.Register<F>([&app] {
+        auto form = std::make_unique<F>(app);
+        spoken::Speak(*form);
+        return form;
+    });
 }
 }  // namespace
 

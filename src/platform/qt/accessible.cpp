@@ -1,0 +1,147 @@
+#include "platform/qt/accessible.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+#include <QWidget>
+
+#include "platform/qt/form_window.h"
+#include "platform/qt/widgets.h"
+
+namespace kw::qt {
+
+namespace {
+
+using forms::AccessRole;
+
+// The widgets of a window or panel that say something: not other windows, not the decoration.
+QList<QWidget*> SpeakingChildren(const QWidget* parent) {
+    QList<QWidget*> children;
+    for (QObject* object : parent->children()) {
+        auto* widget = qobject_cast<QWidget*>(object);
+        if (widget != nullptr && !widget->isWindow() && !IsDecorative(widget)) {
+            children.append(widget);
+        }
+    }
+    return children;
+}
+
+// A window or panel of the skin: its children without the artwork.
+class SkinContainerAccessible : public QAccessibleWidget {
+  public:
+    SkinContainerAccessible(QWidget* widget, QAccessible::Role role)
+        : QAccessibleWidget(widget, role) {}
+
+    int childCount() const override { return static_cast<int>(SpeakingChildren(widget()).size()); }
+    QAccessibleInterface* child(int index) const override {
+        const QList<QWidget*> children = SpeakingChildren(widget());
+        if (index < 0 || index >= children.size()) {
+            return nullptr;
+        }
+        return QAccessible::queryAccessibleInterface(children.at(index));
+    }
+    int indexOfChild(const QAccessibleInterface* child) const override {
+        if (child == nullptr) {
+            return -1;
+        }
+        const auto* widget = qobject_cast<const QWidget*>(child->object());
+        return static_cast<int>(SpeakingChildren(this->widget()).indexOf(widget));
+    }
+};
+
+// A form's window: a dialog while it is shown modal.
+class FormWindowAccessible : public SkinContainerAccessible {
+  public:
+    explicit FormWindowAccessible(FormWindow* window)
+        : SkinContainerAccessible(window, QAccessible::Window) {}
+
+    QAccessible::Role role() const override {
+        const forms::Form* form = static_cast<FormWindow*>(widget())->Model();
+        return form != nullptr && form->IsModal() ? QAccessible::Dialog : QAccessible::Window;
+    }
+};
+
+class SkinLabelAccessible : public QAccessibleWidget {
+  public:
+    explicit SkinLabelAccessible(SkinLabel* label) : QAccessibleWidget(label) {}
+
+    QAccessible::Role role() const override {
+        switch (Label()->Role()) {
+            case AccessRole::Button:
+                return QAccessible::Button;
+            case AccessRole::Indicator:
+                // Readers speak a check box's state everywhere; AT-SPI has no light of Qt's.
+                return QAccessible::CheckBox;
+            case AccessRole::StatusLine:
+                return QAccessible::StatusBar;
+            default:
+                return Label()->pixmap().isNull() ? QAccessible::StaticText : QAccessible::Graphic;
+        }
+    }
+
+    QString text(QAccessible::Text t) const override {
+        switch (t) {
+            case QAccessible::Name:
+                return widget()->accessibleName().isEmpty() ? Label()->text()
+                                                            : widget()->accessibleName();
+            case QAccessible::Description:
+                if (Label()->Role() == AccessRole::Indicator) {
+                    return Label()->Lit() ? QStringLiteral("lit") : QStringLiteral("not lit");
+                }
+                return widget()->accessibleDescription();
+            case QAccessible::Value:
+                return Label()->Role() == AccessRole::StatusLine ? Label()->text() : QString();
+            default:
+                return QAccessibleWidget::text(t);
+        }
+    }
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        if (Label()->Role() == AccessRole::Indicator) {
+            state.checkable = true;
+            state.checked = Label()->Lit();
+            state.readOnly = true;
+        }
+        return state;
+    }
+
+    QStringList actionNames() const override {
+        QStringList names = QAccessibleWidget::actionNames();
+        if (Label()->Role() == AccessRole::Button) {
+            names.prepend(pressAction());
+        }
+        return names;
+    }
+
+    void doAction(const QString& action) override {
+        if (action == pressAction() && Label()->Role() == AccessRole::Button) {
+            Label()->Press();
+            return;
+        }
+        QAccessibleWidget::doAction(action);
+    }
+
+  private:
+    SkinLabel* Label() const { return static_cast<SkinLabel*>(widget()); }
+};
+
+QAccessibleInterface* SkinFactory(const QString& className, QObject* object) {
+    if (className == QLatin1String("kw::qt::SkinLabel")) {
+        return new SkinLabelAccessible(static_cast<SkinLabel*>(object));
+    }
+    if (className == QLatin1String("kw::qt::FormWindow")) {
+        return new FormWindowAccessible(static_cast<FormWindow*>(object));
+    }
+    if (className == QLatin1String("kw::qt::PanelWidget")) {
+        return new SkinContainerAccessible(static_cast<QWidget*>(object), QAccessible::Grouping);
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+void InstallAccessibility() {
+    QAccessible::installFactory(SkinFactory);  // a second install of the same one adds nothing
+}
+
+}  // namespace kw::qt

@@ -1,0 +1,74 @@
+// What a screen reader is told about the program's windows: every row of the spoken-names table
+// reaches a control of its form, and no picture is spoken by its name in the forms.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "client/ui/dialer/engine/frm_isp_login.h"
+#include "client/ui/dialer/engine/frm_login.h"
+#include "client/ui/dialer/shell/spoken_names.h"
+#include "window_fixture.h"
+
+namespace kw::dialer::testing {
+namespace {
+
+using forms::AccessRole;
+
+class SpokenNamesTest : public WindowFamilyTest {
+  protected:
+    // The forms the table speaks for, loaded as the program loads them.
+    std::vector<forms::Form*> Forms() {
+        return {&Win(),
+                &app->Form<FromPullout>(),
+                &app->Form<ToPullout>(),
+                &app->Form<RxPullout>(),
+                &app->Form<MorePullout>(),
+                &app->Form<PrefPullout>(),
+                &app->Form<LogPullout>(),
+                &app->Form<DisplayPullout>(),
+                &app->Form<PerfPulldown>(),
+                &app->Form<frmLogin>(),
+                &app->Form<frmISPLogin>()};
+    }
+};
+
+TEST_F(SpokenNamesTest, EveryRowOfTheTableReachesAControlOfItsForm) {
+    const std::vector<forms::Form*> forms = Forms();
+    for (const spoken::SpokenControl& row : spoken::SpokenControls()) {
+        SCOPED_TRACE(std::string(row.form) + "." + row.control);
+        const forms::Form* form = nullptr;
+        for (const forms::Form* f : forms) {
+            if (f->Name() == row.form) {
+                form = f;
+            }
+        }
+        ASSERT_NE(form, nullptr) << "no such form";
+        const forms::Control* control = form->FindControl(row.control, row.index);
+        ASSERT_NE(control, nullptr);
+        EXPECT_EQ(control->AccessibleRole(), row.role);
+        if (row.namedBy != nullptr) {
+            ASSERT_NE(control->NamedBy(), nullptr);
+            EXPECT_EQ(control->NamedBy()->Name(), row.namedBy);
+        }
+    }
+}
+
+// A picture says nothing unless the table names it: a reader would fall back on its tool tip or
+// say nothing, never "imgModemDetected".
+TEST_F(SpokenNamesTest, EveryPictureIsNamedOrLeftOut) {
+    for (const forms::Form* form : Forms()) {
+        for (const forms::Control* control : form->Controls()) {
+            if (control->Kind() != forms::ControlKind::Image) {
+                continue;
+            }
+            SCOPED_TRACE(form->Name() + "." + control->Name());
+            const bool leftOut = control->AccessibleRole() == AccessRole::Decorative;
+            const bool named = !control->AccessibleName().empty() || control->NamedBy() != nullptr;
+            EXPECT_TRUE(leftOut || named);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace kw::dialer::testing
