@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "dravlink/credentials.h"
+#include "platform/automation/failure.h"
 #include "platform/automation/safe_array.h"
 
 namespace dravlink {
@@ -102,6 +103,17 @@ bool CallRun::Status(std::string text) {
 
 bool CallRun::Error(std::string code) {
     return Raise([&](DravlinkEvents& sink) { sink.ErrorEvent(code); });
+}
+
+// A write of the engine's files during the call: when it fails the client hears why as an
+// error, and the call goes on with what it holds in memory. False once the call has ended.
+bool CallRun::Stored(const std::function<void()>& write) {
+    try {
+        write();
+    } catch (const kw::automation::Failure& e) {
+        return Error(e.Description());
+    }
+    return true;
 }
 
 // Says why, raises the error and hangs up, unless a handler has ended the call meanwhile.
@@ -259,7 +271,9 @@ bool CallRun::AskIspLogin(const std::string& isp) {
     }
     Store& store = host_.Records();
     store.ispLogins[key] = {user.substr(0, caret), EncodePassword(user.substr(caret + 1))};
-    store.SaveIspLogins();
+    if (!Stored([&] { store.SaveIspLogins(); })) {
+        return false;
+    }
     return Status(isp + " accepted the login for " + user.substr(0, caret) + ".");
 }
 
@@ -386,7 +400,9 @@ bool CallRun::IssueNewPassword() {
     for (auto& account : store.accounts) {
         if (SameText(account.user, user)) {
             account.password = EncodePassword(password);
-            store.SaveAccounts();
+            if (!Stored([&] { store.SaveAccounts(); })) {
+                return false;
+            }
         }
     }
     return Status("Your password has expired. " + plan_.tunnelServer +

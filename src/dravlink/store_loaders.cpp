@@ -259,6 +259,10 @@ std::vector<Country> LoadCountries(const fs::path& file) {
         countries.push_back(
             Country{f[0], ParseInt(table.path, row.line, f[1], "the code"), f[2], f[3], f[4]});
     }
+    // Without a country no location can be dialled from: the client would offer an empty list.
+    if (countries.empty()) {
+        throw DataError(file, table.lastLine, "the country table has no country in it");
+    }
     return countries;
 }
 

@@ -3,8 +3,11 @@
 #include <unistd.h>
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <fstream>
 #include <sstream>
+
+#include "platform/automation/failure.h"
 
 namespace dravlink {
 
@@ -13,6 +16,23 @@ namespace fs = std::filesystem;
 DataError::DataError(const fs::path& file, int line, const std::string& message)
     : std::runtime_error(file.filename().string() + ", line " + std::to_string(line) + ": " +
                          message + " (" + file.string() + ")") {}
+
+void CannotWrite(const fs::path& file, std::error_code why) {
+    namespace err = kw::automation::err;
+    int number = err::kDeviceIo;
+    if (why == std::errc::permission_denied || why == std::errc::operation_not_permitted ||
+        why == std::errc::read_only_file_system) {
+        number = err::kPermissionDenied;
+    } else if (why == std::errc::no_space_on_device) {
+        number = err::kDiskFull;
+    } else if (why == std::errc::is_a_directory || why == std::errc::not_a_directory) {
+        number = err::kPathFileAccess;
+    } else if (why == std::errc::no_such_file_or_directory) {
+        number = err::kPathNotFound;
+    }
+    throw kw::automation::Failure(number, "Dravlink cannot save " + file.filename().string() +
+                                              ": " + why.message() + " (" + file.string() + ")");
+}
 
 std::string TrimBlanks(const std::string& s) {
     const auto first = s.find_first_not_of(" \t\r");
@@ -60,6 +80,12 @@ bool IniSection::Has(const std::string& key) const {
 namespace {
 
 std::vector<std::string> ReadLines(const fs::path& path) {
+    // A folder opens as an empty stream: it would read as a file with nothing in it.
+    std::error_code error;
+    if (fs::is_directory(path, error)) {
+        throw DataError(path.filename().string() + " is a folder, not a file (" + path.string() +
+                        ")");
+    }
     std::ifstream in(path, std::ios::binary);
     if (!in) {
         throw DataError("cannot read " + path.string());
@@ -69,6 +95,12 @@ std::vector<std::string> ReadLines(const fs::path& path) {
     while (std::getline(in, line)) {
         if (!line.empty() && line.back() == '\r') {
             line.pop_back();
+        }
+        // Every text the engine hands on is cut at a NUL by someone: refuse it here, where the
+        // line can still be named.
+        if (line.find('\0') != std::string::npos) {
+            throw DataError(path, static_cast<int>(lines.size()) + 1,
+                            "the line holds a NUL character");
         }
         lines.push_back(line);
     }
@@ -108,17 +140,29 @@ void AddEntry(IniFile& file, const std::string& line, int number) {
 }
 
 void WriteWhole(const fs::path& path, const std::string& text) {
-    fs::create_directories(path.parent_path());
+    std::error_code error;
+    fs::create_directories(path.parent_path(), error);
+    if (error) {
+        CannotWrite(path, error);
+    }
     const fs::path temp = path.string() + ".tmp" + std::to_string(::getpid());
     {
+        errno = 0;
         std::ofstream out(temp, std::ios::binary | std::ios::trunc);
         out << text;
         out.flush();
         if (!out) {
-            throw DataError("cannot write " + temp.string());
+            const int why = errno != 0 ? errno : EIO;
+            fs::remove(temp, error);
+            CannotWrite(path, std::error_code(why, std::generic_category()));
         }
     }
-    fs::rename(temp, path);
+    fs::rename(temp, path, error);
+    if (error) {
+        const std::error_code why = error;
+        fs::remove(temp, error);
+        CannotWrite(path, why);
+    }
 }
 
 }  // namespace
@@ -142,8 +186,9 @@ IniFile ReadIni(const fs::path& path) {
 }
 
 TableFile ReadTable(const fs::path& path, std::size_t fieldCount) {
-    TableFile file{path, {}};
+    TableFile file{path, {}, 0};
     const auto lines = ReadLines(path);
+    file.lastLine = static_cast<int>(lines.size());
     for (std::size_t i = 0; i < lines.size(); ++i) {
         const int number = static_cast<int>(i) + 1;
         const std::string line = TrimBlanks(lines[i]);

@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <fstream>
+#include <functional>
 #include <set>
+#include <string_view>
 
 #include "client/ui/dialer/engine/engine_factory.h"
 #include "dravlink/credentials.h"
@@ -182,6 +184,47 @@ TEST_F(SimulatorTest, ReadOnlyLocationsRefuseEveryWrite) {
     EXPECT_TRUE(Ok(engine_->SetLocationProperty("Home Office", "AreaCode", "303")));
 }
 
+// A write the engine cannot make (a folder took the file's place) fails the operation with a
+// classic file error number, the way the client handles any failure of the engine.
+TEST_F(SimulatorTest, AWriteTheEngineCannotMakeFailsTheOperationNamingTheFile) {
+    Start();
+    for (const char* file : {"orderings.ini", "callingcards.txt"}) {
+        fs::remove(dataDir_ / file);
+        fs::create_directories(dataDir_ / file);
+    }
+    std::string user = "ana";
+    std::string card = "0";
+    const std::vector<std::pair<std::function<Variant()>, std::string>> writes = {
+        {[&] { return engine_->RefreshISPList("Engineering Lab"); }, "orderings.ini"},
+        {[&] { return engine_->SetCallingCardNumber(card, "555"); }, "callingcards.txt"},
+    };
+    for (const auto& [write, file] : writes) {
+        try {
+            write();
+            ADD_FAILURE() << file << " was not written, yet the operation succeeded";
+        } catch (const Failure& f) {
+            EXPECT_EQ(f.Number(), kw::automation::err::kPathFileAccess) << file;
+            EXPECT_NE(f.Description().find(file), std::string::npos) << f.Description();
+        }
+    }
+}
+
+TEST_F(SimulatorTest, AnUnreadableLocationsFileFailsTheLogonAsTheEnginesFailure) {
+    Start();
+    Stop();
+    fs::create_directories(dataDir_ / "locations-bo.ini");
+    engine_ = std::make_shared<Simulator>(platform_, Options{dataDir_, {}, ""});
+    std::string user = "bo";
+    std::string password = "x";
+    try {
+        engine_->Logon(user, password, "");
+        ADD_FAILURE() << "logged on without locations";
+    } catch (const Failure& f) {
+        EXPECT_NE(f.Description().find("locations-bo.ini is a folder"), std::string::npos)
+            << f.Description();
+    }
+}
+
 TEST_F(SimulatorTest, TheCountryTableIsReachedByNameWithRealDialingCodes) {
     Start();
     Variant list;
@@ -223,6 +266,13 @@ TEST_F(SimulatorTest, ACallingCardKeepsTheNumberSetForItUnlessPolicyForbids) {
 
     Start("", "guest", "guest");  // CCdialing "0"
     EXPECT_FALSE(Ok(engine_->SetCallingCardNumber(position, "0000")));
+}
+
+TEST_F(SimulatorTest, ACardPositionThatNamesNoCardIsRefused) {
+    Start();
+    for (std::string position : {"99", "-1", "1x", "", "184467440737095516160"}) {
+        EXPECT_FALSE(Ok(engine_->SetCallingCardNumber(position, "1"))) << position;
+    }
 }
 
 // ---- dial lists ------------------------------------------------------------------------------
@@ -466,11 +516,17 @@ TEST_F(SimulatorTest, AnUnknownScenarioIsRefusedGivenDirectly) {
 
 // Each data file has its own loader; whichever fails, the start fails naming file and line.
 TEST_F(SimulatorTest, AMalformedDataFileStopsTheStartNamingTheFileAndTheLine) {
+    using namespace std::string_view_literals;
+    constexpr std::string_view kFolder = "(a folder)";
     const struct {
         const char* file;
-        const char* content;
+        std::string_view content;
         std::vector<std::string> told;
     } cases[] = {
+        {"isps.txt", "# ok\nBluewave\0 Online | 1 | w | 1 | 1\n"sv, {"isps.txt, line 2", "NUL"}},
+        {"countries.txt", "# none yet\n\n", {"countries.txt, line 2", "no country"}},
+        {"countries.txt", kFolder, {"countries.txt is a folder"}},
+        {"orderings.ini", kFolder, {"orderings.ini is a folder"}},
         {"pops.txt",
          "# a comment\n"
          "Bluewave Online | 1 | 512 | 512-555-0134 | Austin | TX | V.90 | 1 | 1\n\n"
@@ -498,7 +554,12 @@ TEST_F(SimulatorTest, AMalformedDataFileStopsTheStartNamingTheFileAndTheLine) {
     for (const auto& c : cases) {
         fs::remove_all(dataDir_);  // the other files come from the sample
         fs::create_directories(dataDir_);
-        std::ofstream(dataDir_ / c.file) << c.content;
+        if (c.content == kFolder) {
+            fs::create_directories(dataDir_ / c.file);
+        } else {
+            std::ofstream(dataDir_ / c.file)
+                .write(c.content.data(), static_cast<std::streamsize>(c.content.size()));
+        }
         try {
             Simulator broken(platform_, Options{dataDir_, {}, ""});
             ADD_FAILURE() << "the engine must not start on half its data: " << c.told[0];
