@@ -107,8 +107,9 @@ void LocationTest::SetUp() {
             engine->Then("GetCallingCardList", Variant(false));
             return;
         }
-        SafeArray rows = SafeArray::TwoDim(0, static_cast<std::int32_t>(cards.size()) - 1, 0, 5);
-        std::int32_t r = 0;
+        SafeArray rows = SafeArray::TwoDim(
+            firstCardRow, firstCardRow + static_cast<std::int32_t>(cards.size()) - 1, 0, 5);
+        std::int32_t r = firstCardRow;
         for (const CardRow& c : cards) {
             rows.Set(r, 0, Variant(static_cast<std::int16_t>(c.index)));
             rows.Set(r, 1, Variant(static_cast<std::int16_t>(c.id)));
