@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <fstream>
 #include <functional>
+#include <limits>
 #include <set>
 #include <string_view>
 
@@ -397,6 +398,21 @@ Variant ReversedAndOff(const Variant& dialList) {
         save.Set(r, 3, Variant("0"));
     }
     return Variant(save);
+}
+
+TEST_F(SimulatorTest, AnIspListWhoseRowsEndAtTheTopOfTheIndexRangeIsSavedWhole) {
+    Start();
+    const std::int32_t top = std::numeric_limits<std::int32_t>::max();
+    auto save = SafeArray::TwoDim(top - 1, top, 0, 6, SafeArray::ElementType::String);
+    const char* rows[2][2] = {{"Meridian Dial", "1"}, {"Bluewave Online", "0"}};
+    for (int r = 0; r < 2; ++r) {
+        for (int c = 0; c < 2; ++c) save.Set(top - 1 + r, c, Variant(rows[r][c]));
+    }
+    Variant list(save);
+    ASSERT_TRUE(Ok(engine_->SaveISPList("Engineering Lab", list)));
+    Variant isps;
+    engine_->GetISPList("Engineering Lab", isps);
+    EXPECT_EQ(Column(isps, 0), (std::vector<std::string>{"Meridian Dial", "Bluewave Online"}));
 }
 
 TEST_F(SimulatorTest, EachUserKeepsTheirOwnSavedDialList) {
