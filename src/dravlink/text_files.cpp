@@ -34,6 +34,18 @@ void CannotWrite(const fs::path& file, std::error_code why) {
                                               ": " + why.message() + " (" + file.string() + ")");
 }
 
+std::string Excerpt(const std::string& s) {
+    constexpr std::size_t kLength = 80;
+    if (s.size() <= kLength) {
+        return s;
+    }
+    std::size_t cut = kLength;
+    while (cut > 0 && (static_cast<unsigned char>(s[cut]) & 0xC0) == 0x80) {
+        --cut;  // not inside a character
+    }
+    return s.substr(0, cut) + "\u2026";
+}
+
 std::string TrimBlanks(const std::string& s) {
     const auto first = s.find_first_not_of(" \t\r");
     if (first == std::string::npos) {
@@ -130,10 +142,10 @@ void AddEntry(IniFile& file, const std::string& line, int number) {
     const auto eq = line.find('=');
     if (eq == std::string::npos || eq == 0) {
         throw DataError(file.path, number,
-                        "expected \"key = value\" or a [section], found \"" + line + "\"");
+                        "expected \"key = value\" or a [section], found \"" + Excerpt(line) + "\"");
     }
     if (file.sections.empty()) {
-        throw DataError(file.path, number, "\"" + line + "\" stands before any [section]");
+        throw DataError(file.path, number, "\"" + Excerpt(line) + "\" stands before any [section]");
     }
     file.sections.back().entries.push_back(
         IniEntry{TrimBlanks(line.substr(0, eq)), TrimBlanks(line.substr(eq + 1)), number});

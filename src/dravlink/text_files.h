@@ -67,6 +67,9 @@ void WriteIni(const std::filesystem::path& path, const std::string& header,
 void WriteTable(const std::filesystem::path& path, const std::string& header,
                 const std::vector<std::vector<std::string>>& rows);
 
+// A piece of a file for an error message: the first 80 characters of it at most, and "…" when
+// it goes on. A damaged line can be megabytes long; its start is enough to find it.
+std::string Excerpt(const std::string& s);
 std::string TrimBlanks(const std::string& s);
 bool SameText(const std::string& a, const std::string& b);  // case-insensitive
 std::vector<std::string> SplitList(const std::string& s, char separator);

@@ -534,6 +534,7 @@ TEST_F(SimulatorTest, AnUnknownScenarioIsRefusedGivenDirectly) {
 TEST_F(SimulatorTest, AMalformedDataFileStopsTheStartNamingTheFileAndTheLine) {
     using namespace std::string_view_literals;
     constexpr std::string_view kFolder = "(a folder)";
+    const std::string longLine = "[Engine]\n" + std::string(10 << 20, 'x') + "\n";
     const struct {
         const char* file;
         std::string_view content;
@@ -541,6 +542,7 @@ TEST_F(SimulatorTest, AMalformedDataFileStopsTheStartNamingTheFileAndTheLine) {
     } cases[] = {
         {"isps.txt", "# ok\nBluewave\0 Online | 1 | w | 1 | 1\n"sv, {"isps.txt, line 2", "NUL"}},
         {"countries.txt", "# none yet\n\n", {"countries.txt, line 2", "no country"}},
+        {"engine.ini", longLine, {"engine.ini, line 2", "found \"xxxx"}},
         {"countries.txt", kFolder, {"countries.txt is a folder"}},
         {"orderings.ini", kFolder, {"orderings.ini is a folder"}},
         {"pops.txt",
@@ -581,6 +583,7 @@ TEST_F(SimulatorTest, AMalformedDataFileStopsTheStartNamingTheFileAndTheLine) {
             ADD_FAILURE() << "the engine must not start on half its data: " << c.told[0];
         } catch (const Failure& f) {
             EXPECT_EQ(f.Number(), 429);
+            EXPECT_LT(f.Description().size(), 500u) << "a screenful says where the damage is";
             for (const auto& part : c.told) {
                 EXPECT_NE(f.Description().find(part), std::string::npos) << f.Description();
             }
