@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <fstream>
 #include <functional>
+#include <iterator>
 #include <limits>
 #include <set>
 #include <string_view>
@@ -210,20 +211,25 @@ TEST_F(SimulatorTest, AWriteTheEngineCannotMakeFailsTheOperationNamingTheFile) {
     }
 }
 
-TEST_F(SimulatorTest, AnUnreadableLocationsFileFailsTheLogonAsTheEnginesFailure) {
+// A user's damaged locations fail their logon as the engine's failure, and leave the engine as it
+// was: the user still logged on keeps saving to their own file, never to the damaged one.
+TEST_F(SimulatorTest, AnUnreadableLocationsFileFailsTheLogonAndChangesNothing) {
     Start();
-    Stop();
-    fs::create_directories(dataDir_ / "locations-bo.ini");
-    engine_ = std::make_shared<Simulator>(platform_, Options{dataDir_, {}, ""});
+    const std::string damaged = "[Home]\nColour = red\n";
+    std::ofstream(dataDir_ / "locations-bo.ini") << damaged;
     std::string user = "bo";
     std::string password = "x";
     try {
         engine_->Logon(user, password, "");
         ADD_FAILURE() << "logged on without locations";
     } catch (const Failure& f) {
-        EXPECT_NE(f.Description().find("locations-bo.ini is a folder"), std::string::npos)
+        EXPECT_NE(f.Description().find("locations-bo.ini, line 2"), std::string::npos)
             << f.Description();
     }
+    EXPECT_TRUE(Ok(engine_->SaveLocation("Home Office")));
+    std::ifstream in(dataDir_ / "locations-bo.ini");
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), damaged);
+    EXPECT_TRUE(fs::exists(dataDir_ / "locations-ana.ini"));
 }
 
 TEST_F(SimulatorTest, TheCountryTableIsReachedByNameWithRealDialingCodes) {
