@@ -100,6 +100,9 @@ Variant Simulator::Logon(std::string& user, std::string& password, const std::st
     } catch (const DataError& e) {
         throw Failure(kDataUnusable,
                       std::string("Dravlink cannot read your locations: ") + e.what());
+    } catch (const std::filesystem::filesystem_error& e) {
+        throw Failure(kDataUnusable,
+                      std::string("Dravlink cannot read your locations: ") + e.what());
     }
     loggedOnUser_ = TrimBlanks(user);
     pendingLocations_.clear();
