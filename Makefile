@@ -4,11 +4,12 @@
 PACKAGES := cmake ninja-build g++ pkg-config libgtest-dev libgmock-dev libbenchmark-dev \
             qt6-base-dev libgl-dev xvfb xauth x11-utils imagemagick fonts-liberation \
             clang-format libfontconfig-dev libsodium-dev libsecret-1-dev \
-            at-spi2-core python3-pyatspi dbus-daemon
+            at-spi2-core python3-pyatspi dbus-daemon clang-14 libclang-rt-14-dev
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 JOBS ?= $(shell nproc)
+FUZZ_SECONDS ?= 60
 
-.PHONY: deps test asan run bench build clean format format-check
+.PHONY: deps test asan run bench build clean format format-check fuzz
 
 deps:
 	@missing=""; for p in $(PACKAGES); do \
@@ -43,10 +44,16 @@ bench: deps
 run: build
 	@scripts/run.sh build/release
 
+# Every parser under libFuzzer with the sanitizers, FUZZ_SECONDS each, from the committed seeds.
+fuzz: deps
+	cmake --preset fuzz
+	cmake --build --preset fuzz -j $(JOBS)
+	scripts/fuzz.sh build/fuzz $(FUZZ_SECONDS)
+
 clean:
 	rm -rf build
 
-SOURCES = find src tests bench tools -name '*.cpp' -o -name '*.h'
+SOURCES = find src tests bench tools fuzz -name '*.cpp' -o -name '*.h'
 
 format: deps
 	$(SOURCES) | xargs clang-format -i

@@ -6,6 +6,7 @@
 
 #include "dravlink/credentials.h"
 #include "dravlink/secrets.h"
+#include "platform/automation/failure.h"
 #include "platform/automation/safe_array.h"
 
 namespace dravlink {
@@ -103,6 +104,19 @@ bool CallRun::Status(std::string text) {
 
 bool CallRun::Error(std::string code) {
     return Raise([&](DravlinkEvents& sink) { sink.ErrorEvent(code); });
+}
+
+// A write of the engine's files during the call: when it fails the client hears why as an
+// error, and the call goes on with what it holds in memory. False once the call has ended.
+bool CallRun::Stored(const std::function<void()>& write) {
+    try {
+        write();
+    } catch (const kw::automation::Failure& e) {
+        return Error(e.Description());
+    } catch (const DataError& e) {
+        return Error(e.what());
+    }
+    return true;
 }
 
 // Says why, raises the error and hangs up, unless a handler has ended the call meanwhile.
@@ -259,13 +273,14 @@ bool CallRun::AskIspLogin(const std::string& isp) {
         return false;
     }
     Store& store = host_.Records();
-    try {
-        const std::string previous = logins.count(key) ? logins.at(key).second : "";
+    const std::string previous = logins.count(key) ? logins.at(key).second : "";
+    const bool kept = Stored([&] {
         store.ispLogins[key] = {user.substr(0, caret),
                                 store.secrets->Keep(user.substr(caret + 1), previous)};
         store.SaveIspLogins();
-    } catch (const DataError&) {
-        // Not kept: the login still serves this call, and is asked for again next time.
+    });
+    if (!kept) {
+        return false;
     }
     return Status(isp + " accepted the login for " + user.substr(0, caret) + ".");
 }
@@ -392,8 +407,13 @@ bool CallRun::IssueNewPassword() {
     Store& store = host_.Records();
     for (auto& account : store.accounts) {
         if (SameText(account.user, user)) {
-            account.password = store.secrets->Keep(password, account.password);
-            store.SaveAccounts();
+            const bool kept = Stored([&] {
+                account.password = store.secrets->Keep(password, account.password);
+                store.SaveAccounts();
+            });
+            if (!kept) {
+                return false;
+            }
         }
     }
     return Status("Your password has expired. " + plan_.tunnelServer +

@@ -97,6 +97,7 @@ class CallRun {
     bool Progress(std::int16_t code, std::string text);
     bool Status(std::string text);
     bool Error(std::string code);
+    bool Stored(const std::function<void()>& write);
     void Fail(std::string why, std::string code);
 
     void Enqueue(int delayMs, std::function<void()> run);

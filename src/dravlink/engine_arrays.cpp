@@ -27,7 +27,9 @@ std::vector<std::vector<std::string>> Rows(const Variant& list, int fields) {
     if (a.UBound(2) - a.LBound(2) + 1 < fields) {
         return rows;
     }
-    for (std::int32_t r = a.LBound(1); r <= a.UBound(1); ++r) {
+    // Counted in 64 bits, so that rows ending at the 32-bit limit end the walk.
+    for (std::int64_t at = a.LBound(1); at <= a.UBound(1); ++at) {
+        const auto r = static_cast<std::int32_t>(at);
         std::vector<std::string> row;
         for (int f = 0; f < fields; ++f) {
             row.push_back(CStr(a.Get(r, a.LBound(2) + f)));

@@ -1,6 +1,7 @@
 #include "dravlink/simulator.h"
 
 #include <algorithm>
+#include <charconv>
 
 #include "client/ui/dialer/engine/engine_factory.h"
 #include "dravlink/credentials.h"
@@ -20,6 +21,8 @@ constexpr int kNotLoggedOn = 1010;
 constexpr int kCallInProgress = 1011;
 constexpr int kStillDisconnecting = 1012;
 constexpr int kBadFromNumber = 1020;
+// The user's own data file cannot be used: damaged by hand, or a folder in its place.
+constexpr int kDataUnusable = 1030;
 
 // BuildDialList's own failure codes.
 constexpr std::int32_t kUnknownLocation = 3;
@@ -94,9 +97,17 @@ Variant Simulator::Logon(std::string& user, std::string& password, const std::st
         store_.secrets->Reveal(password) != store_.secrets->Reveal(account->password)) {
         return Variant(false);
     }
+    try {
+        store_.UseLocationsOf(TrimBlanks(user));
+    } catch (const DataError& e) {
+        throw Failure(kDataUnusable,
+                      std::string("Dravlink cannot read your locations: ") + e.what());
+    } catch (const std::filesystem::filesystem_error& e) {
+        throw Failure(kDataUnusable,
+                      std::string("Dravlink cannot read your locations: ") + e.what());
+    }
     loggedOnUser_ = TrimBlanks(user);
     pendingLocations_.clear();
-    store_.UseLocationsOf(*loggedOnUser_);
     return Variant(true);
 }
 
@@ -352,11 +363,12 @@ Variant Simulator::SetCallingCardNumber(std::string& cardId, const std::string& 
     if (kw::automation::CBool(GetPolicySetting(user, "CCdialing", policy)) && policy == "0") {
         return Variant(false);
     }
-    if (!AllDigits(TrimBlanks(cardId))) {
-        return Variant(false);
-    }
-    const auto position = static_cast<std::size_t>(std::stoul(TrimBlanks(cardId)));
-    if (position >= store_.cards.size()) {
+    const std::string id = TrimBlanks(cardId);
+    std::size_t position = 0;
+    // Any run of digits may come: one too long for a number names no card.
+    const auto [end, error] = std::from_chars(id.data(), id.data() + id.size(), position);
+    if (!AllDigits(id) || error != std::errc() || end != id.data() + id.size() ||
+        position >= store_.cards.size()) {
         return Variant(false);
     }
     store_.cards[position].number = number;

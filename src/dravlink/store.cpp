@@ -3,6 +3,7 @@
 #include <cctype>
 #include <cstdio>
 #include <system_error>
+#include <utility>
 
 #include "dravlink/secrets.h"
 #include "dravlink/store_loaders.h"
@@ -180,9 +181,16 @@ fs::path Store::LocationsFile() const {
 }
 
 void Store::UseLocationsOf(const std::string& user) {
-    locationsOwner = user;
+    // All or nothing: a file that cannot be read leaves the owner and the locations as they were,
+    // so that no later save writes one user's locations into another's file.
+    const std::string previous = std::exchange(locationsOwner, user);
     const fs::path own = LocationsFile();
-    locations = LoadLocations(fs::exists(own) ? own : dir / "locations.ini");
+    try {
+        locations = LoadLocations(fs::exists(own) ? own : dir / "locations.ini");
+    } catch (...) {
+        locationsOwner = previous;
+        throw;
+    }
 }
 
 bool Store::LocationsWritable() const {

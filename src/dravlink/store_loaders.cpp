@@ -14,7 +14,8 @@ int ParseInt(const fs::path& file, int line, const std::string& text, const std:
     const char* end = text.data() + text.size();
     auto [ptr, ec] = std::from_chars(text.data(), end, value);
     if (text.empty() || ec != std::errc() || ptr != end) {
-        throw DataError(file, line, what + " must be a whole number, found \"" + text + "\"");
+        throw DataError(file, line,
+                        what + " must be a whole number, found \"" + Excerpt(text) + "\"");
     }
     return value;
 }
@@ -26,7 +27,7 @@ bool ParseFlag(const fs::path& file, int line, const std::string& text, const st
     if (text == "0") {
         return false;
     }
-    throw DataError(file, line, what + " must be 1 or 0, found \"" + text + "\"");
+    throw DataError(file, line, what + " must be 1 or 0, found \"" + Excerpt(text) + "\"");
 }
 
 bool HasIsp(const std::vector<Isp>& isps, const std::string& name) {
@@ -91,7 +92,7 @@ Destination ReadDestination(const IniFile& file, const IniSection& section,
     if (d.type != "ISP" && d.type != "VPN" && d.type != "Both") {
         throw DataError(
             file.path, section.line,
-            "Type of [" + d.name + "] must be ISP, VPN or Both, found \"" + d.type + "\"");
+            "Type of [" + d.name + "] must be ISP, VPN or Both, found \"" + Excerpt(d.type) + "\"");
     }
     for (const auto& isp : SplitList(section.Get("ISPs"), ',')) {
         if (isp.empty()) {
@@ -258,6 +259,10 @@ std::vector<Country> LoadCountries(const fs::path& file) {
         const auto& f = row.fields;
         countries.push_back(
             Country{f[0], ParseInt(table.path, row.line, f[1], "the code"), f[2], f[3], f[4]});
+    }
+    // Without a country no location can be dialled from: the client would offer an empty list.
+    if (countries.empty()) {
+        throw DataError(file, table.lastLine, "the country table has no country in it");
     }
     return countries;
 }

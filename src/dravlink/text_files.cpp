@@ -5,9 +5,11 @@
 #include <unistd.h>
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <fstream>
 #include <sstream>
 
+#include "platform/automation/failure.h"
 #include "platform/registry/private_files.h"
 
 namespace dravlink {
@@ -17,6 +19,35 @@ namespace fs = std::filesystem;
 DataError::DataError(const fs::path& file, int line, const std::string& message)
     : std::runtime_error(file.filename().string() + ", line " + std::to_string(line) + ": " +
                          message + " (" + file.string() + ")") {}
+
+void CannotWrite(const fs::path& file, std::error_code why) {
+    namespace err = kw::automation::err;
+    int number = err::kDeviceIo;
+    if (why == std::errc::permission_denied || why == std::errc::operation_not_permitted ||
+        why == std::errc::read_only_file_system) {
+        number = err::kPermissionDenied;
+    } else if (why == std::errc::no_space_on_device) {
+        number = err::kDiskFull;
+    } else if (why == std::errc::is_a_directory || why == std::errc::not_a_directory) {
+        number = err::kPathFileAccess;
+    } else if (why == std::errc::no_such_file_or_directory) {
+        number = err::kPathNotFound;
+    }
+    throw kw::automation::Failure(number, "Dravlink cannot save " + file.filename().string() +
+                                              ": " + why.message() + " (" + file.string() + ")");
+}
+
+std::string Excerpt(const std::string& s) {
+    constexpr std::size_t kLength = 80;
+    if (s.size() <= kLength) {
+        return s;
+    }
+    std::size_t cut = kLength;
+    while (cut > 0 && (static_cast<unsigned char>(s[cut]) & 0xC0) == 0x80) {
+        --cut;  // not inside a character
+    }
+    return s.substr(0, cut) + "\u2026";
+}
 
 std::string TrimBlanks(const std::string& s) {
     const auto first = s.find_first_not_of(" \t\r");
@@ -64,6 +95,12 @@ bool IniSection::Has(const std::string& key) const {
 namespace {
 
 std::vector<std::string> ReadLines(const fs::path& path) {
+    // A folder opens as an empty stream: it would read as a file with nothing in it.
+    std::error_code error;
+    if (fs::is_directory(path, error)) {
+        throw DataError(path.filename().string() + " is a folder, not a file (" + path.string() +
+                        ")");
+    }
     std::ifstream in(path, std::ios::binary);
     if (!in) {
         throw DataError("cannot read " + path.string());
@@ -73,6 +110,12 @@ std::vector<std::string> ReadLines(const fs::path& path) {
     while (std::getline(in, line)) {
         if (!line.empty() && line.back() == '\r') {
             line.pop_back();
+        }
+        // Every text the engine hands on is cut at a NUL by someone: refuse it here, where the
+        // line can still be named.
+        if (line.find('\0') != std::string::npos) {
+            throw DataError(path, static_cast<int>(lines.size()) + 1,
+                            "the line holds a NUL character");
         }
         lines.push_back(line);
     }
@@ -102,39 +145,50 @@ void AddEntry(IniFile& file, const std::string& line, int number) {
     const auto eq = line.find('=');
     if (eq == std::string::npos || eq == 0) {
         throw DataError(file.path, number,
-                        "expected \"key = value\" or a [section], found \"" + line + "\"");
+                        "expected \"key = value\" or a [section], found \"" + Excerpt(line) + "\"");
     }
     if (file.sections.empty()) {
-        throw DataError(file.path, number, "\"" + line + "\" stands before any [section]");
+        throw DataError(file.path, number, "\"" + Excerpt(line) + "\" stands before any [section]");
     }
     file.sections.back().entries.push_back(
         IniEntry{TrimBlanks(line.substr(0, eq)), TrimBlanks(line.substr(eq + 1)), number});
 }
 
 void WriteWhole(const fs::path& path, const std::string& text) {
-    std::string why;
-    if (!kw::registry::MakePrivateFolder(path.parent_path().string(), &why)) {
-        throw DataError("cannot write " + path.string() + ": " + why);
+    std::error_code error;
+    std::string unused;
+    if (!kw::registry::MakePrivateFolder(path.parent_path().string(), &unused)) {
+        CannotWrite(path, std::error_code(errno != 0 ? errno : EIO, std::generic_category()));
     }
     const fs::path temp = path.string() + ".tmp" + std::to_string(::getpid());
     {
         // Made 0600 before a byte is in it: the engine's files hold logins and passwords.
+        errno = 0;
         const int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
         if (fd < 0 || ::fchmod(fd, 0600) != 0) {
+            const int why = errno != 0 ? errno : EIO;
             if (fd >= 0) {
                 ::close(fd);
             }
-            throw DataError("cannot write " + temp.string());
+            CannotWrite(path, std::error_code(why, std::generic_category()));
         }
         ::close(fd);
+        errno = 0;
         std::ofstream out(temp, std::ios::binary | std::ios::trunc);
         out << text;
         out.flush();
         if (!out) {
-            throw DataError("cannot write " + temp.string());
+            const int why = errno != 0 ? errno : EIO;
+            fs::remove(temp, error);
+            CannotWrite(path, std::error_code(why, std::generic_category()));
         }
     }
-    fs::rename(temp, path);
+    fs::rename(temp, path, error);
+    if (error) {
+        const std::error_code why = error;
+        fs::remove(temp, error);
+        CannotWrite(path, why);
+    }
 }
 
 }  // namespace
@@ -158,8 +212,9 @@ IniFile ReadIni(const fs::path& path) {
 }
 
 TableFile ReadTable(const fs::path& path, std::size_t fieldCount) {
-    TableFile file{path, {}};
+    TableFile file{path, {}, 0};
     const auto lines = ReadLines(path);
+    file.lastLine = static_cast<int>(lines.size());
     for (std::size_t i = 0; i < lines.size(); ++i) {
         const int number = static_cast<int>(i) + 1;
         const std::string line = TrimBlanks(lines[i]);

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -41,6 +42,7 @@ struct TableRow {
 struct TableFile {
     std::filesystem::path path;
     std::vector<TableRow> rows;
+    int lastLine = 0;  // the number of lines, comments included
 };
 
 // Thrown for a file that cannot be read or does not parse; what() names the file and the line.
@@ -50,16 +52,24 @@ class DataError : public std::runtime_error {
     explicit DataError(const std::string& message) : std::runtime_error(message) {}
 };
 
+// A write the engine could not make, as the failure its callers report: the classic file error
+// number that fits the system's reason, and a description naming the file.
+[[noreturn]] void CannotWrite(const std::filesystem::path& file, std::error_code why);
+
 IniFile ReadIni(const std::filesystem::path& path);
 // Every row must have exactly fieldCount fields.
 TableFile ReadTable(const std::filesystem::path& path, std::size_t fieldCount);
 
-// Written whole to a temporary file and renamed over the old one, so a reader never sees half.
+// Written whole to a temporary file and renamed over the old one, so a reader never sees half;
+// a write that fails throws the Failure of CannotWrite, never anything of the file system's own.
 void WriteIni(const std::filesystem::path& path, const std::string& header,
               const std::vector<IniSection>& sections);
 void WriteTable(const std::filesystem::path& path, const std::string& header,
                 const std::vector<std::vector<std::string>>& rows);
 
+// A piece of a file for an error message: the first 80 characters of it at most, and "…" when
+// it goes on. A damaged line can be megabytes long; its start is enough to find it.
+std::string Excerpt(const std::string& s);
 std::string TrimBlanks(const std::string& s);
 bool SameText(const std::string& a, const std::string& b);  // case-insensitive
 std::vector<std::string> SplitList(const std::string& s, char separator);

@@ -284,6 +284,18 @@ TEST_F(SimulatorTest, ARefusedIspLoginKeepsANewPairAndHangsUpWithoutOne) {
     }
 }
 
+// The login the user gave cannot be stored: the client hears why as an error event, and the call,
+// which holds the login in memory, goes on up.
+TEST_F(SimulatorTest, ALoginThatCannotBeStoredIsReportedAndTheCallGoesOn) {
+    Start("isp-password");
+    std::filesystem::create_directories(dataDir_ / "isplogins.ini");
+    sink_.on = Answer("LOGIN", "ana.isp^n3w-pass");
+    Call(kLab);
+    ASSERT_EQ(sink_.Of("E").size(), 1u);
+    EXPECT_NE(sink_.Of("E")[0].find("cannot save isplogins.ini"), std::string::npos);
+    EXPECT_EQ(sink_.Codes().back(), 1);
+}
+
 TEST_F(SimulatorTest, APromptWaitsForItsAnswerWhileStatisticsKeepArriving) {
     Start("input");
     std::size_t statsDuringPrompt = 0;

@@ -3,7 +3,11 @@
 
 #include <algorithm>
 #include <fstream>
+#include <functional>
+#include <iterator>
+#include <limits>
 #include <set>
+#include <string_view>
 
 #include "client/ui/dialer/engine/engine_factory.h"
 #include "dravlink/simulator_fixture.h"
@@ -170,6 +174,52 @@ TEST_F(SimulatorTest, ReadOnlyLocationsRefuseEveryWrite) {
     EXPECT_TRUE(Ok(engine_->SetLocationProperty("Home Office", "AreaCode", "303")));
 }
 
+// A write the engine cannot make (a folder took the file's place) fails the operation with a
+// classic file error number, the way the client handles any failure of the engine.
+TEST_F(SimulatorTest, AWriteTheEngineCannotMakeFailsTheOperationNamingTheFile) {
+    Start();
+    for (const char* file : {"orderings.ini", "callingcards.txt"}) {
+        fs::remove(dataDir_ / file);
+        fs::create_directories(dataDir_ / file);
+    }
+    std::string user = "ana";
+    std::string card = "0";
+    const std::vector<std::pair<std::function<Variant()>, std::string>> writes = {
+        {[&] { return engine_->RefreshISPList("Engineering Lab"); }, "orderings.ini"},
+        {[&] { return engine_->SetCallingCardNumber(card, "555"); }, "callingcards.txt"},
+    };
+    for (const auto& [write, file] : writes) {
+        try {
+            write();
+            ADD_FAILURE() << file << " was not written, yet the operation succeeded";
+        } catch (const Failure& f) {
+            EXPECT_EQ(f.Number(), kw::automation::err::kPathFileAccess) << file;
+            EXPECT_NE(f.Description().find(file), std::string::npos) << f.Description();
+        }
+    }
+}
+
+// A user's damaged locations fail their logon as the engine's failure, and leave the engine as it
+// was: the user still logged on keeps saving to their own file, never to the damaged one.
+TEST_F(SimulatorTest, AnUnreadableLocationsFileFailsTheLogonAndChangesNothing) {
+    Start();
+    const std::string damaged = "[Home]\nColour = red\n";
+    std::ofstream(dataDir_ / "locations-bo.ini") << damaged;
+    std::string user = "bo";
+    std::string password = "x";
+    try {
+        engine_->Logon(user, password, "");
+        ADD_FAILURE() << "logged on without locations";
+    } catch (const Failure& f) {
+        EXPECT_NE(f.Description().find("locations-bo.ini, line 2"), std::string::npos)
+            << f.Description();
+    }
+    EXPECT_TRUE(Ok(engine_->SaveLocation("Home Office")));
+    std::ifstream in(dataDir_ / "locations-bo.ini");
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), damaged);
+    EXPECT_TRUE(fs::exists(dataDir_ / "locations-ana.ini"));
+}
+
 TEST_F(SimulatorTest, TheCountryTableIsReachedByNameWithRealDialingCodes) {
     Start();
     Variant list;
@@ -211,6 +261,13 @@ TEST_F(SimulatorTest, ACallingCardKeepsTheNumberSetForItUnlessPolicyForbids) {
 
     Start("", "guest", "guest");  // CCdialing "0"
     EXPECT_FALSE(Ok(engine_->SetCallingCardNumber(position, "0000")));
+}
+
+TEST_F(SimulatorTest, ACardPositionThatNamesNoCardIsRefused) {
+    Start();
+    for (std::string position : {"99", "-1", "1x", "", "184467440737095516160"}) {
+        EXPECT_FALSE(Ok(engine_->SetCallingCardNumber(position, "1"))) << position;
+    }
 }
 
 // ---- dial lists ------------------------------------------------------------------------------
@@ -337,6 +394,21 @@ Variant ReversedAndOff(const Variant& dialList) {
     return Variant(save);
 }
 
+TEST_F(SimulatorTest, AnIspListWhoseRowsEndAtTheTopOfTheIndexRangeIsSavedWhole) {
+    Start();
+    const std::int32_t top = std::numeric_limits<std::int32_t>::max();
+    auto save = SafeArray::TwoDim(top - 1, top, 0, 6, SafeArray::ElementType::String);
+    const char* rows[2][2] = {{"Meridian Dial", "1"}, {"Bluewave Online", "0"}};
+    for (int r = 0; r < 2; ++r) {
+        for (int c = 0; c < 2; ++c) save.Set(top - 1 + r, c, Variant(rows[r][c]));
+    }
+    Variant list(save);
+    ASSERT_TRUE(Ok(engine_->SaveISPList("Engineering Lab", list)));
+    Variant isps;
+    engine_->GetISPList("Engineering Lab", isps);
+    EXPECT_EQ(Column(isps, 0), (std::vector<std::string>{"Meridian Dial", "Bluewave Online"}));
+}
+
 TEST_F(SimulatorTest, EachUserKeepsTheirOwnSavedDialList) {
     Start("", "ana");
     const auto computed = Column(DialList("Home Office", "Ostvarra Corporate"), 1);
@@ -454,11 +526,19 @@ TEST_F(SimulatorTest, AnUnknownScenarioIsRefusedGivenDirectly) {
 
 // Each data file has its own loader; whichever fails, the start fails naming file and line.
 TEST_F(SimulatorTest, AMalformedDataFileStopsTheStartNamingTheFileAndTheLine) {
+    using namespace std::string_view_literals;
+    constexpr std::string_view kFolder = "(a folder)";
+    const std::string longLine = "[Engine]\n" + std::string(10 << 20, 'x') + "\n";
     const struct {
         const char* file;
-        const char* content;
+        std::string_view content;
         std::vector<std::string> told;
     } cases[] = {
+        {"isps.txt", "# ok\nBluewave\0 Online | 1 | w | 1 | 1\n"sv, {"isps.txt, line 2", "NUL"}},
+        {"countries.txt", "# none yet\n\n", {"countries.txt, line 2", "no country"}},
+        {"engine.ini", longLine, {"engine.ini, line 2", "found \"xxxx"}},
+        {"countries.txt", kFolder, {"countries.txt is a folder"}},
+        {"orderings.ini", kFolder, {"orderings.ini is a folder"}},
         {"pops.txt",
          "# a comment\n"
          "Bluewave Online | 1 | 512 | 512-555-0134 | Austin | TX | V.90 | 1 | 1\n\n"
@@ -486,12 +566,18 @@ TEST_F(SimulatorTest, AMalformedDataFileStopsTheStartNamingTheFileAndTheLine) {
     for (const auto& c : cases) {
         fs::remove_all(dataDir_);  // the other files come from the sample
         fs::create_directories(dataDir_);
-        std::ofstream(dataDir_ / c.file) << c.content;
+        if (c.content == kFolder) {
+            fs::create_directories(dataDir_ / c.file);
+        } else {
+            std::ofstream(dataDir_ / c.file)
+                .write(c.content.data(), static_cast<std::streamsize>(c.content.size()));
+        }
         try {
             Simulator broken(platform_, Options{dataDir_, {}, ""});
             ADD_FAILURE() << "the engine must not start on half its data: " << c.told[0];
         } catch (const Failure& f) {
             EXPECT_EQ(f.Number(), 429);
+            EXPECT_LT(f.Description().size(), 500u) << "a screenful says where the damage is";
             for (const auto& part : c.told) {
                 EXPECT_NE(f.Description().find(part), std::string::npos) << f.Description();
             }

@@ -103,6 +103,10 @@ std::string EditableText::SelText() const {
 }
 
 void EditableText::SetSelText(const std::string& text) {
+    if (selLength_ == 0 && static_cast<std::size_t>(selStart_) == text_.size()) {
+        AppendText(text);
+        return;
+    }
     std::string next = text_;
     next.replace(static_cast<std::size_t>(selStart_), static_cast<std::size_t>(selLength_), text);
     const int caret = selStart_ + static_cast<int>(text.size());
@@ -110,6 +114,21 @@ void EditableText::SetSelText(const std::string& text) {
     selStart_ = caret;
     selLength_ = 0;
     ClipSelection(text_, selStart_, selLength_);
+    Notify(Property::Selection);
+}
+
+void EditableText::AppendText(const std::string& text) {
+    std::size_t room = text.size();
+    if (Limit() > 0) {
+        const auto limit = static_cast<std::size_t>(Limit());
+        room = text_.size() >= limit ? 0 : std::min(room, limit - text_.size());
+    }
+    if (room > 0) {
+        text_.append(text, 0, room);
+        Notify(Property::Appended);
+        Fire(Change);
+    }
+    PlaceCaretAtEnd();
     Notify(Property::Selection);
 }
 

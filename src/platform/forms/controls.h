@@ -55,8 +55,13 @@ class EditableText : public Control {
     void SetSelStart(int start);
     void SetSelLength(int length);
     std::string SelText() const;
-    // Replaces the selection; the caret ends after the inserted text.
+    // Replaces the selection; the caret ends after the inserted text. At the end of the text, with
+    // nothing selected, it appends.
     void SetSelText(const std::string& text);
+    // Adds text at the end and puts the caret after it, firing Change: in time proportional to
+    // the text added, never to what was there, so that a running log stays cheap at any length.
+    // Renderers hear Property::Appended and add the same text to what they show.
+    void AppendText(const std::string& text);
     bool Locked() const { return locked_; }
     void SetLocked(bool locked);
 

@@ -20,6 +20,7 @@ enum class Property {
     ListIndex,   // selection of a combo or list box
     Value,       // check box, option button, progress bar, button press
     Selection,   // SelStart / SelLength of a text
+    Appended,    // text added at the end of a text; what was there before is unchanged
     Attributes,  // MaxLength, PasswordChar, Locked, Style and the like
     Columns,     // list view column headers
     Items,       // list view items, their texts, checks and selection

@@ -6,6 +6,34 @@
 
 namespace kw::forms {
 
+std::string QuotedForBox(const std::string& text, std::size_t limit) {
+    // A byte that does not continue a sequence starts a character.
+    auto starts = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; };
+    std::size_t characters = 0;
+    std::size_t cut = text.size();
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (starts(text[i])) {
+            if (characters == limit) {
+                cut = i;
+            }
+            ++characters;
+        }
+    }
+    if (characters <= limit) {
+        return text;
+    }
+    return text.substr(0, cut) + "\u2026 (" + std::to_string(characters) + " characters)";
+}
+
+int Platform::MessageBox(const MessageBoxRequest& request) {
+    if (request.text.size() <= kBoxTextLimit) {
+        return ShowMessageBox(request);
+    }
+    MessageBoxRequest quoted = request;
+    quoted.text = QuotedForBox(request.text, kBoxTextLimit);
+    return ShowMessageBox(quoted);
+}
+
 int Platform::MsgBox(const std::string& text, int flags, const std::string& caption) {
     MessageBoxRequest request;
     request.text = text;

@@ -14,6 +14,10 @@ namespace kw::forms {
 
 class Form;
 
+// At most limit characters of text, then "…" and the whole text's length in characters; a text
+// within the limit comes back as it is. Characters are counted as UTF-8, never cut in two.
+std::string QuotedForBox(const std::string& text, std::size_t limit);
+
 // Message box flags and results, with the classic numbers.
 namespace mb {
 inline constexpr int kOkOnly = 0;
@@ -137,8 +141,13 @@ class Platform {
   public:
     virtual ~Platform() = default;
 
+    // The most characters a box quotes of its text.
+    static constexpr std::size_t kBoxTextLimit = 2000;
+
     // A modal message box; the message loop keeps running inside it. Returns a result of mb::.
-    virtual int MessageBox(const MessageBoxRequest& request) = 0;
+    // Its text is quoted to a screenful at most (QuotedForBox): a box shows what came from a file
+    // or the engine, and a megabyte of it would hold the interface for minutes.
+    int MessageBox(const MessageBoxRequest& request);
     int MsgBox(const std::string& text, int flags = mb::kOkOnly, const std::string& caption = {});
 
     // Closes the open message box with this caption, as if answered with result; false when no
@@ -229,6 +238,10 @@ class Platform {
     // The help the F1 key opens in any window of the program.
     const std::string& HelpFile() const { return helpFile_; }
     void SetHelpFile(std::string file) { helpFile_ = std::move(file); }
+
+  protected:
+    // Shows the box, its text already quoted.
+    virtual int ShowMessageBox(const MessageBoxRequest& request) = 0;
 
   private:
     std::string applicationTitle_ = "Kestrelway";

@@ -113,7 +113,7 @@ void HeadlessPlatform::AnswerBoxes(BoxResponder responder) {
     standingBoxAnswer_ = std::move(responder);
 }
 
-int HeadlessPlatform::MessageBox(const forms::MessageBoxRequest& request) {
+int HeadlessPlatform::ShowMessageBox(const forms::MessageBoxRequest& request) {
     BoxRecord record;
     record.text = request.text;
     record.caption = request.caption;

@@ -115,7 +115,7 @@ class HeadlessPlatform : public forms::Platform {
     bool HasMessageHook(const forms::Form& form) const { return hooks_.count(&form) != 0; }
 
     // ---- forms::Platform ----
-    int MessageBox(const forms::MessageBoxRequest& request) override;
+    int ShowMessageBox(const forms::MessageBoxRequest& request) override;
     bool CloseMessageBox(const std::string& caption, int result) override;
     // Captions of the boxes standing open, innermost last.
     std::vector<std::string> OpenBoxCaptions() const;

@@ -54,6 +54,7 @@ void ControlBinding::Apply(Property what) {
             }
             break;
         case Property::Text:
+        case Property::Appended:
         case Property::Selection:
         case Property::Picture:
         case Property::Colors:

@@ -4,6 +4,8 @@
 
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QTextCursor>
+#include <QTextDocument>
 #include <QTextEdit>
 
 #include "platform/qt/convert.h"
@@ -34,6 +36,7 @@ void LineEditBinding::ConnectInput() {
 void LineEditBinding::Show(Property what) {
     switch (what) {
         case Property::Text:
+        case Property::Appended:
             ShowText();
             break;
         case Property::Selection:
@@ -93,6 +96,7 @@ void MultiLineBinding::ConnectInput() {
 void MultiLineBinding::Show(Property what) {
     switch (what) {
         case Property::Text:
+        case Property::Appended:
             ShowText();
             break;
         case Property::Attributes:
@@ -122,6 +126,8 @@ RichTextBinding::RichTextBinding(forms::RichTextBox& model, std::shared_ptr<Bind
 QWidget* RichTextBinding::Create(QWidget* parent) {
     edit_ = new QPlainTextEdit(parent);
     edit_->setReadOnly(true);
+    // A running log nobody edits: an undo record of every line would only grow.
+    edit_->setUndoRedoEnabled(false);
     return edit_;
 }
 
@@ -129,6 +135,9 @@ void RichTextBinding::Show(Property what) {
     switch (what) {
         case Property::Text:
             ShowText();
+            break;
+        case Property::Appended:
+            ShowAppended();
             break;
         case Property::Selection:
             ShowSelection();
@@ -147,6 +156,21 @@ void RichTextBinding::ShowText() {
         edit_->setPlainText(text);
         ShowSelection();
     }
+    shown_ = model_.Text().size();
+}
+
+// Only the new end goes into the view: setting the whole text again would cost a line in
+// proportion to everything shown before it.
+void RichTextBinding::ShowAppended() {
+    const std::string& text = model_.Text();
+    if (shown_ > text.size()) {
+        ShowText();
+        return;
+    }
+    QTextCursor end(edit_->document());
+    end.movePosition(QTextCursor::End);
+    end.insertText(ToWidgetText(text.substr(shown_)));
+    shown_ = text.size();
 }
 
 // The running text follows its caret, which the program keeps at the end.

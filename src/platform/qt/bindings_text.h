@@ -62,10 +62,12 @@ class RichTextBinding final : public ControlBinding {
 
   private:
     void ShowText();
+    void ShowAppended();
     void ShowSelection();
 
     forms::RichTextBox& model_;
     QPlainTextEdit* edit_ = nullptr;
+    std::size_t shown_ = 0;  // how much of the model's text the view holds
 };
 
 }  // namespace kw::qt

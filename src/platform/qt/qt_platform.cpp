@@ -129,7 +129,7 @@ FormWindow* QtPlatform::WindowOf(const forms::Form& form) const {
 
 // ---- boxes, timers, the loop --------------------------------------------------------------
 
-int QtPlatform::MessageBox(const forms::MessageBoxRequest& request) {
+int QtPlatform::ShowMessageBox(const forms::MessageBoxRequest& request) {
     // The hourglass is for the program's windows; a box asks the user something.
     QApplication::setOverrideCursor(Qt::ArrowCursor);
     struct Restore {

@@ -55,7 +55,7 @@ class QtPlatform : public forms::Platform {
     void EndSession();
 
     // ---- forms::Platform ----
-    int MessageBox(const forms::MessageBoxRequest& request) override;
+    int ShowMessageBox(const forms::MessageBoxRequest& request) override;
     bool CloseMessageBox(const std::string& caption, int result) override;
     int OpenMessageBoxes() const override { return boxes_.OpenCount(); }
     forms::TimerId SetTimer(int intervalMs, std::function<void()> tick) override;

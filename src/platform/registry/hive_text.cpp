@@ -82,15 +82,23 @@ void AppendHexEscape(std::string& out, std::uint32_t unit, bool nextIsHexDigit) 
 std::string detail::EscapeOrLatin1(std::string_view bytes, std::string_view delimiters) {
     if (auto escaped = EscapeString(bytes, delimiters))
         return *std::move(escaped);
-    // Names are checked for UTF-8 before they get here; this keeps a stray byte visible.
+    // A name that is not UTF-8 came from a file as raw bytes (the calls refuse such names): its
+    // stray bytes go back raw, as they were read. An escape would read back as another name.
+    // Escaped a run of valid text at a time, so that an escape is padded when a hex digit follows.
     std::string out;
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        const auto c = static_cast<unsigned char>(bytes[i]);
-        if (c >= 0x80) {
-            AppendHexEscape(out, c, i + 1 < bytes.size() && IsHexDigit(bytes[i + 1]));
-        } else {
-            out += *EscapeString(bytes.substr(i, 1), delimiters);
+    std::size_t pos = 0;
+    while (pos < bytes.size()) {
+        const std::size_t from = pos;
+        std::uint32_t cp = 0;
+        while (pos < bytes.size()) {
+            std::size_t at = pos;
+            if (!DecodeUtf8(bytes, at, cp))
+                break;
+            pos = at;
         }
+        out += *EscapeString(bytes.substr(from, pos - from), delimiters);
+        if (pos < bytes.size())
+            out += bytes[pos++];
     }
     return out;
 }

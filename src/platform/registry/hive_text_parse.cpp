@@ -61,29 +61,36 @@ bool ParseHexBytes(std::string_view s, std::vector<std::uint8_t>& out) {
     }
 }
 
+// The lines of a text. Each comes without its LF and without one CR before it, for parsing;
+// Raw() keeps every CR, so that what is kept verbatim is written back byte for byte.
 class Lines {
   public:
-    explicit Lines(std::string_view text) : text_(text) {}
+    // With finalLine, a text ending in LF has one more, empty, line after it: a value's kept
+    // text ends that way when its continuation was an empty line.
+    explicit Lines(std::string_view text, bool finalLine = false)
+        : text_(text), finalLine_(finalLine) {}
     bool Next(std::string_view& line) {
-        if (pos_ >= text_.size())
+        if (pos_ > text_.size())
+            return false;
+        if (pos_ == text_.size() && !(finalLine_ && pos_ > 0 && text_[pos_ - 1] == '\n'))
             return false;
         start_ = pos_;
         std::size_t end = text_.find('\n', pos_);
         if (end == std::string_view::npos)
             end = text_.size();
-        line = text_.substr(pos_, end - pos_);
+        raw_ = text_.substr(pos_, end - pos_);
+        line = raw_;
         if (!line.empty() && line.back() == '\r')
             line.remove_suffix(1);
         pos_ = end + 1;
         ++number_;
         return true;
     }
+    std::string_view Raw() const { return raw_; }
     int Number() const { return number_; }
     // The text from `from` to the end of the last line returned, without its LF.
     std::string_view Since(std::size_t from) const {
-        std::size_t end = std::min(pos_, text_.size() + 1) - 1;
-        if (end > from && text_[end - 1] == '\r')
-            --end;
+        const std::size_t end = std::min(pos_, text_.size() + 1) - 1;
         return text_.substr(from, end - from);
     }
     std::size_t LineStart() const { return start_; }
@@ -107,6 +114,8 @@ class Lines {
 
   private:
     std::string_view text_;
+    bool finalLine_ = false;
+    std::string_view raw_;
     std::size_t pos_ = 0;
     std::size_t start_ = 0;
     int number_ = 0;
@@ -207,7 +216,7 @@ std::optional<Document> Parse(std::string_view text, ParseError* error) {
     if (!lines.Next(line) || line != kVersionLine)
         return fail("not a registry file");
     Document doc;
-    doc.header.emplace_back(line);
+    doc.header.emplace_back(lines.Raw());
     Key* current = nullptr;
     Value scratch;  // decoded only to check it; reused so that checking allocates nothing
     // A repeated name replaces the earlier value (the last one wins, as in Wine). While names
@@ -261,7 +270,7 @@ std::optional<Document> Parse(std::string_view text, ParseError* error) {
             if (Key* existing = FindKey(doc, *path)) {
                 startKey(existing);
             } else {
-                doc.keys.push_back(Key{*path, std::string(line.substr(pos)), {}});
+                doc.keys.push_back(Key{*path, std::string(lines.Raw().substr(pos)), {}});
                 doc.keys.back().entries.reserve(lines.LinesBeforeNextKey());
                 startKey(&doc.keys.back());
             }
@@ -271,14 +280,14 @@ std::optional<Document> Parse(std::string_view text, ParseError* error) {
         if (!current) {
             if (valueLine)
                 return fail("value outside a key");
-            doc.header.emplace_back(line);
+            doc.header.emplace_back(lines.Raw());
             continue;
         }
         Entry entry;
         const std::size_t lineStart = lines.LineStart();
         if (!valueLine) {
             entry.opaque = true;
-            entry.raw = std::string(line);
+            entry.raw = std::string(lines.Raw());
             current->entries.push_back(std::move(entry));
             continue;
         }
@@ -297,7 +306,7 @@ std::optional<Document> Parse(std::string_view text, ParseError* error) {
                 return fail("damaged value data");
             case DataResult::kUnknownType:
                 entry.opaque = true;
-                entry.raw = std::string(line);
+                entry.raw = std::string(lines.Raw());
                 current->entries.push_back(std::move(entry));
                 continue;
             case DataResult::kValue:
@@ -315,7 +324,7 @@ std::optional<Document> Parse(std::string_view text, ParseError* error) {
 std::optional<Value> ReadValue(const Entry& entry) {
     if (entry.opaque)
         return std::nullopt;
-    Lines lines(entry.raw);
+    Lines lines(entry.raw, true);
     std::string_view line;
     lines.Next(line);
     std::size_t pos = 1;

@@ -225,6 +225,24 @@ TEST_F(ReactionsTest, SelectionIsClippedAndSelTextReplacesIt) {
     EXPECT_THROW(form.txtName.SetSelStart(-1), Failure);
 }
 
+// Text inserted at the caret at the very end appends: Change fires, the caret follows, MaxLength
+// still holds.
+TEST_F(ReactionsTest, InsertingAtTheEndAppendsWithinMaxLength) {
+    int changes = 0;
+    form.txtName.Change = [&] { ++changes; };
+    form.txtName.SetMaxLength(8);
+    form.txtName.SetText("abc");
+    form.txtName.SetSelStart(3);
+    form.txtName.SetSelText("de");
+    EXPECT_EQ(form.txtName.Text(), "abcde");
+    EXPECT_EQ(form.txtName.SelStart(), 5);
+    form.txtName.AppendText("fghij");
+    EXPECT_EQ(form.txtName.Text(), "abcdefgh");
+    EXPECT_EQ(form.txtName.SelStart(), 8);
+    form.txtName.AppendText("k");
+    EXPECT_EQ(changes, 3) << "a full box does not change";
+}
+
 TEST_F(ReactionsTest, UnguardedFailureInAUserReactionShowsTheRunTimeErrorAndEndsTheProcess) {
     form.btnOK.Click = [] { throw Failure(91); };
     platform.AnswerNextBox(mb::kResultOk);

@@ -185,6 +185,33 @@ TEST(HeadlessBoxes, ATimedBoxThatClosesItselfLetsTheClockRunToItsTimeout) {
     EXPECT_EQ(ticks, 30);
 }
 
+// Whatever a box is given, it quotes a screenful: the text up to the limit, then an ellipsis and
+// the whole length, cut between characters.
+TEST(HeadlessBoxes, ABoxQuotesAtMostAScreenfulOfItsText) {
+    const std::string e = "\xc3\xa9";  // one character, two bytes
+    const std::string limit(forms::Platform::kBoxTextLimit, 'x');
+    const struct {
+        std::string text;
+        std::string shown;
+    } cases[] = {
+        {"short", "short"},
+        {limit, limit},
+        {limit + "y", limit + "\xe2\x80\xa6 (2001 characters)"},
+        {std::string(10 << 20, 'z'),
+         std::string(forms::Platform::kBoxTextLimit, 'z') + "\xe2\x80\xa6 (10485760 characters)"},
+    };
+    for (const auto& c : cases) {
+        HeadlessPlatform p;
+        p.AnswerNextBox(forms::mb::kResultOk);
+        p.MsgBox(c.text);
+        ASSERT_EQ(p.Boxes().size(), 1u);
+        EXPECT_EQ(p.Boxes()[0].text, c.shown) << c.text.size() << " bytes";
+    }
+    std::string accents;
+    for (std::size_t i = 0; i < forms::Platform::kBoxTextLimit + 1; ++i) accents += e;
+    EXPECT_EQ(forms::QuotedForBox(accents, 3), e + e + e + "\xe2\x80\xa6 (2001 characters)");
+}
+
 TEST(HeadlessServices, UnhandledFailureInATimerTickEndsTheProcessWithOneAfterTheBox) {
     HeadlessPlatform p;
     p.SetTimer(10, [] { throw automation::Failure(6); });

@@ -3,9 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QTextDocument>
 #include <QTextEdit>
 
 #include "binding_fixture.h"
@@ -100,6 +104,28 @@ TEST_F(TextBindingTest, ARichTextBoxShowsWhatIsAppended) {
     form.rtfRx.SetSelStart(static_cast<int>(form.rtfRx.Text().size()));
     form.rtfRx.SetSelText("Dialing");
     EXPECT_EQ(rx->toPlainText(), "Modem found\nDialing");
+}
+
+// A line added at the end changes only the end of the view's document: the text before it is never
+// set again, which would cost each line in proportion to all the text so far.
+TEST_F(TextBindingTest, ARichTextBoxExtendsItsViewWithoutResettingIt) {
+    auto* rx = Bind<QPlainTextEdit>(form.rtfRx);
+    form.rtfRx.SetText(std::string(100000, 'x') + "\r\n");
+    std::vector<std::pair<int, int>> changes;  // position, characters removed
+    QObject::connect(
+        rx->document(), &QTextDocument::contentsChange,
+        [&](int position, int removed, int) { changes.emplace_back(position, removed); });
+    for (int line = 0; line < 3; ++line) {
+        const int end = rx->document()->characterCount() - 1;
+        form.rtfRx.SetSelStart(static_cast<int>(form.rtfRx.Text().size()));
+        form.rtfRx.SetSelText("status " + std::to_string(line) + "\r\n");
+        ASSERT_FALSE(changes.empty());
+        EXPECT_EQ(changes.back(), std::make_pair(end, 0)) << "line " << line;
+    }
+    EXPECT_TRUE(rx->toPlainText().endsWith("status 1\nstatus 2\n"));
+    EXPECT_EQ(rx->textCursor().position(), rx->document()->characterCount() - 1);
+    form.rtfRx.SetText("");
+    EXPECT_EQ(rx->toPlainText(), "");
 }
 
 TEST_F(TextBindingTest, ARichTextBoxsCaretFollowsTheModel) {

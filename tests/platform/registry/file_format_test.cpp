@@ -194,6 +194,49 @@ TEST_F(ExactRewrite, StoreWrittenFileParsesAndSerializesToTheSameBytes) {
     EXPECT_TRUE(std::is_sorted(at.begin(), at.end()) && at.back() != std::string::npos) << sorted;
 }
 
+// Spellings another writer may leave: each is read, and a rewrite of the hive (a change to another
+// key) gives back the same bytes, whatever the number of rewrites.
+TEST_F(ExactRewrite, AwkwardSpellingsSurviveRewritesByteForByte) {
+    const std::string head = "WINE REGISTRY Version 2\n";
+    const struct {
+        const char* what;
+        std::string section;
+        const char* key;  // nullptr: the calls cannot name it, only the file keeps it
+        const char* value;
+        std::vector<BYTE> bytes;
+    } cases[] = {
+        {"a raw Latin-1 byte in a key name",
+         "[Software\\\\Caf\xe9] 1\n\"v\"=dword:00000001\n",
+         nullptr,
+         nullptr,
+         {}},
+        {"hex(7) continued onto an empty line",
+         "[Software\\\\Multi] 1\n\"m\"=hex(7):61,00,00,\\\n\n\"z\"=\"after\"\n", "Software\\Multi",
+         "m", Bytes({'a', 0, 0})},
+        {"carriage returns at line ends",
+         ";; note\r\r\r\n\n[Software\\\\Crs] 1\r\r\n\"v\"=\"x\"\r\n", "Software\\Crs", "v",
+         Bytes({'x', 0})},
+    };
+    for (const auto& c : cases) {
+        WriteFile(userHive_, head + c.section);
+        Restart();
+        for (DWORD round = 1; round <= 3; ++round) {
+            HKEY other = Create(HKEY_CURRENT_USER, "Software\\Other");
+            ASSERT_EQ(SetDword(other, "round", round), ERROR_SUCCESS) << c.what;
+            RegCloseKey(other);
+        }
+        EXPECT_NE(ReadFile(userHive_).find(c.section), std::string::npos) << c.what << ":\n"
+                                                                          << ReadFile(userHive_);
+        if (c.key != nullptr) {
+            HKEY key = nullptr;
+            ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, c.key, 0, KEY_READ, &key), ERROR_SUCCESS);
+            const auto value = Query(key, c.value);
+            EXPECT_TRUE(value && value->bytes == c.bytes) << c.what << " reads as missing";
+            RegCloseKey(key);
+        }
+    }
+}
+
 using ForeignLines = RegistryTest;
 
 TEST_F(ForeignLines, LinesTheStoreDoesNotUnderstandAreKeptWhereTheyWere) {

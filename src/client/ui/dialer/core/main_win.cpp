@@ -109,7 +109,9 @@ void ReadCallingCards(Application& app) {
         return;
     }
     const SafeArray& rows = list.ToArray();
-    for (std::int32_t row = rows.LBound(1); row <= rows.UBound(1); ++row) {
+    // Counted in 64 bits, so that an upper bound at the 32-bit limit ends the walk.
+    for (std::int64_t at = rows.LBound(1); at <= rows.UBound(1); ++at) {
+        const auto row = static_cast<std::int32_t>(at);
         pref.cmboCallingCards.AddItem(rows.Get(row, 3).ToString());
         app.CurrentCallingCard = app.CallingCards->Add(
             rows.Get(row, 3).ToString(), rows.Get(row, 2).ToString(), rows.Get(row, 4).ToString(),

@@ -2,6 +2,7 @@
 
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/shell/faces.h"
+#include "platform/automation/variant.h"
 
 namespace kw::dialer {
 
@@ -30,7 +31,7 @@ frmGetUserInfo::frmGetUserInfo(Application& app)
 void frmGetUserInfo::Form_Load() {
     ScaleForm(*this, app_.Platform());
     btnOK.Click = [this] {
-        SelectedIndex = static_cast<std::int16_t>(lbChoices.ListIndex());
+        SelectedIndex = automation::CInt(automation::Variant(lbChoices.ListIndex()));
         Cancelled = false;
         Unload();
     };

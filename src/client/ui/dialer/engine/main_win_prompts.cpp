@@ -1,10 +1,13 @@
 // The engine's questions to the user during a call, and its notes and debug text.
+#include <limits>
+
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/core/main_win.h"
 #include "client/ui/dialer/engine/frm_get_user_info.h"
 #include "client/ui/dialer/engine/frm_get_user_input.h"
 #include "client/ui/dialer/engine/frm_isp_login.h"
 #include "client/ui/dialer/engine/res_const.h"
+#include "platform/automation/failure.h"
 #include "platform/automation/safe_array.h"
 #include "platform/automation/strings.h"
 
@@ -33,9 +36,17 @@ bool DialogOfWindowIsOpen(Application& app, const forms::Form& window) {
 
 void MainWin::l_DravlinkObj_GetUserInfo(std::string& prompt, Variant& choices,
                                         std::string& answer) {
+    const automation::SafeArray& list = choices.ToArray();
+    // The dialog hands the choice back as a 16-bit index: a longer list could only be answered
+    // wrongly, so it is refused before the user is asked.
+    if (list.UBound() > std::numeric_limits<std::int16_t>::max()) {
+        throw automation::Failure(automation::err::kOverflow,
+                                  "The engine offered " +
+                                      std::to_string(std::int64_t{list.UBound()} + 1) +
+                                      " choices; at most 32768 can be offered.");
+    }
     frmGetUserInfo& dialog = app_.Form<frmGetUserInfo>();
     dialog.lblPrompt.SetCaption(prompt);
-    const automation::SafeArray& list = choices.ToArray();
     for (std::int32_t i = 0; i <= list.UBound(); ++i) {
         dialog.lbChoices.AddItem(list.Get(i).ToString());
     }

@@ -54,9 +54,14 @@ void CountryList::SetupCountries() {
     }
     const SafeArray& flat = list.ToArray();
     SafeArray work = SafeArray::OneDim(0, 4);
-    for (std::int32_t i = flat.LBound(); i <= flat.UBound(); i += 5) {
+    // Counted in 64 bits: bounds near the 32-bit limit would overflow the step past the last row.
+    for (std::int64_t i = flat.LBound(); i <= flat.UBound(); i += 5) {
         for (std::int32_t k = 0; k < 5; ++k) {
-            work.Set(k, flat.Get(i + k));
+            const std::int64_t at = i + k;
+            if (at > flat.UBound()) {
+                throw Failure(automation::err::kSubscriptOutOfRange);
+            }
+            work.Set(k, flat.Get(static_cast<std::int32_t>(at)));
         }
         auto country = std::make_shared<CountryInfo>();
         country->FromVariant(work);

@@ -2,6 +2,8 @@
 // location form shows from it.
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "client/ui/dialer/locations/country_list.h"
 #include "location_fixture.h"
 #include "platform/automation/failure.h"
@@ -62,6 +64,20 @@ TEST_F(CountryTableTest, ACountryWithoutANameIsReachedByPositionOnly) {
     EXPECT_EQ(table.item(1)->DisplayText(), " (7)");
     EXPECT_EQ(table.item("GERMANY")->code(), 49);
     EXPECT_THROW(table.item(""), automation::Failure);
+}
+
+TEST_F(CountryTableTest, ATableEndingAtTheTopOfTheIndexRangeIsReadOnce) {
+    const std::int32_t top = std::numeric_limits<std::int32_t>::max();
+    SafeArray flat = SafeArray::OneDim(top - 9, top);
+    for (std::int32_t k = 0; k < 10; ++k) {
+        flat.Set(top - 9 + k,
+                 k % 5 == 1 ? Variant(std::int32_t{40 + k}) : Variant("C" + std::to_string(k)));
+    }
+    engine.Then("GetCountryList", Variant(true), {{0, Variant(std::move(flat))}});
+    CountryList table(engine);
+    table.SetupCountries();
+    ASSERT_EQ(table.Count(), 2);
+    EXPECT_EQ(table.item(2)->code(), 46);
 }
 
 TEST_F(CountryTableTest, ARefusedListLeavesTheTableAsItWas) {

@@ -107,16 +107,18 @@ void LocationTest::SetUp() {
             engine->Then("GetCallingCardList", Variant(false));
             return;
         }
-        SafeArray rows = SafeArray::TwoDim(0, static_cast<std::int32_t>(cards.size()) - 1, 0, 5);
-        std::int32_t r = 0;
+        // Counted in 64 bits: the rows may end at the 32-bit limit.
+        const std::int64_t last = std::int64_t{firstCardRow} + std::ssize(cards) - 1;
+        SafeArray rows = SafeArray::TwoDim(firstCardRow, static_cast<std::int32_t>(last), 0, 5);
+        std::int64_t at = firstCardRow;
         for (const CardRow& c : cards) {
+            const auto r = static_cast<std::int32_t>(at++);
             rows.Set(r, 0, Variant(static_cast<std::int16_t>(c.index)));
             rows.Set(r, 1, Variant(static_cast<std::int16_t>(c.id)));
             rows.Set(r, 2, Variant(c.number));
             rows.Set(r, 3, Variant(c.name));
             rows.Set(r, 4, Variant(std::string("18005550199,,,,H,,,,1FG")));
             rows.Set(r, 5, Variant(std::string("G")));
-            ++r;
         }
         engine->Then("GetCallingCardList", Variant(true), {{0, Variant(std::move(rows))}});
     });

@@ -68,6 +68,7 @@ class LocationTest : public ProgramTest {
     std::vector<CountryRow> countries = {
         {"GERMANY", 49}, {"UNITED KINGDOM", 44}, {"UNITED STATES", 1}};
     std::vector<CardRow> cards;
+    std::int32_t firstCardRow = 0;  // the lower bound of the card rows the engine hands over
     // Keys whose writes the engine refuses.
     std::set<std::string> refusedKeys;
     bool createWorks = true;

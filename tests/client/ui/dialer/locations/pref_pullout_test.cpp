@@ -2,6 +2,8 @@
 // the dial string kept with the location.
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "client/ui/dialer/core/settings.h"
 #include "client/ui/dialer/engine/res_const.h"
 #include "client/ui/dialer/shell/more_pullout.h"
@@ -61,6 +63,13 @@ TEST_F(PrefPulloutTest, OpeningShowsTheStoredCardAndItsNumber) {
     EXPECT_EQ(Pref().cmboCallingCards.Text(), "Bluewave");
     EXPECT_EQ(Pref().txtCardNumber.Text(), "111");
     EXPECT_FALSE(Pref().btnSave.Enabled());
+}
+
+TEST_F(PrefPulloutTest, CardRowsEndingAtTheTopOfTheIndexRangeAreEachReadOnce) {
+    firstCardRow = std::numeric_limits<std::int32_t>::max() - 1;
+    StartWithPullout();
+    OpenPref();
+    EXPECT_EQ(Pref().cmboCallingCards.ListCount(), 2);
 }
 
 TEST_F(PrefPulloutTest, ChoosingACardRemembersItForTheUser) {

@@ -208,6 +208,39 @@ TEST_F(PromptsTest, ChoiceCancelledAnswersNothingAndTheDialogUnloadsItself) {
     EXPECT_FALSE(app->Forms().IsLoaded<frmGetUserInfo>()) << "the choice dialog unloads itself";
 }
 
+// The dialog's index is 16 bits: the last choice it can address is answered as itself, and a
+// longer list is refused before anyone is asked, never answered with another choice.
+TEST_F(PromptsTest, ChoiceListsBeyondTheDialogsIndexAreRefused) {
+    StartIdle();
+    int asked = 0;
+    platform.AnswerModals("frmGetUserInfo", [&](forms::Form& form) {
+        ++asked;
+        auto& dialog = static_cast<frmGetUserInfo&>(form);
+        dialog.lbChoices.UserSelect(dialog.lbChoices.ListCount() - 1);
+        dialog.btnOK.UserClick();
+    });
+    const struct {
+        std::int32_t count;
+        bool refused;
+    } cases[] = {{32768, false}, {32769, true}, {65537 + 3, true}};
+    for (const auto& c : cases) {
+        std::vector<std::string> names;
+        for (std::int32_t i = 0; i < c.count; ++i) {
+            names.push_back("vpn-" + std::to_string(i));
+        }
+        const int before = asked;
+        try {
+            const std::string answer = engine->RaiseGetUserInfo("Choose", NameList(names));
+            EXPECT_FALSE(c.refused) << c.count << " choices answered " << answer;
+            EXPECT_EQ(answer, names.back());
+        } catch (const automation::Failure& f) {
+            EXPECT_TRUE(c.refused) << c.count << " choices: " << f.what();
+            EXPECT_EQ(f.Number(), automation::err::kOverflow);
+            EXPECT_EQ(asked, before) << "asked to choose from a list that cannot be answered";
+        }
+    }
+}
+
 TEST_F(PromptsTest, ChoiceDialogWithNothingSelectedGivesMinusOneOnOk) {
     StartIdle();
     frmGetUserInfo& dialog = app->Form<frmGetUserInfo>();
