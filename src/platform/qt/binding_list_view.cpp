@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QPointer>
+#include <QTimer>
 #include <QTreeView>
 
 #include "platform/qt/convert.h"
@@ -12,6 +13,12 @@
 namespace kw::qt {
 
 using forms::Property;
+
+namespace {
+// Rows measured when a column is fitted, the visible ones first: enough to see the widest of a
+// phone book whose rows look alike, few enough that the longest list is fitted at once.
+constexpr int kRowsMeasured = 200;
+}  // namespace
 
 // ---- the table model ------------------------------------------------------------------------
 
@@ -177,6 +184,15 @@ QWidget* ListViewBinding::Create(QWidget* parent) {
     header->setSortIndicatorShown(false);
     header->setStretchLastSection(false);
     header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    header->setResizeContentsPrecision(kRowsMeasured);
+    fit_ = new QTimer(tree_);
+    fit_->setSingleShot(true);
+    fit_->setInterval(0);
+    QObject::connect(fit_, &QTimer::timeout, tree_, [this] { FitColumns(); });
+    const auto refit = [timer = fit_] { timer->start(); };
+    QObject::connect(table_, &QAbstractItemModel::modelReset, tree_, refit);
+    QObject::connect(table_, &QAbstractItemModel::rowsInserted, tree_, refit);
+    QObject::connect(table_, &QAbstractItemModel::dataChanged, tree_, refit);
     return tree_;
 }
 
@@ -229,6 +245,20 @@ void ListViewBinding::ShowColumns() {
     for (std::size_t i = 0; i < columns.size(); ++i) {
         if (columns[i].width > 0) {
             tree_->setColumnWidth(static_cast<int>(i), columns[i].width);
+        }
+    }
+    FitColumns();
+}
+
+void ListViewBinding::FitColumns() {
+    fit_->stop();
+    const auto& columns = model_.Columns();
+    QHeaderView* header = tree_->header();
+    const QAbstractItemView* view = tree_;  // the tree's own measure, public on its base
+    for (int i = 0; i < static_cast<int>(columns.size()) && i < header->count(); ++i) {
+        const int wanted = std::max(view->sizeHintForColumn(i), header->sectionSizeHint(i));
+        if (wanted > header->sectionSize(i)) {
+            header->resizeSection(i, wanted);
         }
     }
 }
