@@ -25,6 +25,7 @@
 #include "client/ui/dialer/locations/pref_pullout.h"
 #include "client/ui/dialer/shell/more_pullout.h"
 #include "client/ui/dialer/side/display_pullout.h"
+#include "client/ui/dialer/side/frm_splash.h"
 #include "client/ui/dialer/side/log_pullout.h"
 #include "dravlink/simulator.h"
 #include "platform/qt/form_window.h"
@@ -217,6 +218,29 @@ TEST_F(SideWindowsTest, ALongLocationNameLeavesTheCombosWhereTheyStand) {
     EXPECT_EQ(mainCombo->geometry(), mainAt);
     EXPECT_EQ(nameCombo->geometry(), nameAt);
     Shot(from, "from-pullout-long-name");
+}
+
+// No run shows the title form; shown all the same, it is whole, and a key takes it away.
+TEST_F(SideWindowsTest, TheTitleFormShowsWholeAndGoesAtAKey) {
+    kw::dialer::frmSplash& splash = Form<kw::dialer::frmSplash>();
+    splash.Show();
+    QWidget* window = platform_->WindowOf(splash);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+    for (const char* name : {"imgLogo", "lblProductName", "lblVersion", "lblCopyright"}) {
+        QWidget* widget = Widget(splash, name);
+        ASSERT_NE(widget, nullptr);
+        EXPECT_TRUE(window->rect().contains(QRect(widget->mapTo(window, QPoint()), widget->size())))
+            << name << " stands inside the window";
+    }
+    QTest::qWait(200);
+    const QString path = QStringLiteral(KW_BINARY_DIR "/xvfb-shots/splash.png");
+    window->grab().save(path);
+    std::printf("  %s\n", qPrintable(path));
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    QTest::keyClick(window, Qt::Key_Space);
+    QTest::qWait(100);
+    EXPECT_FALSE(splash.IsLoaded());
 }
 
 }  // namespace
