@@ -157,6 +157,13 @@ TEST_F(SideWindowsTest, ANewLocationStartsInItsNameAndTabsOnToItsCountry) {
     Click(from, "btnAdd");
     QWidget* name = Widget(from, "cmboLocations");
     ASSERT_TRUE(name->isEnabled());
+    QWidget* window = platform_->WindowOf(from);
+    QWidget* first = window->nextInFocusChain();
+    while (first != window && !(first->isEnabled() && first->isVisible() &&
+                                (first->focusPolicy() & Qt::TabFocus) != 0)) {
+        first = first->nextInFocusChain();
+    }
+    EXPECT_TRUE(first == name || name->isAncestorOf(first)) << "first in the tab order";
     EXPECT_TRUE(name->isAncestorOf(QApplication::focusWidget()) ||
                 QApplication::focusWidget() == name)
         << "a new location is named first";
