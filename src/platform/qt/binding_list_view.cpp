@@ -165,11 +165,6 @@ QWidget* ListViewBinding::Create(QWidget* parent) {
     tree_ = new QTreeView(parent);
     table_ = new ListViewTableModel(model_);
     table_->setParent(tree_);
-    Context().OnDetach([table = QPointer<ListViewTableModel>(table_)] {
-        if (table) {
-            table->Release();
-        }
-    });
     tree_->setModel(table_);
     tree_->setRootIsDecorated(false);
     tree_->setItemsExpandable(false);
@@ -193,6 +188,16 @@ QWidget* ListViewBinding::Create(QWidget* parent) {
     QObject::connect(table_, &QAbstractItemModel::modelReset, tree_, refit);
     QObject::connect(table_, &QAbstractItemModel::rowsInserted, tree_, refit);
     QObject::connect(table_, &QAbstractItemModel::dataChanged, tree_, refit);
+    // The release empties the table, which asks for a fit; none may come once the model went.
+    Context().OnDetach(
+        [table = QPointer<ListViewTableModel>(table_), fit = QPointer<QTimer>(fit_)] {
+            if (table) {
+                table->Release();
+            }
+            if (fit) {
+                fit->stop();
+            }
+        });
     return tree_;
 }
 
@@ -252,10 +257,11 @@ void ListViewBinding::ShowColumns() {
 
 void ListViewBinding::FitColumns() {
     fit_->stop();
-    const auto& columns = model_.Columns();
+    // The table's columns, not the control's: the table outlives the control by a release.
+    const int columns = table_->columnCount();
     QHeaderView* header = tree_->header();
     const QAbstractItemView* view = tree_;  // the tree's own measure, public on its base
-    for (int i = 0; i < static_cast<int>(columns.size()) && i < header->count(); ++i) {
+    for (int i = 0; i < columns && i < header->count(); ++i) {
         const int wanted = std::max(view->sizeHintForColumn(i), header->sectionSizeHint(i));
         if (wanted > header->sectionSize(i)) {
             header->resizeSection(i, wanted);
