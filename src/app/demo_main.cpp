@@ -3,7 +3,8 @@
 // screen at each stage.
 //
 //   kestrelway-demo OUTDIR [DESTINATION [SCENARIO [performance]]]
-// SCENARIO names how the simulated engine lets the call go (isp-password, call-home, ...).
+// SCENARIO names how the simulated engine lets the call go (isp-password, call-home, ...). With
+// call-home the files are fetched (Now), and the transfer window is pictured part way.
 // "performance" pulls the performance window down once connected and turns it through its four
 // panels, two screenshots of each some seconds apart, before hanging up.
 #include <QAbstractButton>
@@ -29,6 +30,7 @@
 #include "client/ui/dialer/engine/frm_isp_login.h"
 #include "client/ui/dialer/engine/frm_login.h"
 #include "client/ui/dialer/performance/perf_pulldown.h"
+#include "client/ui/dialer/side/frm_file_xfer.h"
 #include "dravlink/simulator.h"
 #include "platform/qt/form_window.h"
 #include "platform/qt/look.h"
@@ -41,12 +43,13 @@ using kw::dialer::MainWin;
 class Demo {
   public:
     Demo(kw::qt::QtPlatform& platform, kw::dialer::Application& app, QString outDir,
-         std::string destination, bool performance)
+         std::string destination, bool performance, bool fetchFiles)
         : platform_(platform),
           app_(app),
           outDir_(std::move(outDir)),
           destination_(std::move(destination)),
-          performance_(performance) {}
+          performance_(performance),
+          fetchFiles_(fetchFiles) {}
 
     // Answers the dialogs and boxes that come up, whenever they come.
     void WatchDialogs() {
@@ -124,6 +127,16 @@ class Demo {
 
     void Connected() {
         Shot("connected");
+        if (fetchFiles_) {
+            // The offer comes once connected; the demonstration goes on once the transfer is
+            // pictured, and its hang-up cancels the rest.
+            Wait([this] { return transferShot_; },
+                 [this] {
+                     fetchFiles_ = false;
+                     Connected();
+                 });
+            return;
+        }
         if (performance_) {
             performance_ = false;
             Click(app_.Form<kw::dialer::PerfPulldown>(), "downBtn");
@@ -181,7 +194,22 @@ class Demo {
         std::fflush(stdout);
     }
 
+    kw::dialer::frmFileXfer& Transfer() { return app_.Form<kw::dialer::frmFileXfer>(); }
+
+    // The transfer window once its bar is well under way.
+    void WatchTransfer() {
+        if (transferShot_ || !app_.Forms().IsLoaded<kw::dialer::frmFileXfer>()) {
+            return;
+        }
+        const double done = Transfer().pbXferProgress.Value();
+        if (Transfer().Visible() && done >= 20.0 && done <= 80.0) {
+            transferShot_ = true;
+            Shot("transfer");
+        }
+    }
+
     void AnswerWhatIsUp() {
+        WatchTransfer();
         if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
             AnswerBox(*box);
             return;
@@ -218,9 +246,11 @@ class Demo {
         if (answered_.insert(key).second) {
             Shot("box");
         }
-        // Later, not Now, for the call-home offer; otherwise the default button.
+        // The call-home offer: Now when the files are wanted, otherwise Later; any other box gets
+        // its default button.
+        const QString offer = fetchFiles_ ? QStringLiteral("Now") : QStringLiteral("Later");
         for (QAbstractButton* button : box.buttons()) {
-            if (button->text() == "&Later" || button->text() == "Later") {
+            if (button->text().remove('&') == offer) {
                 button->click();
                 return;
             }
@@ -243,6 +273,8 @@ class Demo {
     QString outDir_;
     std::string destination_;
     bool performance_ = false;
+    bool fetchFiles_ = false;
+    bool transferShot_ = false;
     int shots_ = 0;
     std::set<std::string> answered_;
 };
@@ -267,7 +299,7 @@ int main(int argc, char** argv) {
     kw::qt::QtPlatform platform(assets, "kestrelway-demo");
     kw::dialer::Application app(platform, assets);
     const bool performance = argc > 4 && std::string(argv[4]) == "performance";
-    Demo demo(platform, app, outDir, destination, performance);
+    Demo demo(platform, app, outDir, destination, performance, scenario == "call-home");
     demo.WatchDialogs();
     std::printf("Kestrelway demonstration: a call to %s\n", destination.c_str());
     platform.Dispatch([&app] { kw::dialer::Main(app); });

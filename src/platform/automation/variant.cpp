@@ -89,7 +89,7 @@ Variant::Variant(bool value) : value_(value) {}
 Variant::Variant(std::string value) : value_(std::move(value)) {}
 Variant::Variant(const char* value) : value_(std::string(value ? value : "")) {}
 Variant::Variant(ObjectRef value) : value_(std::move(value)) {}
-Variant::Variant(SafeArray value) : value_(std::make_unique<SafeArray>(std::move(value))) {}
+Variant::Variant(SafeArray value) : value_(std::make_shared<SafeArray>(std::move(value))) {}
 
 Variant Variant::Null() {
     Variant v;
@@ -101,19 +101,7 @@ Variant Variant::FromArray(SafeArray value) {
     return Variant(std::move(value));
 }
 
-Variant::Variant(const Variant& other) {
-    if (other.value_.index() == kArray) {
-        value_ = std::make_unique<SafeArray>(*std::get<kArray>(other.value_));
-        return;
-    }
-    std::visit(
-        [this](const auto& alternative) {
-            using T = std::decay_t<decltype(alternative)>;
-            if constexpr (!std::is_same_v<T, ArrayPtr>)
-                value_ = alternative;
-        },
-        other.value_);
-}
+Variant::Variant(const Variant& other) = default;
 
 Variant::Variant(Variant&& other) noexcept : value_(std::move(other.value_)) {
     other.value_ = std::monostate{};
@@ -293,7 +281,11 @@ const SafeArray& Variant::ToArray() const {
 SafeArray& Variant::ToArray() {
     if (value_.index() != kArray)
         Fail(err::kTypeMismatch);
-    return *std::get<kArray>(value_);
+    ArrayPtr& array = std::get<kArray>(value_);
+    if (array.use_count() > 1) {
+        array = std::make_shared<SafeArray>(*array);  // the other holders keep what they had
+    }
+    return *array;
 }
 
 bool Variant::operator==(const Variant& other) const {

@@ -85,7 +85,9 @@ class Variant {
     struct NullTag {
         bool operator==(const NullTag&) const = default;
     };
-    using ArrayPtr = std::unique_ptr<SafeArray>;  // never null; copied deeply
+    // Never null. Copies share the array until one of them is changed through ToArray(): a
+    // phone book of tens of thousands of rows passes from event to handler to field uncopied.
+    using ArrayPtr = std::shared_ptr<SafeArray>;
     using Value = std::variant<std::monostate, NullTag, std::int16_t, std::int32_t, float, double,
                                std::string, ObjectRef, bool, ArrayPtr>;
     Value value_;

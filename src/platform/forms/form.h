@@ -34,6 +34,13 @@ inline constexpr int kAppWindows = 2;       // the desktop session ends
 inline constexpr int kAppTaskManager = 3;
 }  // namespace unload
 
+// How a form's window is framed. Set at design time, before the form loads: a window is made
+// with its frame.
+namespace border_style {
+inline constexpr int kNone = 0;         // no frame: the form's artwork and shape are its edge
+inline constexpr int kFixedSingle = 1;  // the desktop's frame and title bar; not resizable
+}  // namespace border_style
+
 namespace window_state {
 inline constexpr int kNormal = 0;
 inline constexpr int kMinimized = 1;
@@ -127,6 +134,11 @@ class Form {
     bool KeyPreview() const { return keyPreview_; }
     void SetKeyPreview(bool on) { keyPreview_ = on; }
 
+    // With a frame of the desktop's own, Width and Height are the inside of the frame: its size
+    // is the desktop's to choose.
+    int BorderStyle() const { return borderStyle_; }
+    void SetBorderStyle(int style) { borderStyle_ = style; }
+
     // The window's shape; nullopt: the plain rectangle.
     const std::optional<std::vector<RegionRect>>& Region() const { return region_; }
     void SetRegion(std::optional<std::vector<RegionRect>> region);
@@ -205,6 +217,7 @@ class Form {
     int windowState_ = window_state::kNormal;
     bool keyPreview_ = false;
     bool keepsEnter_ = false;
+    int borderStyle_ = border_style::kNone;
     std::optional<std::vector<RegionRect>> region_;
     int zOrder_ = 0;
     std::vector<Control*> controls_;

@@ -102,6 +102,8 @@ void ListView::SetSubItem(int index, int column, std::string text) {
         throw Failure(35600, "Index out of bounds");
     }
     if (static_cast<int>(item.subItems.size()) < column) {
+        // Rows are filled a column at a time: room for every column at once, not one more each.
+        item.subItems.reserve(static_cast<std::size_t>(std::max(column, ColumnCount() - 1)));
         item.subItems.resize(static_cast<std::size_t>(column));
     }
     item.subItems[static_cast<std::size_t>(column - 1)] = std::move(text);

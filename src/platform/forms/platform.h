@@ -84,11 +84,21 @@ inline constexpr int kMinimized = 2;
 inline constexpr int kMaximized = 3;
 }  // namespace show
 
+// Flags of the open-file dialog, with the classic numbers.
+namespace ofn {
+// A name that does not exist may be typed: the dialog asks whether to create it (the dialog
+// creates nothing itself).
+inline constexpr int kCreatePrompt = 0x2000;
+inline constexpr int kExplorer = 0x80000;
+inline constexpr int kLongNames = 0x200000;
+}  // namespace ofn
+
 struct FileDialogRequest {
     std::string title;
     std::string filter;  // "Text files (*.log)|*.log|All files (*.*)|*.*"
     std::string initialDir;
     std::string fileName;
+    int flags = 0;  // ofn::; without kCreatePrompt only an existing file can be chosen
 };
 
 struct Point {

@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QPointer>
+#include <QTimer>
 #include <QTreeView>
 
 #include "platform/qt/convert.h"
@@ -12,6 +13,12 @@
 namespace kw::qt {
 
 using forms::Property;
+
+namespace {
+// Rows measured when a column is fitted, the visible ones first: enough to see the widest of a
+// phone book whose rows look alike, few enough that the longest list is fitted at once.
+constexpr int kRowsMeasured = 200;
+}  // namespace
 
 // ---- the table model ------------------------------------------------------------------------
 
@@ -158,11 +165,6 @@ QWidget* ListViewBinding::Create(QWidget* parent) {
     tree_ = new QTreeView(parent);
     table_ = new ListViewTableModel(model_);
     table_->setParent(tree_);
-    Context().OnDetach([table = QPointer<ListViewTableModel>(table_)] {
-        if (table) {
-            table->Release();
-        }
-    });
     tree_->setModel(table_);
     tree_->setRootIsDecorated(false);
     tree_->setItemsExpandable(false);
@@ -177,6 +179,25 @@ QWidget* ListViewBinding::Create(QWidget* parent) {
     header->setSortIndicatorShown(false);
     header->setStretchLastSection(false);
     header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    header->setResizeContentsPrecision(kRowsMeasured);
+    fit_ = new QTimer(tree_);
+    fit_->setSingleShot(true);
+    fit_->setInterval(0);
+    QObject::connect(fit_, &QTimer::timeout, tree_, [this] { FitColumns(); });
+    const auto refit = [timer = fit_] { timer->start(); };
+    QObject::connect(table_, &QAbstractItemModel::modelReset, tree_, refit);
+    QObject::connect(table_, &QAbstractItemModel::rowsInserted, tree_, refit);
+    QObject::connect(table_, &QAbstractItemModel::dataChanged, tree_, refit);
+    // The release empties the table, which asks for a fit; none may come once the model went.
+    Context().OnDetach(
+        [table = QPointer<ListViewTableModel>(table_), fit = QPointer<QTimer>(fit_)] {
+            if (table) {
+                table->Release();
+            }
+            if (fit) {
+                fit->stop();
+            }
+        });
     return tree_;
 }
 
@@ -229,6 +250,21 @@ void ListViewBinding::ShowColumns() {
     for (std::size_t i = 0; i < columns.size(); ++i) {
         if (columns[i].width > 0) {
             tree_->setColumnWidth(static_cast<int>(i), columns[i].width);
+        }
+    }
+    FitColumns();
+}
+
+void ListViewBinding::FitColumns() {
+    fit_->stop();
+    // The table's columns, not the control's: the table outlives the control by a release.
+    const int columns = table_->columnCount();
+    QHeaderView* header = tree_->header();
+    const QAbstractItemView* view = tree_;  // the tree's own measure, public on its base
+    for (int i = 0; i < columns && i < header->count(); ++i) {
+        const int wanted = std::max(view->sizeHintForColumn(i), header->sectionSizeHint(i));
+        if (wanted > header->sectionSize(i)) {
+            header->resizeSection(i, wanted);
         }
     }
 }

@@ -7,6 +7,7 @@
 #include "platform/forms/list_view.h"
 #include "platform/qt/binding.h"
 
+class QTimer;
 class QTreeView;
 
 namespace kw::qt {
@@ -65,10 +66,14 @@ class ListViewBinding final : public ControlBinding {
     void UserSelected(const QModelIndex& current);
     void ShowColumns();
     void ShowSelection();
+    // Widens each column to its heading and the rows it samples, never below the width the
+    // model asked for or the user dragged: a width chosen for another font must not cut text.
+    void FitColumns();
 
     forms::ListView& model_;
     ListViewTableModel* table_ = nullptr;
     QTreeView* tree_ = nullptr;
+    QTimer* fit_ = nullptr;  // one fit for a burst of row changes
 };
 
 }  // namespace kw::qt

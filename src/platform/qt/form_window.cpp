@@ -33,11 +33,21 @@ int WindowStateOf(Qt::WindowStates states) {
     return forms::window_state::kNormal;
 }
 
+// Shaped forms draw their own edge; a framed one gets the desktop's title bar with only a close
+// button, at a size the user cannot drag.
+Qt::WindowFlags WindowFlagsOf(const forms::Form& form) {
+    if (form.BorderStyle() == forms::border_style::kFixedSingle) {
+        return Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+               Qt::WindowCloseButtonHint | Qt::MSWindowsFixedSizeDialogHint;
+    }
+    return Qt::Window | Qt::FramelessWindowHint;
+}
+
 }  // namespace
 
 FormWindow::FormWindow(forms::Form& form, QString assetsDir,
                        std::function<void(forms::Form&)> onHidden)
-    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint),
+    : QWidget(nullptr, WindowFlagsOf(form)),
       form_(&form),
       context_(std::make_shared<BindingContext>(std::move(assetsDir))),
       onHidden_(std::move(onHidden)) {
@@ -312,8 +322,14 @@ void FormWindow::SyncStacking(FormProperty what) {
 }
 
 void FormWindow::SyncGeometry() {
-    setGeometry(form_->Left(), form_->Top(), std::max(form_->Width(), 1),
-                std::max(form_->Height(), 1));
+    if (form_->BorderStyle() == forms::border_style::kNone) {
+        setGeometry(form_->Left(), form_->Top(), std::max(form_->Width(), 1),
+                    std::max(form_->Height(), 1));
+    } else {
+        // The frame stands at the form's place and holds its size inside.
+        move(form_->Left(), form_->Top());
+        setFixedSize(std::max(form_->Width(), 1), std::max(form_->Height(), 1));
+    }
     // The frame inset may have changed with it.
     for (forms::Control* control : form_->Controls()) {
         ControlBinding* binding = BindingOf(*control);

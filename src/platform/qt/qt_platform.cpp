@@ -18,6 +18,7 @@
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QMessageBox>
 #include <QScreen>
 #include <QSessionManager>
 #include <QTextBrowser>
@@ -476,12 +477,25 @@ std::optional<std::string> QtPlatform::OpenFileDialog(const forms::FileDialogReq
     if (!request.fileName.empty()) {
         start = QDir(start).filePath(ToQString(request.fileName).replace(u'\\', u'/'));
     }
-    const QString path = QFileDialog::getOpenFileName(nullptr, ToQString(request.title), start,
-                                                      ToFileDialogFilter(request.filter));
-    if (path.isEmpty()) {
-        return std::nullopt;
+    const bool mayCreate = (request.flags & forms::ofn::kCreatePrompt) != 0;
+    const QString title = request.title.empty() ? QStringLiteral("Open") : ToQString(request.title);
+    QFileDialog dialog(nullptr, title, start, ToFileDialogFilter(request.filter));
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(mayCreate ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    dialog.setObjectName(QStringLiteral("OpenFileDialog"));
+    while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
+        const QString path = dialog.selectedFiles().constFirst();
+        if (!mayCreate || QFileInfo::exists(path)) {
+            return FromQString(path);
+        }
+        // As the classic dialog asks; No goes back to the dialog to choose again.
+        const QString question = QDir::toNativeSeparators(path) +
+                                 QStringLiteral("\nThis file does not exist.\nCreate the file?");
+        if (QMessageBox::question(&dialog, dialog.windowTitle(), question) == QMessageBox::Yes) {
+            return FromQString(path);
+        }
     }
-    return FromQString(path);
+    return std::nullopt;
 }
 
 void QtPlatform::EndProcess(int exitCode) {

@@ -135,6 +135,19 @@ TEST(VariantToBoolean, NumbersWordsAndNumericText) {
     EXPECT_EQ(FailureNumber([] { CBool(""); }), err::kTypeMismatch);
 }
 
+TEST(VariantCopies, AChangeToTheFirstHolderOfAnArrayLeavesItsCopiesAlone) {
+    SafeArray rows = SafeArray::OneDim(0, 1);
+    rows.Set(0, "kept");
+    Variant original(rows);
+    const Variant copy = original;
+    Variant nested(SafeArray::OneDim(0, 0));
+    nested.ToArray().Set(0, original);
+    original.ToArray().Set(0, "changed");
+    EXPECT_EQ(CStr(copy.ToArray().Get(0)), "kept");
+    EXPECT_EQ(CStr(nested.ToArray().Get(0).ToArray().Get(0)), "kept");
+    EXPECT_EQ(CStr(original.ToArray().Get(0)), "changed");
+}
+
 TEST(VariantCopies, ArraysAreCopiedObjectsAreSharedEqualityIsTypeAndValue) {
     SafeArray rows = SafeArray::OneDim(1, 2);
     rows.Set(1, "first");

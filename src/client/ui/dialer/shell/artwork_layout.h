@@ -327,6 +327,22 @@ inline constexpr LayoutRect lblTimeLeft{146, 124, 202, 16};
 inline constexpr LayoutRect btnCancel{268, 144, 80, 24};
 }  // namespace filexfer
 
+// The title form: a plain rectangle without artwork of its own; its frame holds the rest, the
+// logo beside the product's lines. Places are on the form, as for the others.
+namespace splash {
+inline constexpr int kWidth = 380;
+inline constexpr int kHeight = 170;
+inline constexpr LayoutRect Frame1{6, 6, 368, 158};
+inline constexpr LayoutRect imgLogo{20, 24, 18, 18};
+inline constexpr LayoutRect lblCompanyProduct{48, 18, 300, 16};
+inline constexpr LayoutRect lblProductName{48, 36, 300, 26};
+inline constexpr LayoutRect lblVersion{48, 66, 300, 16};
+inline constexpr LayoutRect lblPlatform{48, 84, 300, 16};
+inline constexpr LayoutRect lblCompany{20, 112, 340, 16};
+inline constexpr LayoutRect lblCopyright{20, 128, 340, 16};
+inline constexpr LayoutRect lblWarning{20, 144, 340, 16};
+}  // namespace splash
+
 // Pictures of MainWin's image controls.
 namespace pictures {
 inline constexpr const char* kLightOff = "art/progress_light_off.bmp";

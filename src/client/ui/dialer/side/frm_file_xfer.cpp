@@ -1,5 +1,7 @@
 #include "client/ui/dialer/side/frm_file_xfer.h"
 
+#include <algorithm>
+
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/core/utilities.h"
 #include "client/ui/dialer/shell/faces.h"
@@ -12,7 +14,12 @@ using automation::Variant;
 frmFileXfer::frmFileXfer(Application& app) : Form(app.Platform(), "frmFileXfer"), app_(app) {
     namespace at = layout::filexfer;
     SetCaption("Call Home File Transfer");
-    Move(Left(), Top(), at::kWidth, at::kHeight);
+    // A plain window the user can move aside while the call goes on, in the middle of the screen.
+    SetBorderStyle(forms::border_style::kFixedSingle);
+    const forms::Platform& platform = app.Platform();
+    Move(std::max(0, (platform.SystemMetric(forms::metric::kCxScreen) - at::kWidth) / 2),
+         std::max(0, (platform.SystemMetric(forms::metric::kCyScreen) - at::kHeight) / 2),
+         at::kWidth, at::kHeight);
     Label1.SetCaption("Retrieving File:");
     Label2.SetCaption("Name:");
     Label5.SetCaption("Size:");

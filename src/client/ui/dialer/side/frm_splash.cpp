@@ -1,8 +1,10 @@
 #include "client/ui/dialer/side/frm_splash.h"
 
 #include <string>
+#include <utility>
 
 #include "client/ui/dialer/core/application.h"
+#include "client/ui/dialer/shell/faces.h"
 
 namespace kw::dialer {
 
@@ -15,7 +17,32 @@ frmSplash::frmSplash(Application& app) : Form(app.Platform(), "frmSplash"), app_
     lblCompany.SetCaption("Ostvarra, Inc.");
     lblCopyright.SetCaption("Copyright (C) Ostvarra, Inc. All rights reserved.");
     lblWarning.SetCaption("");
+    PlaceControls();
     Frame1.Click = [this] { Unload(); };
+}
+
+void frmSplash::PlaceControls() {
+    namespace at = layout::splash;
+    // A rectangle in the skin's colours, with the main window's logo: there is no artwork for it.
+    face::PlaceForm(*this, at::kWidth, at::kHeight);
+    SetBackColor(face::kWellBack);
+    SetForeColor(face::kKeyColour);  // the logo's green is the key, as on the main window
+    face::Place(Frame1, at::Frame1);
+    Frame1.SetBackColor(face::kWellBack);
+    face::PlaceIn(imgLogo, Frame1, at::imgLogo, at::Frame1);
+    imgLogo.SetPicture(layout::pictures::kLogoOn);
+    for (auto [label, place] : {std::pair{&lblCompanyProduct, at::lblCompanyProduct},
+                                {&lblProductName, at::lblProductName},
+                                {&lblVersion, at::lblVersion},
+                                {&lblPlatform, at::lblPlatform},
+                                {&lblCompany, at::lblCompany},
+                                {&lblCopyright, at::lblCopyright},
+                                {&lblWarning, at::lblWarning}}) {
+        face::PlaceIn(*label, Frame1, place, at::Frame1);
+        label->SetForeColor(face::kSkinText);
+    }
+    lblProductName.SetFontSize(14);
+    lblProductName.SetFontBold(true);
 }
 
 void frmSplash::Form_Load() {

@@ -28,6 +28,8 @@ class frmSplash : public forms::Form {
     void Form_KeyPress(int& keyAscii) override;
 
   private:
+    void PlaceControls();
+
     Application& app_;
 };
 

@@ -142,6 +142,8 @@ void LogPullout::ChooseLogFile(const char* valueName, forms::TextBox& box) {
     forms::FileDialogRequest request;
     request.initialDir = current.empty() ? app_.InstallDir : DirectoryFromPath(current);
     request.filter = "Log files (*.log)|*.log|All files (*.*)|*.*";
+    // A log may be named before it exists: the first call creates it.
+    request.flags = forms::ofn::kCreatePrompt | forms::ofn::kExplorer | forms::ofn::kLongNames;
     // A cancel leaves everything as it was, without a word.
     const std::optional<std::string> chosen = app_.Platform().OpenFileDialog(request);
     if (chosen && !chosen->empty()) {

@@ -78,7 +78,9 @@ TEST_F(RoundTripTest, ALocationInGermanyWithACardIsKeptWholeAcrossARestart) {
     EXPECT_NE(german, before);
     EXPECT_EQ(german, (std::vector<std::string>{"69 9999 0110", "89 9999 0220"}));
 
-    app.reset();
+    // The user closes the program, and starts it again.
+    EXPECT_THROW(Win().btnCloseWin.UserClick(), headless::ProcessEnded);
+    EXPECT_EQ(platform.EndedWith(), 0);
     app = std::make_unique<Application>(platform);
     ASSERT_TRUE(Start());
     ASSERT_TRUE(DialListArrives());

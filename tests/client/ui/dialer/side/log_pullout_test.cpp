@@ -68,6 +68,7 @@ TEST_F(LogOptionsTest, TheFileChoiceStartsInTheStoredFolderAndStoresTheChosenPat
     platform.AnswerNextFileDialog("/home/anna/calls.log");
     Logs().btnConnectHist.UserClick();
     EXPECT_EQ(platform.FileDialogs().back().initialDir, "/var/logs/");
+    EXPECT_EQ(platform.FileDialogs().back().flags, 0x282000) << "a new log's name may be typed";
     EXPECT_EQ(Logs().txtHistoryLog.Text(), "calls.log");
     EXPECT_EQ(Stored(settings::kConnectHistoryFileName), "/home/anna/calls.log");
 }
