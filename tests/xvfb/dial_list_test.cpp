@@ -2,12 +2,7 @@
 // look at, and how long the longest phone book takes from its arrival to being on screen.
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QDir>
 #include <QElapsedTimer>
-#include <QGuiApplication>
-#include <QPixmap>
-#include <QScreen>
 #include <QTest>
 #include <QTreeView>
 #include <cstdio>
@@ -15,39 +10,23 @@
 #include <fstream>
 #include <memory>
 
-#include "client/ui/dialer/core/application.h"
-#include "client/ui/dialer/core/main_win.h"
-#include "client/ui/dialer/core/settings.h"
 #include "client/ui/dialer/diallist/to_pullout.h"
-#include "client/ui/dialer/engine/engine_factory.h"
 #include "dravlink/dial_list.h"
 #include "dravlink/engine_arrays.h"
 #include "dravlink/store.h"
-#include "platform/automation/safe_array.h"
 #include "platform/qt/form_window.h"
-#include "platform/qt/qt_platform.h"
-#include "platform/registry/registry.h"
+#include "real_program.h"
 #include "support/scripted_engine.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-using kw::automation::SafeArray;
 using kw::automation::Variant;
-using kw::dialer::MainWin;
 using kw::dialer::ToPullout;
+using kw::test::Names;
 
 constexpr const char* kFrom = "Home Office";
 constexpr const char* kTo = "Ostvarra Corporate";
-
-Variant Names(std::initializer_list<const char*> names) {
-    SafeArray list = SafeArray::OneDim(0, static_cast<std::int32_t>(names.size()) - 1);
-    std::int32_t i = 0;
-    for (const char* n : names) {
-        list.Set(i++, Variant(std::string(n)));
-    }
-    return Variant(std::move(list));
-}
 
 // Holds the first paint of a widget after it is armed.
 class PaintWatch : public QObject {
@@ -64,30 +43,8 @@ class PaintWatch : public QObject {
 };
 
 // The real program on the Qt platform, its engine answering with the simulator's own tables.
-class DialListWindowTest : public ::testing::Test {
+class DialListWindowTest : public kw::test::RealProgramTest {
   protected:
-    void SetUp() override {
-        std::string pattern = (fs::temp_directory_path() / "kw-diallist-XXXXXX").string();
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        home_ = pattern;
-        kw::registry::Configure({(home_ / "user.reg").string(), (home_ / "system.reg").string()});
-        kw::registry::HKEY key = nullptr;
-        kw::registry::RegCreateKeyExA(kw::registry::HKEY_CURRENT_USER,
-                                      kw::dialer::settings::kUserKey, 0, nullptr, 0,
-                                      kw::registry::KEY_ALL_ACCESS, nullptr, &key, nullptr);
-        const std::string user = "anna";
-        kw::registry::RegSetValueExA(key, kw::dialer::settings::kUserName, 0, kw::registry::REG_SZ,
-                                     reinterpret_cast<const kw::registry::BYTE*>(user.c_str()),
-                                     static_cast<kw::registry::DWORD>(user.size() + 1));
-        kw::registry::RegCloseKey(key);
-    }
-    void TearDown() override {
-        app_.reset();
-        platform_.reset();
-        kw::dialer::EngineFactory::Unregister(kw::dialer::kDefaultEngineName);
-        fs::remove_all(home_);
-    }
-
     // The engine data: the shipped sample, with a generated phone book of count numbers.
     dravlink::Store Data(int generated) {
         const fs::path data = home_ / "dravlink";
@@ -112,48 +69,20 @@ class DialListWindowTest : public ::testing::Test {
         engine_->Default(
             "GetISPList", Variant(std::int32_t{0}),
             {{1, dravlink::IspListArray(dravlink::ComputeIspList(store, "anna", to))}});
-        kw::dialer::EngineFactory::Register(
-            kw::dialer::kDefaultEngineName,
-            [this](const kw::dialer::EngineContext&) { return engine_; });
-        platform_ = std::make_unique<kw::qt::QtPlatform>(KW_SOURCE_DIR "/assets",
-                                                         "kestrelway-diallist-test");
-        app_ = std::make_unique<kw::dialer::Application>(*platform_, KW_SOURCE_DIR "/assets");
-        kw::dialer::Main(*app_);
+        Launch("kestrelway-diallist-test",
+               [this](const kw::dialer::EngineContext&) { return engine_; });
         engine_->RaiseGetGenericISPList("", Variant());
         QTest::qWait(300);
         Click(Win(), "btnToPullout");
         ASSERT_TRUE(platform_->WindowOf(To())->isVisible());
     }
 
-    MainWin& Win() { return app_->Form<MainWin>(); }
-    ToPullout& To() { return app_->Form<ToPullout>(); }
-    QTreeView* Rows() { return platform_->WindowOf(To())->findChild<QTreeView*>("lstvDialList"); }
-    void Click(kw::forms::Form& form, const char* name) {
-        QWidget* widget = platform_->WindowOf(form)->findChild<QWidget*>(name);
-        ASSERT_NE(widget, nullptr) << name;
-        QTest::mouseClick(widget, Qt::LeftButton, {}, widget->rect().center());
-        QTest::qWait(200);
-    }
-    // The main window and the pullout, as the screen shows them.
-    void Shot(const char* name) {
-        QTest::qWait(200);
-        const QRect both = platform_->WindowOf(Win())->frameGeometry().united(
-            platform_->WindowOf(To())->frameGeometry());
-        const QString shots = QStringLiteral(KW_BINARY_DIR "/xvfb-shots");
-        QDir().mkpath(shots);
-        const QString path = shots + "/" + name + ".png";
-        QGuiApplication::primaryScreen()
-            ->grabWindow(0, both.x(), both.y(), both.width(), both.height())
-            .save(path);
-        std::printf("  %s\n", qPrintable(path));
-    }
+    ToPullout& To() { return Form<ToPullout>(); }
+    QTreeView* Rows() { return WindowOf(To())->findChild<QTreeView*>("lstvDialList"); }
 
-    fs::path home_;
     Variant rows_;
     std::shared_ptr<kw::test::ScriptedEngine> engine_ =
         std::make_shared<kw::test::ScriptedEngine>();
-    std::unique_ptr<kw::qt::QtPlatform> platform_;
-    std::unique_ptr<kw::dialer::Application> app_;
 };
 
 TEST_F(DialListWindowTest, ThePopAndIspViewsOnScreen) {
@@ -165,7 +94,7 @@ TEST_F(DialListWindowTest, ThePopAndIspViewsOnScreen) {
     Click(To(), "rbISP");
     EXPECT_EQ(rows->model()->headerData(0, Qt::Horizontal).toString(), "Name");
     EXPECT_GT(rows->model()->rowCount(), 1);
-    Shot("dial-list-isps");
+    Shot(To(), "dial-list-isps");
 
     Click(To(), "rbPOP");
     engine_->RaiseGetGenericISPList("", rows_);
@@ -177,7 +106,7 @@ TEST_F(DialListWindowTest, ThePopAndIspViewsOnScreen) {
     EXPECT_EQ(rows->model()->rowCount(), To().lstvDialList.ItemCount());
     EXPECT_GT(rows->model()->rowCount(), 3);
     EXPECT_TRUE(To().btnUp.Visible());
-    Shot("dial-list-pops");
+    Shot(To(), "dial-list-pops");
 }
 
 TEST_F(DialListWindowTest, TheLongestPhoneBookIsOnScreenSoonAfterItArrives) {
@@ -199,7 +128,7 @@ TEST_F(DialListWindowTest, TheLongestPhoneBookIsOnScreenSoonAfterItArrives) {
     EXPECT_EQ(rows->model()->rowCount(), 32767);
     EXPECT_TRUE(watch.painted);
     EXPECT_LT(shown, 10000) << "a phone book this long must not stall the window";
-    Shot("dial-list-32767");
+    Shot(To(), "dial-list-32767");
 }
 
 }  // namespace

@@ -9,89 +9,35 @@
 #include <QPixmap>
 #include <QScreen>
 #include <QTest>
-#include <cstdlib>
-#include <filesystem>
-#include <memory>
 
-#include "client/ui/dialer/core/application.h"
-#include "client/ui/dialer/core/main_win.h"
-#include "client/ui/dialer/core/settings.h"
 #include "client/ui/dialer/diallist/to_pullout.h"
-#include "client/ui/dialer/engine/engine_factory.h"
 #include "client/ui/dialer/performance/perf_pulldown.h"
-#include "platform/automation/safe_array.h"
 #include "platform/qt/form_window.h"
 #include "platform/qt/message_hook.h"
-#include "platform/qt/qt_platform.h"
-#include "platform/registry/registry.h"
+#include "real_program.h"
 #include "support/scripted_engine.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-using kw::automation::SafeArray;
 using kw::automation::Variant;
 using kw::dialer::MainWin;
+using kw::test::Names;
 
-Variant Names(std::initializer_list<const char*> names) {
-    SafeArray list = SafeArray::OneDim(0, static_cast<std::int32_t>(names.size()) - 1);
-    std::int32_t i = 0;
-    for (const char* n : names) {
-        list.Set(i++, Variant(std::string(n)));
-    }
-    return Variant(std::move(list));
-}
-
-class FamilyTest : public ::testing::Test {
+class FamilyTest : public kw::test::RealProgramTest {
   protected:
     void SetUp() override {
-        std::string pattern = (fs::temp_directory_path() / "kw-family-XXXXXX").string();
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        home_ = pattern;
-        kw::registry::Configure({(home_ / "user.reg").string(), (home_ / "system.reg").string()});
-        kw::registry::HKEY key = nullptr;
-        kw::registry::RegCreateKeyExA(kw::registry::HKEY_CURRENT_USER,
-                                      kw::dialer::settings::kUserKey, 0, nullptr, 0,
-                                      kw::registry::KEY_ALL_ACCESS, nullptr, &key, nullptr);
-        const std::string user = "anna";
-        kw::registry::RegSetValueExA(key, kw::dialer::settings::kUserName, 0, kw::registry::REG_SZ,
-                                     reinterpret_cast<const kw::registry::BYTE*>(user.c_str()),
-                                     static_cast<kw::registry::DWORD>(user.size() + 1));
-        kw::registry::RegCloseKey(key);
-
+        RealProgramTest::SetUp();
         engine_->Default("GetPhoneList", Variant(true), {{0, Names({"Corporate", "Lab"})}});
         engine_->Default("GetLocationList", Variant(true), {{0, Names({"Home", "Hotel"})}});
         engine_->Default("GetCallingCardList", Variant(false));
-        kw::dialer::EngineFactory::Register(
-            kw::dialer::kDefaultEngineName,
-            [this](const kw::dialer::EngineContext&) { return engine_; });
-        platform_ =
-            std::make_unique<kw::qt::QtPlatform>(KW_SOURCE_DIR "/assets", "kestrelway-family-test");
-        app_ = std::make_unique<kw::dialer::Application>(*platform_, KW_SOURCE_DIR "/assets");
-        kw::dialer::Main(*app_);
+        Launch("kestrelway-family-test",
+               [this](const kw::dialer::EngineContext&) { return engine_; });
         engine_->RaiseGetGenericISPList("", Variant());
         QTest::qWait(300);
     }
-    void TearDown() override {
-        app_.reset();
-        platform_.reset();
-        kw::dialer::EngineFactory::Unregister(kw::dialer::kDefaultEngineName);
-        fs::remove_all(home_);
-    }
 
-    QWidget* WindowOf(kw::forms::Form& form) { return platform_->WindowOf(form); }
-    void Click(kw::forms::Form& form, const char* name) {
-        QWidget* widget = WindowOf(form)->findChild<QWidget*>(name);
-        ASSERT_NE(widget, nullptr) << name;
-        QTest::mouseClick(widget, Qt::LeftButton, {}, widget->rect().center());
-        QTest::qWait(200);
-    }
-
-    fs::path home_;
     std::shared_ptr<kw::test::ScriptedEngine> engine_ =
         std::make_shared<kw::test::ScriptedEngine>();
-    std::unique_ptr<kw::qt::QtPlatform> platform_;
-    std::unique_ptr<kw::dialer::Application> app_;
 };
 
 TEST_F(FamilyTest, MinimiseHidesTheFamilyAndAWindowManagerRestoreBringsItBack) {

@@ -5,22 +5,15 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDir>
-#include <QGuiApplication>
 #include <QMessageBox>
-#include <QPixmap>
 #include <QPushButton>
-#include <QScreen>
 #include <QTest>
 #include <QTimer>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
 
-#include "client/ui/dialer/core/application.h"
-#include "client/ui/dialer/core/main_win.h"
 #include "client/ui/dialer/core/settings.h"
-#include "client/ui/dialer/engine/engine_factory.h"
 #include "client/ui/dialer/locations/from_pullout.h"
 #include "client/ui/dialer/locations/pref_pullout.h"
 #include "client/ui/dialer/shell/more_pullout.h"
@@ -29,54 +22,26 @@
 #include "client/ui/dialer/side/log_pullout.h"
 #include "dravlink/simulator.h"
 #include "platform/qt/form_window.h"
-#include "platform/qt/qt_platform.h"
-#include "platform/registry/registry.h"
+#include "real_program.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using kw::dialer::MainWin;
 
-void SetUserString(const char* name, const std::string& value) {
-    kw::registry::HKEY key = nullptr;
-    kw::registry::RegCreateKeyExA(kw::registry::HKEY_CURRENT_USER, kw::dialer::settings::kUserKey,
-                                  0, nullptr, 0, kw::registry::KEY_ALL_ACCESS, nullptr, &key,
-                                  nullptr);
-    kw::registry::RegSetValueExA(key, name, 0, kw::registry::REG_SZ,
-                                 reinterpret_cast<const kw::registry::BYTE*>(value.c_str()),
-                                 static_cast<kw::registry::DWORD>(value.size() + 1));
-    kw::registry::RegCloseKey(key);
-}
-
-class SideWindowsTest : public ::testing::Test {
+class SideWindowsTest : public kw::test::RealProgramTest {
   protected:
     void SetUp() override {
-        std::string pattern = (fs::temp_directory_path() / "kw-side-XXXXXX").string();
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        home_ = pattern;
-        kw::registry::Configure({(home_ / "user.reg").string(), (home_ / "system.reg").string()});
-        SetUserString(kw::dialer::settings::kUserName, "anna");
+        RealProgramTest::SetUp();
         SetUserString(kw::dialer::settings::kPassword, "secret");
-        kw::dialer::EngineFactory::Register(
-            kw::dialer::kDefaultEngineName, [this](const kw::dialer::EngineContext& context) {
-                dravlink::Options options;
-                options.dataDir = home_ / "dravlink";
-                options.sampleDir = fs::path(KW_SOURCE_DIR) / "assets" / "dravlink";
-                return std::make_shared<dravlink::Simulator>(context.platform, options);
-            });
-        platform_ =
-            std::make_unique<kw::qt::QtPlatform>(KW_SOURCE_DIR "/assets", "kestrelway-side-test");
-        app_ = std::make_unique<kw::dialer::Application>(*platform_, KW_SOURCE_DIR "/assets");
-        kw::dialer::Main(*app_);
+        Launch("kestrelway-side-test", [this](const kw::dialer::EngineContext& context) {
+            dravlink::Options options;
+            options.dataDir = home_ / "dravlink";
+            options.sampleDir = fs::path(KW_SOURCE_DIR) / "assets" / "dravlink";
+            return std::make_shared<dravlink::Simulator>(context.platform, options);
+        });
         ASSERT_TRUE(Idle());
     }
-    void TearDown() override {
-        app_.reset();
-        platform_.reset();
-        kw::dialer::EngineFactory::Unregister(kw::dialer::kDefaultEngineName);
-        fs::remove_all(home_);
-    }
-
     bool Idle() {
         for (int ms = 0; ms < 20000; ms += 50) {
             if (Win().IsLoaded() && !Win().IsLoading && !Win().IsGettingDialList) {
@@ -86,35 +51,6 @@ class SideWindowsTest : public ::testing::Test {
             QTest::qWait(50);
         }
         return false;
-    }
-    MainWin& Win() { return app_->Form<MainWin>(); }
-    template <class F>
-    F& Form() {
-        return app_->Form<F>();
-    }
-    QWidget* Widget(kw::forms::Form& form, const char* name) {
-        QWidget* widget = platform_->WindowOf(form)->findChild<QWidget*>(name);
-        EXPECT_NE(widget, nullptr) << name;
-        return widget;
-    }
-    void Click(kw::forms::Form& form, const char* name) {
-        QWidget* widget = Widget(form, name);
-        ASSERT_NE(widget, nullptr);
-        QTest::mouseClick(widget, Qt::LeftButton, {}, widget->rect().center());
-        QTest::qWait(300);
-    }
-    // The main window and a pullout, as the screen shows them.
-    void Shot(kw::forms::Form& pullout, const char* name) {
-        QTest::qWait(300);
-        const QRect both = platform_->WindowOf(Win())->frameGeometry().united(
-            platform_->WindowOf(pullout)->frameGeometry());
-        const QString shots = QStringLiteral(KW_BINARY_DIR "/xvfb-shots");
-        QDir().mkpath(shots);
-        const QString path = shots + "/" + name + ".png";
-        QGuiApplication::primaryScreen()
-            ->grabWindow(0, both.x(), both.y(), both.width(), both.height())
-            .save(path);
-        std::printf("  %s\n", qPrintable(path));
     }
     // A user's choice in a combo box, by its text.
     void Choose(kw::forms::ComboBox& combo, const std::string& text) {
@@ -127,10 +63,6 @@ class SideWindowsTest : public ::testing::Test {
         }
         ADD_FAILURE() << "no " << text;
     }
-
-    fs::path home_;
-    std::unique_ptr<kw::qt::QtPlatform> platform_;
-    std::unique_ptr<kw::dialer::Application> app_;
 };
 
 TEST_F(SideWindowsTest, TheLogPulloutAndTheDisplayPulloutWhileEditing) {
