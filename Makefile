@@ -3,7 +3,7 @@
 
 PACKAGES := cmake ninja-build g++ pkg-config libgtest-dev libgmock-dev libbenchmark-dev \
             qt6-base-dev libgl-dev xvfb xauth x11-utils imagemagick fonts-liberation \
-            clang-format libfontconfig-dev
+            clang-format libfontconfig-dev dbus
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 JOBS ?= $(shell nproc)
 
@@ -31,7 +31,7 @@ asan: deps
 
 build: deps
 	cmake --preset release
-	cmake --build --preset release -j $(JOBS) --target kestrelway kestrelway-demo kestrelway-install
+	cmake --build --preset release -j $(JOBS) --target kestrelway kestrelway-demo kestrelway-install dravlinkd
 
 bench: deps
 	cmake --preset release

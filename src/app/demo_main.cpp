@@ -30,6 +30,7 @@
 #include "client/ui/dialer/engine/frm_login.h"
 #include "client/ui/dialer/performance/perf_pulldown.h"
 #include "dravlink/simulator.h"
+#include "link/bus_dravlink.h"
 #include "platform/qt/form_window.h"
 #include "platform/qt/look.h"
 #include "platform/qt/qt_platform.h"
@@ -263,6 +264,8 @@ int main(int argc, char** argv) {
             options.scenario = scenario;
             return std::make_shared<dravlink::Simulator>(context.platform, options);
         });
+    // The engine's process takes its scenario from DRAVLINK_SCENARIO, which the bus hands it.
+    kw::link::RegisterBusEngine();
     const std::string assets = kw::dialer::Application::DefaultAssetsDir();
     kw::qt::QtPlatform platform(assets, "kestrelway-demo");
     kw::dialer::Application app(platform, assets);
