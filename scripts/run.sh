@@ -34,8 +34,10 @@ xvfb-run -a -s "-screen 0 1024x768x24" dbus-run-session -- sh -c '
     processes=$1; shift
     "$@" & demo=$!
     sleep 6
-    ps -o pid,ppid,comm,args -u "$(id -u)" | grep -E "PID|dravlinkd|kestrelway|dbus-daemon" |
-        grep -v grep > "$processes"
+    engine=$(dbus-send --session --print-reply --dest=org.freedesktop.DBus / \
+        org.freedesktop.DBus.GetConnectionUnixProcessID string:com.ostvarra.Dravlink 2>/dev/null |
+        sed -n "s/.*uint32 //p")
+    ps -o pid,ppid,comm,args -p "$demo${engine:+,$engine}" > "$processes"
     wait $demo' sh "$out/processes.txt" \
     "$app/kestrelway-demo" "$out" "${DEMO_DESTINATION:-Ostvarra Corporate}" ${DEMO_SCENARIO:+"$DEMO_SCENARIO"}
 echo "The processes during the call: $out/processes.txt"
