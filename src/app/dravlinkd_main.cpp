@@ -86,7 +86,15 @@ int main(int argc, char** argv) {
         return 1;
     }
     kw::link::EngineService service(
-        bus, engine, idleMs, [] { QCoreApplication::quit(); },
+        bus, engine, idleMs,
+        [&engine] {
+            // A call goes on without its window: the engine stays until the line is down.
+            if (engine->InCall()) {
+                return false;
+            }
+            QCoreApplication::quit();
+            return true;
+        },
         [&log](const QString& text) { log(text); });
     // The object first, then the name: the call that started the engine finds it ready.
     if (!bus.registerVirtualObject(QLatin1String(kw::link::kObjectPath), &service)) {

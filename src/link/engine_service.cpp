@@ -13,7 +13,7 @@ namespace kw::link {
 using automation::Failure;
 
 EngineService::EngineService(QDBusConnection bus, std::shared_ptr<dialer::Dravlink> engine,
-                             int idleMs, std::function<void()> onIdle, Log log)
+                             int idleMs, std::function<bool()> onIdle, Log log)
     : bus_(std::move(bus)),
       engine_(std::move(engine)),
       sink_([this](const std::string& event, std::vector<Variant>& args) { Deliver(event, args); }),
@@ -25,9 +25,13 @@ EngineService::EngineService(QDBusConnection bus, std::shared_ptr<dialer::Dravli
     idle_.setSingleShot(true);
     idle_.setInterval(idleMs);
     QObject::connect(&idle_, &QTimer::timeout, [this, onIdle = std::move(onIdle)] {
-        if (clients_.isEmpty() && onIdle) {
+        if (!clients_.isEmpty() || !onIdle) {
+            return;
+        }
+        if (onIdle()) {
             Note(QStringLiteral("no client for a while: ending"));
-            onIdle();
+        } else {
+            idle_.start();
         }
     });
     // Started by the bus for a client that may never come: the same wait applies.

@@ -24,9 +24,10 @@ class EngineService : public QDBusVirtualObject {
   public:
     using Log = std::function<void(const QString&)>;
 
-    // idleMs: how long the engine stays once its last client went; onIdle is called then.
+    // idleMs: how long the engine stays once its last client went; onIdle is asked then, and
+    // returns whether the engine ends (a call still up keeps it, and it is asked again later).
     EngineService(QDBusConnection bus, std::shared_ptr<dialer::Dravlink> engine, int idleMs,
-                  std::function<void()> onIdle, Log log = {});
+                  std::function<bool()> onIdle, Log log = {});
     ~EngineService() override;
     EngineService(const EngineService&) = delete;
     EngineService& operator=(const EngineService&) = delete;

@@ -246,5 +246,23 @@ TEST_F(EngineProcessTest, TheEngineEndsAWhileAfterItsLastClientWent) {
     EXPECT_TRUE(RunUntil([&] { return ::kill(pid, 0) != 0; }, 5000)) << "the process is gone";
 }
 
+TEST_F(EngineProcessTest, ACallOutlivesItsWindowAndTheEngineEndsOnceTheLineIsDown) {
+    Start({.idleMs = 800, .scenario = {}});
+    const pid_t pid = bus->EnginePid();
+    std::int32_t handle = Dial(*engine, listener);
+    ASSERT_TRUE(
+        RunUntil([&] { return !listener.Codes().empty() && listener.Codes().back() == 1; }));
+    engine.reset();  // the window goes; the line stays up
+    RunUntil([] { return false; }, 2500);
+    EXPECT_EQ(bus->EnginePid(), pid) << "the engine ended in the middle of a call";
+
+    {
+        BusDravlink later(nullptr, bus->Address());  // the window comes back to hang up
+        later.Disconnect(handle);
+    }
+    EXPECT_TRUE(RunUntil([&] { return bus->EnginePid() == 0; }, 15000))
+        << "the engine stayed once the line was down and nobody used it";
+}
+
 }  // namespace
 }  // namespace kw::link::testing
