@@ -58,7 +58,9 @@ class Listener : public dialer::DravlinkEvents {
     }
     void DravDebug(std::string&) override {}
     void ProgressUpdate(std::int16_t code, std::string& text) override {
-        Add("P" + std::to_string(code), text);
+        std::string what = "P";
+        what += std::to_string(code);
+        Add(std::move(what), text);
     }
     void StatusUpdate(std::string& text) override { Add("S", text); }
 
