@@ -6,16 +6,25 @@
 #include <filesystem>
 #include <memory>
 
+#include <QCoreApplication>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
 #include "client/ui/dialer/engine/dravlink.h"
 #include "dravlink/simulator.h"
+
 #include "link/bus_dravlink.h"
+#include "link/events.h"
 #include "link/loop_platform.h"
 #include "link/private_bus.h"
+#include "link/wire.h"
+#include "platform/automation/safe_array.h"
 #include "platform/registry/registry.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using kw::automation::SafeArray;
+using kw::automation::Variant;
 
 using kw::link::testing::PrivateBus;
 
@@ -74,6 +83,64 @@ void BM_SmallCallInTheProcess(benchmark::State& state) {
     fs::remove_all(dir);
 }
 BENCHMARK(BM_SmallCallInTheProcess)
+    ->Unit(benchmark::kMicrosecond)
+    ->Repetitions(5)
+    ->ReportAggregatesOnly();
+
+// The receiving end of the engine's events, as the client has it: decode, then the handler.
+class EventEnd : public QDBusVirtualObject {
+  public:
+    QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection&) override {
+        std::vector<Variant> args =
+            kw::link::FromWire(kw::link::WireListArgument(message.arguments().value(1)));
+        kw::link::RaiseOnSink(sink, message.arguments().value(0).toString().toStdString(), args);
+        return true;
+    }
+    struct : kw::link::ForwardingSink {
+        using ForwardingSink::ForwardingSink;
+    } sink{[this](const std::string&, std::vector<Variant>&) { ++received; }};
+    int received = 0;
+};
+
+// One statistics event as the engine sends it each second (two arrays of figures), from one
+// connection to the bus to another, read and handed to a handler on the far side.
+void BM_StatisticsEventOverTheBus(benchmark::State& state) {
+    const fs::path dir = Folder("event");
+    {
+        PrivateBus bus(dir, {.engineInstalled = false, .idleMs = 1000, .scenario = {}});
+        QDBusConnection from = bus.Connect(QStringLiteral("bench-engine"));
+        QDBusConnection to = bus.Connect(QStringLiteral("bench-client"));
+        EventEnd end;
+        to.registerVirtualObject(QLatin1String(kw::link::kEventsPath), &end);
+        SafeArray isp = SafeArray::OneDim(0, 11);
+        SafeArray vpn = SafeArray::OneDim(0, 9);
+        for (std::int32_t i = 0; i <= 11; ++i) {
+            isp.Set(i, Variant(1000.5 * i));
+        }
+        for (std::int32_t i = 0; i <= 9; ++i) {
+            vpn.Set(i, Variant(std::int32_t{i * 77}));
+        }
+        const Variant args[] = {Variant(isp), Variant(vpn)};
+        for (auto _ : state) {
+            QDBusMessage event = QDBusMessage::createMethodCall(
+                to.baseService(), QLatin1String(kw::link::kEventsPath),
+                QLatin1String(kw::link::kEventsInterface), QStringLiteral("Raise"));
+            event.setArguments({QStringLiteral("GetConnectionStatistics"),
+                                QVariant::fromValue(kw::link::ToWire(args))});
+            const int before = end.received;
+            from.send(event);
+            while (end.received == before) {
+                QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            }
+        }
+        to.unregisterObject(QLatin1String(kw::link::kEventsPath));
+    }
+    QDBusConnection::disconnectFromBus(QStringLiteral("bench-engine"));
+    QDBusConnection::disconnectFromBus(QStringLiteral("bench-client"));
+    fs::remove_all(dir);
+}
+BENCHMARK(BM_StatisticsEventOverTheBus)
     ->Unit(benchmark::kMicrosecond)
     ->Repetitions(5)
     ->ReportAggregatesOnly();
