@@ -4,7 +4,7 @@
 PACKAGES := cmake ninja-build g++ pkg-config libgtest-dev libgmock-dev libbenchmark-dev \
             qt6-base-dev libgl-dev xvfb xauth x11-utils imagemagick fonts-liberation \
             clang-format libfontconfig-dev libsodium-dev libsecret-1-dev \
-            at-spi2-core python3-pyatspi dbus-daemon clang-14 libclang-rt-14-dev
+            at-spi2-core python3-pyatspi dbus dbus-daemon clang-14 libclang-rt-14-dev
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 60
@@ -33,7 +33,7 @@ asan: deps
 
 build: deps
 	cmake --preset release
-	cmake --build --preset release -j $(JOBS) --target kestrelway kestrelway-demo kestrelway-install
+	cmake --build --preset release -j $(JOBS) --target kestrelway kestrelway-demo kestrelway-install dravlinkd
 
 bench: deps
 	cmake --preset release

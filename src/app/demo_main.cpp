@@ -32,6 +32,7 @@
 #include "client/ui/dialer/performance/perf_pulldown.h"
 #include "client/ui/dialer/side/frm_file_xfer.h"
 #include "dravlink/simulator.h"
+#include "link/bus_dravlink.h"
 #include "platform/qt/form_window.h"
 #include "platform/qt/look.h"
 #include "platform/qt/qt_platform.h"
@@ -295,6 +296,8 @@ int main(int argc, char** argv) {
             options.scenario = scenario;
             return std::make_shared<dravlink::Simulator>(context.platform, options);
         });
+    // The engine's process takes its scenario from DRAVLINK_SCENARIO, which the bus hands it.
+    kw::link::RegisterBusEngine();
     const std::string assets = kw::dialer::Application::DefaultAssetsDir();
     kw::qt::QtPlatform platform(assets, "kestrelway-demo");
     kw::dialer::Application app(platform, assets);

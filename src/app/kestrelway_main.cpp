@@ -1,6 +1,10 @@
-// Kestrelway: the program on the Qt platform, with the engine simulator as its default engine.
+// Kestrelway: the program on the Qt platform. Its engine is the one the machine setting names:
+// dravlinkd on the session bus, or the simulator linked in.
 #include <QApplication>
+#include <QDBusConnection>
+#include <QDBusError>
 #include <QTimer>
+#include <cstdio>
 #include <memory>
 #include <thread>
 
@@ -8,7 +12,9 @@
 
 #include "client/ui/dialer/core/application.h"
 #include "client/ui/dialer/core/main_win.h"
+#include "client/ui/dialer/engine/engine_factory.h"
 #include "dravlink/simulator.h"
+#include "link/bus_dravlink.h"
 #include "platform/qt/look.h"
 #include "platform/qt/qt_platform.h"
 #include "startup_probe.h"
@@ -23,6 +29,17 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(false);  // the program decides when it ends
     kw::qt::UseDarkLook();
     dravlink::RegisterSimulator();
+    kw::link::RegisterBusEngine();
+    if (kw::dialer::ConfiguredEngineName() == kw::link::kBusEngineName &&
+        !QDBusConnection::sessionBus().isConnected()) {
+        std::fprintf(
+            stderr,
+            "kestrelway: no D-Bus session bus to reach the engine on (%s); start Kestrelway "
+            "in a desktop session or under dbus-run-session, or choose the in-process "
+            "engine with: kestrelway-install --engine dravlink.sim\n",
+            qPrintable(QDBusConnection::sessionBus().lastError().message()));
+        return 1;
+    }
     const std::string assets = kw::dialer::Application::DefaultAssetsDir();
     kw::qt::QtPlatform platform(assets);
     kw::dialer::Application app(platform, assets);

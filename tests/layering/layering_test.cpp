@@ -105,6 +105,8 @@ std::vector<Rule> Rules() {
     coreAllowed.insert(coreAllowed.end(), coreHelpers.begin(), coreHelpers.end());
     std::vector<std::string> contractAllowed = {"platform/automation/", "platform/registry/"};
     contractAllowed.insert(contractAllowed.end(), contract.begin(), contract.end());
+    std::vector<std::string> linkAllowed = {"link/", "platform/automation/", "platform/forms/"};
+    linkAllowed.insert(linkAllowed.end(), contract.begin(), contract.end());
     return {
         {"ProgramIncludesNoToolkitNorEngineImplementation",
          {"client"},
@@ -116,6 +118,10 @@ std::vector<Rule> Rules() {
          {}},
         {"ContractIncludesOnlyValuesAndSettings", contract, contractAllowed, {}},
         {"CoreHelpersIncludeOnlyThePlatform", coreHelpers, coreAllowed, {}},
+        // The link carries the contract for any engine: it knows neither the program's forms
+        // nor the simulator, and the simulator does not know it is served over a bus.
+        {"LinkCarriesTheContractOnly", {"link"}, linkAllowed, {}, false},
+        {"SimulatorKnowsNoLink", {"dravlink"}, {}, {"link/", "platform/qt/"}},
     };
 }
 

@@ -23,8 +23,11 @@
 #include <vector>
 
 #include "client/ui/dialer/core/settings.h"
+#include "client/ui/dialer/engine/engine_factory.h"
 #include "client/ui/dialer/shell/artwork_layout.h"
 #include "client/ui/dialer/shell/bitmap_file.h"
+#include "link/bus_dravlink.h"
+#include "link/private_bus.h"
 #include "platform/registry/registry.h"
 
 extern char** environ;
@@ -279,6 +282,28 @@ TEST_F(RealWindowTest, TheLightsComeOnDuringASimulatedCall) {
         EXPECT_GT(Brightness(after.pixel(centre)), Brightness(before.pixel(centre)) + 120)
             << "light at " << light.x << "," << light.y << " is not lit";
     }
+}
+
+// The machine set up for the engine's process: the demonstration's call goes through dravlinkd,
+// which the session bus starts, in a process of its own.
+TEST_F(RealWindowTest, TheDemonstrationCallsThroughTheEngineProcess) {
+    kw::link::testing::PrivateBus bus(home_ / "session",
+                                      {.engineInstalled = true, .idleMs = 2000, .scenario = {}});
+    kw::registry::Configure(kw::registry::DefaultConfig());
+    Store(kw::registry::HKEY_LOCAL_MACHINE, kw::dialer::kEngineSettingKey,
+          kw::dialer::kEngineSettingValue, kw::link::kBusEngineName);
+    const fs::path shots = home_ / "shots";
+    const pid_t demo = Spawn({KW_DEMO, shots.string(), "Engineering Lab"});
+    pid_t engine = 0;
+    int status = 0;
+    while (waitpid(demo, &status, WNOHANG) == 0) {
+        engine = engine > 0 ? engine : bus.EnginePid();
+        QThread::msleep(100);
+    }
+    EXPECT_GT(engine, 0) << "no engine process served the demonstration";
+    EXPECT_NE(engine, demo);
+    EXPECT_EQ(QDir(QString::fromStdString(shots.string())).entryList({"*-connected.png"}).size(), 1)
+        << "the call never connected";
 }
 
 // The main window as one run of the program shows it at a given density: where the X server has

@@ -1,0 +1,150 @@
+// The engine over the session bus against the engine in the process: the round trip of a small
+// call. Each run over the bus starts a session bus of its own, and the bus starts dravlinkd.
+#include <benchmark/benchmark.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <memory>
+
+#include <QCoreApplication>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include "client/ui/dialer/engine/dravlink.h"
+#include "dravlink/simulator.h"
+
+#include "link/bus_dravlink.h"
+#include "link/events.h"
+#include "link/loop_platform.h"
+#include "link/private_bus.h"
+#include "link/wire.h"
+#include "platform/automation/safe_array.h"
+#include "platform/registry/registry.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using kw::automation::SafeArray;
+using kw::automation::Variant;
+
+using kw::link::testing::PrivateBus;
+
+fs::path Folder(const char* what) {
+    std::string name = "kw-bench-link-";
+    name += what;
+    name += '-';
+    name += std::to_string(::getpid());
+    const fs::path dir = fs::temp_directory_path() / name;
+    fs::remove_all(dir);
+    fs::create_directories(dir);
+    return dir;
+}
+
+void LogOn(kw::dialer::Dravlink& engine) {
+    std::string user = "ana";
+    std::string password = "secret";
+    engine.Logon(user, password, "");
+}
+
+// GetLinkSpeed of the modem: one string in, a long out, nothing else happens in the engine.
+void SmallCall(benchmark::State& state, kw::dialer::Dravlink& engine) {
+    const std::string modem = "Standard 33600 bps Modem";
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(engine.GetLinkSpeed(modem));
+    }
+}
+
+void BM_SmallCallOverTheBus(benchmark::State& state) {
+    const fs::path dir = Folder("bus");
+    {
+        PrivateBus bus(dir, {.engineInstalled = true, .idleMs = 1000, .scenario = {}});
+        kw::link::BusDravlink engine(nullptr, bus.Address());
+        LogOn(engine);
+        SmallCall(state, engine);
+    }
+    fs::remove_all(dir);
+}
+BENCHMARK(BM_SmallCallOverTheBus)
+    ->Unit(benchmark::kMicrosecond)
+    ->Repetitions(5)
+    ->ReportAggregatesOnly();
+
+void BM_SmallCallInTheProcess(benchmark::State& state) {
+    kw::link::testing::EnsureEventLoop();
+    const fs::path dir = Folder("process");
+    const auto saved = kw::registry::DefaultConfig();
+    kw::registry::Configure({(dir / "user.reg").string(), (dir / "system.reg").string()});
+    {
+        kw::link::LoopPlatform platform;
+        dravlink::Simulator engine(platform, dravlink::Options{dir / "data", {}, {}});
+        LogOn(engine);
+        SmallCall(state, engine);
+    }
+    kw::registry::Configure(saved);
+    fs::remove_all(dir);
+}
+BENCHMARK(BM_SmallCallInTheProcess)
+    ->Unit(benchmark::kMicrosecond)
+    ->Repetitions(5)
+    ->ReportAggregatesOnly();
+
+// The receiving end of the engine's events, as the client has it: decode, then the handler.
+class EventEnd : public QDBusVirtualObject {
+  public:
+    QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection&) override {
+        std::vector<Variant> args =
+            kw::link::FromWire(kw::link::WireListArgument(message.arguments().value(1)));
+        kw::link::RaiseOnSink(sink, message.arguments().value(0).toString().toStdString(), args);
+        return true;
+    }
+    struct : kw::link::ForwardingSink {
+        using ForwardingSink::ForwardingSink;
+    } sink{[this](const std::string&, std::vector<Variant>&) { ++received; }};
+    int received = 0;
+};
+
+// One statistics event as the engine sends it each second (two arrays of figures), from one
+// connection to the bus to another, read and handed to a handler on the far side.
+void BM_StatisticsEventOverTheBus(benchmark::State& state) {
+    const fs::path dir = Folder("event");
+    {
+        PrivateBus bus(dir, {.engineInstalled = false, .idleMs = 1000, .scenario = {}});
+        QDBusConnection from = bus.Connect(QStringLiteral("bench-engine"));
+        QDBusConnection to = bus.Connect(QStringLiteral("bench-client"));
+        EventEnd end;
+        to.registerVirtualObject(QLatin1String(kw::link::kEventsPath), &end);
+        SafeArray isp = SafeArray::OneDim(0, 11);
+        SafeArray vpn = SafeArray::OneDim(0, 9);
+        for (std::int32_t i = 0; i <= 11; ++i) {
+            isp.Set(i, Variant(1000.5 * i));
+        }
+        for (std::int32_t i = 0; i <= 9; ++i) {
+            vpn.Set(i, Variant(std::int32_t{i * 77}));
+        }
+        const Variant args[] = {Variant(isp), Variant(vpn)};
+        for (auto _ : state) {
+            QDBusMessage event = QDBusMessage::createMethodCall(
+                to.baseService(), QLatin1String(kw::link::kEventsPath),
+                QLatin1String(kw::link::kEventsInterface), QStringLiteral("Raise"));
+            event.setArguments({QStringLiteral("GetConnectionStatistics"),
+                                QVariant::fromValue(kw::link::ToWire(args))});
+            const int before = end.received;
+            from.send(event);
+            while (end.received == before) {
+                QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            }
+        }
+        to.unregisterObject(QLatin1String(kw::link::kEventsPath));
+    }
+    QDBusConnection::disconnectFromBus(QStringLiteral("bench-engine"));
+    QDBusConnection::disconnectFromBus(QStringLiteral("bench-client"));
+    fs::remove_all(dir);
+}
+BENCHMARK(BM_StatisticsEventOverTheBus)
+    ->Unit(benchmark::kMicrosecond)
+    ->Repetitions(5)
+    ->ReportAggregatesOnly();
+
+}  // namespace
+
+BENCHMARK_MAIN();

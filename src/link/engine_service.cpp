@@ -1,0 +1,183 @@
+#include "link/engine_service.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <climits>
+
+#include "link/link_errors.h"
+#include "link/wire.h"
+#include "platform/automation/failure.h"
+
+namespace kw::link {
+
+using automation::Failure;
+
+EngineService::EngineService(QDBusConnection bus, std::shared_ptr<dialer::Dravlink> engine,
+                             int idleMs, std::function<bool()> onIdle, Log log)
+    : bus_(std::move(bus)),
+      engine_(std::move(engine)),
+      sink_([this](const std::string& event, std::vector<Variant>& args) { Deliver(event, args); }),
+      watcher_(QString(), bus_, QDBusServiceWatcher::WatchForUnregistration),
+      log_(std::move(log)) {
+    RegisterWireTypes();
+    QObject::connect(&watcher_, &QDBusServiceWatcher::serviceUnregistered,
+                     [this](const QString& client) { Forget(client); });
+    idle_.setSingleShot(true);
+    idle_.setInterval(idleMs);
+    QObject::connect(&idle_, &QTimer::timeout, [this, onIdle = std::move(onIdle)] {
+        if (!clients_.isEmpty() || !onIdle) {
+            return;
+        }
+        if (onIdle()) {
+            Note(QStringLiteral("no client for a while: ending"));
+        } else {
+            idle_.start();
+        }
+    });
+    // Started by the bus for a client that may never come: the same wait applies.
+    idle_.start();
+}
+
+EngineService::~EngineService() {
+    engine_->Unadvise();
+}
+
+QString EngineService::introspect(const QString&) const {
+    return QStringLiteral(
+               "<interface name=\"%1\">"
+               "<method name=\"Attach\"><arg name=\"engine\" type=\"s\" "
+               "direction=\"out\"/></method>"
+               "<method name=\"Advise\"/><method name=\"Unadvise\"/>"
+               "<method name=\"GetIDsOfNames\"><arg name=\"name\" type=\"s\" direction=\"in\"/>"
+               "<arg name=\"id\" type=\"i\" direction=\"out\"/></method>"
+               "<method name=\"Invoke\"><arg name=\"id\" type=\"i\" direction=\"in\"/>"
+               "<arg name=\"arguments\" type=\"a(iv)\" direction=\"in\"/>"
+               "<arg name=\"result\" type=\"(iv)\" direction=\"out\"/>"
+               "<arg name=\"arguments\" type=\"a(iv)\" direction=\"out\"/></method>"
+               "</interface>")
+        .arg(QLatin1String(kInterface));
+}
+
+bool EngineService::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
+    if (message.interface() != QLatin1String(kInterface)) {
+        return false;
+    }
+    Track(message.service());
+    QDBusMessage reply;
+    try {
+        reply = Handle(message);
+    } catch (const Failure& failure) {
+        reply = FailureReply(message, failure);
+    }
+    if (reply.type() == QDBusMessage::InvalidMessage) {
+        return false;
+    }
+    connection.send(reply);
+    return true;
+}
+
+QDBusMessage EngineService::Handle(const QDBusMessage& message) {
+    const QString member = message.member();
+    const QList<QVariant> in = message.arguments();
+    if (member == QLatin1String("Attach")) {
+        return message.createReply(bus_.baseService());
+    }
+    if (member == QLatin1String("Advise")) {
+        advised_.removeAll(message.service());
+        advised_.append(message.service());
+        engine_->Advise(&sink_);
+        return message.createReply();
+    }
+    if (member == QLatin1String("Unadvise")) {
+        advised_.removeAll(message.service());
+        if (advised_.isEmpty()) {
+            engine_->Unadvise();
+        }
+        return message.createReply();
+    }
+    if (member == QLatin1String("GetIDsOfNames") && in.size() == 1) {
+        return message.createReply(
+            QVariant::fromValue(engine_->GetIDsOfNames(in[0].toString().toStdString())));
+    }
+    if (member == QLatin1String("Invoke") && in.size() == 2 &&
+        in[0].metaType().id() == QMetaType::Int) {
+        std::vector<Variant> args = FromWire(WireListArgument(in[1]));
+        // The operation may wait on a prompt: calls of other clients are served meanwhile.
+        const Variant result = engine_->Invoke(in[0].toInt(), args);
+        return message.createReply(
+            {QVariant::fromValue(WireValue{result}), QVariant::fromValue(ToWire(args))});
+    }
+    return message.createErrorReply(
+        QDBusError::UnknownMethod, QStringLiteral("No method %1 with these arguments").arg(member));
+}
+
+void EngineService::Deliver(const std::string& event, std::vector<Variant>& args) {
+    if (advised_.isEmpty()) {
+        if (IsPrompt(event)) {
+            CancelPrompt(event, args);
+        }
+        return;
+    }
+    const QString client = advised_.last();
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(client, QLatin1String(kEventsPath),
+                                       QLatin1String(kEventsInterface), QStringLiteral("Raise"));
+    call.setArguments({QString::fromStdString(event), QVariant::fromValue(ToWire(args))});
+    if (!IsPrompt(event)) {
+        // Told in the order raised; the engine goes on at once.
+        bus_.send(call);
+        return;
+    }
+    // The user may take as long as they like; calls, timers and further events run meanwhile.
+    const QDBusMessage reply = bus_.call(call, QDBus::BlockWithGui, INT_MAX);
+    try {
+        if (reply.type() == QDBusMessage::ReplyMessage && reply.arguments().size() == 1) {
+            std::vector<Variant> answered = FromWire(WireListArgument(reply.arguments()[0]));
+            if (answered.size() == args.size()) {
+                args = std::move(answered);
+                return;
+            }
+        }
+    } catch (const Failure&) {
+    }
+    Note(QStringLiteral("%1 was not answered (%2): taken as a cancel")
+             .arg(QString::fromStdString(event), reply.errorName()));
+    CancelPrompt(event, args);
+}
+
+void EngineService::Track(const QString& client) {
+    if (client.isEmpty() || clients_.contains(client)) {
+        return;
+    }
+    clients_.append(client);
+    watcher_.addWatchedService(client);
+    idle_.stop();
+    Note(QStringLiteral("client %1 came (%2 now)").arg(client).arg(clients_.size()));
+    // It may have gone before the watch was set.
+    if (!bus_.interface()->isServiceRegistered(client).value()) {
+        Forget(client);
+    }
+}
+
+void EngineService::Forget(const QString& client) {
+    watcher_.removeWatchedService(client);
+    if (!clients_.removeAll(client)) {
+        return;
+    }
+    advised_.removeAll(client);
+    if (advised_.isEmpty()) {
+        engine_->Unadvise();
+    }
+    Note(QStringLiteral("client %1 went (%2 left)").arg(client).arg(clients_.size()));
+    if (clients_.isEmpty()) {
+        idle_.start();
+    }
+}
+
+void EngineService::Note(const QString& text) const {
+    if (log_) {
+        log_(text);
+    }
+}
+
+}  // namespace kw::link

@@ -1,0 +1,235 @@
+// Automation values through a real bus and back: an echo on one connection, a caller on another.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
+#include <climits>
+#include <limits>
+
+#include "link/private_bus.h"
+#include "link/wire.h"
+#include "platform/automation/failure.h"
+#include "platform/automation/safe_array.h"
+
+namespace kw::link::testing {
+namespace {
+
+using automation::Failure;
+using automation::SafeArray;
+using automation::Variant;
+
+// A value as a faulty peer might write it: any kind with any payload.
+struct RawValue {
+    int kind = 0;
+    QVariant payload;
+};
+// An array as a faulty peer might write it.
+struct RawArray {
+    int elementType = 12;
+    QList<int> bounds;
+    QList<RawValue> elements;
+};
+
+}  // namespace
+}  // namespace kw::link::testing
+
+Q_DECLARE_METATYPE(kw::link::testing::RawValue)
+Q_DECLARE_METATYPE(kw::link::testing::RawArray)
+
+namespace kw::link::testing {
+namespace {
+
+QDBusArgument& operator<<(QDBusArgument& arg, const RawValue& v) {
+    arg.beginStructure();
+    arg << v.kind << QDBusVariant(v.payload);
+    arg.endStructure();
+    return arg;
+}
+const QDBusArgument& operator>>(const QDBusArgument& arg, RawValue& v) {
+    QDBusVariant payload;
+    arg.beginStructure();
+    arg >> v.kind >> payload;
+    arg.endStructure();
+    v.payload = payload.variant();
+    return arg;
+}
+QDBusArgument& operator<<(QDBusArgument& arg, const RawArray& a) {
+    arg.beginStructure();
+    arg << a.elementType << a.bounds << a.elements;
+    arg.endStructure();
+    return arg;
+}
+const QDBusArgument& operator>>(const QDBusArgument& arg, RawArray& a) {
+    arg.beginStructure();
+    arg >> a.elementType >> a.bounds >> a.elements;
+    arg.endStructure();
+    return arg;
+}
+
+// Reads the values it is sent and sends them back as it read them.
+class Echo : public QDBusVirtualObject {
+  public:
+    QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+        try {
+            const auto values = FromWire(WireListArgument(message.arguments().value(0)));
+            connection.send(message.createReply(QVariant::fromValue(ToWire(values))));
+        } catch (const Failure& failure) {
+            connection.send(message.createErrorReply(
+                QStringLiteral("test.Refused"), QString::fromStdString(failure.Description())));
+        }
+        return true;
+    }
+};
+
+class WireTest : public ::testing::Test {
+  protected:
+    static void SetUpTestSuite() {
+        const auto dir =
+            std::filesystem::temp_directory_path() / ("kw-wire-" + std::to_string(::getpid()));
+        std::filesystem::remove_all(dir);
+        bus_ = new PrivateBus(dir, {.engineInstalled = false, .scenario = {}});
+        qDBusRegisterMetaType<RawValue>();
+        qDBusRegisterMetaType<QList<RawValue>>();
+        qDBusRegisterMetaType<RawArray>();
+        server_ = new QDBusConnection(bus_->Connect(QStringLiteral("echo-server")));
+        server_->registerVirtualObject(QStringLiteral("/echo"), &echo_);
+        client_ = new QDBusConnection(bus_->Connect(QStringLiteral("echo-client")));
+    }
+    static void TearDownTestSuite() {
+        delete client_;
+        delete server_;
+        delete bus_;
+    }
+
+    static QDBusMessage Send(const QVariant& argument) {
+        QDBusMessage call =
+            QDBusMessage::createMethodCall(server_->baseService(), "/echo", "test.Echo", "Echo");
+        call << argument;
+        return client_->call(call, QDBus::BlockWithGui, 10000);
+    }
+    // The value after a trip there and back.
+    static Variant RoundTrip(const Variant& v) {
+        const QDBusMessage reply = Send(QVariant::fromValue(ToWire(std::span(&v, 1))));
+        EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
+        const auto back = FromWire(WireListArgument(reply.arguments().value(0)));
+        EXPECT_EQ(back.size(), 1u);
+        return back.empty() ? Variant() : back[0];
+    }
+    // What the echo says to values a faulty peer wrote.
+    static QDBusMessage SendRaw(const QList<RawValue>& values) {
+        return Send(QVariant::fromValue(values));
+    }
+
+    static inline PrivateBus* bus_ = nullptr;
+    static inline QDBusConnection* server_ = nullptr;
+    static inline QDBusConnection* client_ = nullptr;
+    static inline Echo echo_;
+};
+
+TEST_F(WireTest, EveryScalarKindComesBackWithItsTypeAndValue) {
+    const std::vector<Variant> values = {
+        Variant(),
+        Variant::Null(),
+        Variant(std::int16_t{-32768}),
+        Variant(std::int32_t{INT32_MIN}),
+        Variant(0.1f),
+        Variant(std::numeric_limits<float>::max()),
+        Variant(-1.0e300),
+        Variant(std::string("caf\xe9 \"quoted\"\n")),
+        Variant(std::string("nul\0inside", 10)),
+        Variant(std::string()),
+        Variant(true),
+        Variant(false),
+    };
+    for (const Variant& v : values) {
+        const Variant back = RoundTrip(v);
+        EXPECT_EQ(back.Type(), v.Type()) << automation::TypeName(v);
+        EXPECT_TRUE(back == v) << automation::TypeName(v) << " "
+                               << (v.IsNull() ? "" : v.ToString());
+    }
+}
+
+TEST_F(WireTest, AOneDimensionalArrayKeepsItsBoundsAndElementTypes) {
+    SafeArray a = SafeArray::OneDim(3, 6);
+    a.Set(3, Variant("text"));
+    a.Set(4, Variant(std::int32_t{7}));
+    a.Set(5, Variant(2.5));
+    // a.Get(6) stays Empty
+    const Variant back = RoundTrip(Variant(a));
+    ASSERT_TRUE(back.IsArray());
+    EXPECT_EQ(back.ToArray().LBound(), 3);
+    EXPECT_EQ(back.ToArray().UBound(), 6);
+    EXPECT_TRUE(back == Variant(a));
+
+    SafeArray names = SafeArray::OneDim(0, 1, SafeArray::ElementType::String);
+    names.Set(0, Variant("Home"));
+    const Variant backNames = RoundTrip(Variant(names));
+    EXPECT_EQ(backNames.ToArray().Element(), SafeArray::ElementType::String);
+    EXPECT_EQ(automation::TypeName(backNames), "String()");
+}
+
+TEST_F(WireTest, ATwoDimensionalArrayWithNonZeroLowerBoundsKeepsEachCellInPlace) {
+    SafeArray table = SafeArray::TwoDim(-2, 0, 5, 7);
+    for (std::int32_t row = -2; row <= 0; ++row) {
+        for (std::int32_t field = 5; field <= 7; ++field) {
+            table.Set(row, field, Variant(std::to_string(row) + ":" + std::to_string(field)));
+        }
+    }
+    SafeArray inner = SafeArray::OneDim(1, 1);
+    inner.Set(1, Variant(std::int16_t{9}));
+    table.Set(-1, 6, Variant(inner));  // an array inside an array
+    const Variant back = RoundTrip(Variant(table));
+    ASSERT_TRUE(back.IsArray());
+    const SafeArray& b = back.ToArray();
+    EXPECT_EQ(b.Dims(), 2);
+    EXPECT_EQ(b.LBound(1), -2);
+    EXPECT_EQ(b.UBound(1), 0);
+    EXPECT_EQ(b.LBound(2), 5);
+    EXPECT_EQ(b.UBound(2), 7);
+    EXPECT_EQ(b.Get(0, 5).ToString(), "0:5");
+    EXPECT_EQ(b.Get(-2, 7).ToString(), "-2:7");
+    EXPECT_TRUE(b.Get(-1, 6) == Variant(inner));
+    EXPECT_TRUE(b == table);
+    EXPECT_TRUE(RoundTrip(Variant(SafeArray())) == Variant(SafeArray())) << "an empty array";
+}
+
+TEST_F(WireTest, AnObjectReferenceIsRefusedBeforeAnythingIsSent) {
+    SafeArray holder = SafeArray::OneDim(0, 0);
+    holder.Set(0, Variant(std::make_shared<automation::Object>()));
+    for (const Variant& v : {Variant(std::make_shared<automation::Object>()), Variant(holder)}) {
+        try {
+            ToWire(std::span(&v, 1));
+            ADD_FAILURE() << "an object reference was marshalled";
+        } catch (const Failure& failure) {
+            EXPECT_EQ(failure.Number(), automation::err::kTypeMismatch);
+            EXPECT_NE(failure.Description().find("object reference"), std::string::npos);
+        }
+    }
+}
+
+TEST_F(WireTest, MalformedValuesAreRefusedByTheReader) {
+    const auto array = [](RawArray a) { return QVariant::fromValue(a); };
+    const std::vector<std::pair<std::string, RawValue>> cases = {
+        {"a Long that carries text", {3, QVariant::fromValue(QString("12"))}},
+        {"an unknown kind", {77, QVariant::fromValue(false)}},
+        {"a Single out of range", {4, QVariant::fromValue(1.0e300)}},
+        {"bounds for three elements with two sent",
+         {0x2000, array({12, {0, 2}, {{3, QVariant::fromValue(1)}, {3, QVariant::fromValue(2)}}})}},
+        {"three dimensions", {0x2000, array({12, {0, 0, 0, 0, 0, 0}, {{0, QVariant(false)}}})}},
+        {"an upper bound below the lower one", {0x2000, array({12, {5, 3}, {}})}},
+        {"a malformed element",
+         {0x2000, array({12, {0, 0}, {{2, QVariant::fromValue(QString())}}})}},
+    };
+    for (const auto& [what, raw] : cases) {
+        const QDBusMessage reply = SendRaw({raw});
+        EXPECT_EQ(reply.type(), QDBusMessage::ErrorMessage) << what;
+        EXPECT_EQ(reply.errorName(), "test.Refused") << what;
+    }
+}
+
+}  // namespace
+}  // namespace kw::link::testing
