@@ -17,6 +17,7 @@
 #include "platform/headless/headless_platform.h"
 #include "platform/registry/registry.h"
 #include "support/scripted_engine.h"
+#include "user_on_record.h"
 
 namespace {
 
@@ -24,18 +25,7 @@ namespace fs = std::filesystem;
 using namespace kw::dialer;
 
 void BM_StatusLineAtMegabytes(benchmark::State& state) {
-    // A user on record, in a hive of the benchmark's own, so that nothing asks for a login.
-    const fs::path home = fs::temp_directory_path() / ("kw-bench-rx-" + std::to_string(::getpid()));
-    fs::create_directories(home);
-    kw::registry::Configure({(home / "user.reg").string(), (home / "system.reg").string()});
-    kw::registry::HKEY key = nullptr;
-    kw::registry::RegCreateKeyExA(kw::registry::HKEY_CURRENT_USER, settings::kUserKey, 0, nullptr,
-                                  0, kw::registry::KEY_ALL_ACCESS, nullptr, &key, nullptr);
-    const std::string user = "anna";
-    kw::registry::RegSetValueExA(key, settings::kUserName, 0, kw::registry::REG_SZ,
-                                 reinterpret_cast<const kw::registry::BYTE*>(user.c_str()),
-                                 static_cast<kw::registry::DWORD>(user.size() + 1));
-    kw::registry::RegCloseKey(key);
+    const fs::path home = kw::bench::HomeWithUserOnRecord();
     kw::headless::HeadlessPlatform platform;
     platform.AnswerBoxes([](const kw::headless::BoxRecord&) { return kw::forms::mb::kResultOk; });
     auto engine = std::make_shared<kw::test::ScriptedEngine>();

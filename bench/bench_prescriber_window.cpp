@@ -23,6 +23,7 @@
 #include "platform/qt/qt_platform.h"
 #include "platform/registry/registry.h"
 #include "support/scripted_engine.h"
+#include "user_on_record.h"
 
 namespace {
 
@@ -41,18 +42,8 @@ Variant Names(std::initializer_list<const char*> names) {
 }
 
 void BM_StatusLineInTheWindowAtKilobytes(benchmark::State& state) {
-    const fs::path home = fs::temp_directory_path() / ("kw-bench-rx-" + std::to_string(::getpid()));
-    fs::create_directories(home);
-    kw::registry::Configure({(home / "user.reg").string(), (home / "system.reg").string()});
-    // A user on record and an engine with destinations, so that the start asks nothing.
-    kw::registry::HKEY key = nullptr;
-    kw::registry::RegCreateKeyExA(kw::registry::HKEY_CURRENT_USER, settings::kUserKey, 0, nullptr,
-                                  0, kw::registry::KEY_ALL_ACCESS, nullptr, &key, nullptr);
-    const std::string user = "anna";
-    kw::registry::RegSetValueExA(key, settings::kUserName, 0, kw::registry::REG_SZ,
-                                 reinterpret_cast<const kw::registry::BYTE*>(user.c_str()),
-                                 static_cast<kw::registry::DWORD>(user.size() + 1));
-    kw::registry::RegCloseKey(key);
+    const fs::path home = kw::bench::HomeWithUserOnRecord();
+    // An engine with destinations, so that the start asks nothing.
     auto engine = std::make_shared<kw::test::ScriptedEngine>();
     engine->Default("GetPhoneList", Variant(true), {{0, Names({"Corporate", "Lab"})}});
     engine->Default("GetLocationList", Variant(true), {{0, Names({"Home", "Hotel"})}});
