@@ -1,13 +1,18 @@
-// The engine over the session bus against the engine in the process: the round trip of a small
-// call. Each run over the bus starts a session bus of its own, and the bus starts dravlinkd.
+// The engine in its own process against the engine in the process: the round trip of a small
+// call, over the engine's direct connection (as the client makes it) and through the bus daemon
+// (as a client that does not join makes it). Each run over the bus starts a session bus of its
+// own, and the bus starts dravlinkd.
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
+#include <climits>
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 #include <QCoreApplication>
 #include <QDBusMessage>
+#include <QDBusServer>
 #include <QDBusVirtualObject>
 #include "client/ui/dialer/engine/dravlink.h"
 #include "dravlink/simulator.h"
@@ -53,17 +58,50 @@ void SmallCall(benchmark::State& state, kw::dialer::Dravlink& engine) {
     }
 }
 
-void BM_SmallCallOverTheBus(benchmark::State& state) {
-    const fs::path dir = Folder("bus");
+void BM_SmallCallToTheEngineProcess(benchmark::State& state) {
+    const fs::path dir = Folder("direct");
     {
         PrivateBus bus(dir, {.engineInstalled = true, .idleMs = 1000, .scenario = {}});
         kw::link::BusDravlink engine(nullptr, bus.Address());
+        if (!engine.Direct()) {
+            state.SkipWithError("the engine offered no direct connection");
+        }
         LogOn(engine);
         SmallCall(state, engine);
     }
     fs::remove_all(dir);
 }
-BENCHMARK(BM_SmallCallOverTheBus)
+BENCHMARK(BM_SmallCallToTheEngineProcess)
+    ->Unit(benchmark::kMicrosecond)
+    ->Repetitions(5)
+    ->ReportAggregatesOnly();
+
+// The same call as the late-bound Invoke a client sends when it stays on the bus.
+void BM_SmallCallThroughTheBusDaemon(benchmark::State& state) {
+    const fs::path dir = Folder("bus");
+    {
+        PrivateBus bus(dir, {.engineInstalled = true, .idleMs = 1000, .scenario = {}});
+        kw::link::BusDravlink engine(nullptr, bus.Address());
+        LogOn(engine);
+        QDBusConnection raw = bus.Connect(QStringLiteral("bench-raw"));
+        const Variant args[] = {Variant("Standard 33600 bps Modem")};
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            engine.EngineBusName(), QLatin1String(kw::link::kObjectPath),
+            QLatin1String(kw::link::kInterface), QStringLiteral("Invoke"));
+        call.setArguments({QVariant::fromValue(engine.GetIDsOfNames("GetLinkSpeed")),
+                           QVariant::fromValue(kw::link::ToWire(args))});
+        for (auto _ : state) {
+            const QDBusMessage reply = raw.call(call, QDBus::BlockWithGui, INT_MAX);
+            if (reply.type() != QDBusMessage::ReplyMessage) {
+                state.SkipWithError("the engine refused the call");
+                break;
+            }
+        }
+    }
+    QDBusConnection::disconnectFromBus(QStringLiteral("bench-raw"));
+    fs::remove_all(dir);
+}
+BENCHMARK(BM_SmallCallThroughTheBusDaemon)
     ->Unit(benchmark::kMicrosecond)
     ->Repetitions(5)
     ->ReportAggregatesOnly();
@@ -103,44 +141,73 @@ class EventEnd : public QDBusVirtualObject {
     int received = 0;
 };
 
-// One statistics event as the engine sends it each second (two arrays of figures), from one
-// connection to the bus to another, read and handed to a handler on the far side.
-void BM_StatisticsEventOverTheBus(benchmark::State& state) {
+// One statistics event as the engine sends it each second (two arrays of figures): sent from one
+// connection, read and handed to a handler on the far side. destination: the receiver's name on
+// a bus, empty on a direct connection.
+void SendStatistics(benchmark::State& state, QDBusConnection& from, QDBusConnection& to,
+                    const QString& destination) {
+    EventEnd end;
+    to.registerVirtualObject(QLatin1String(kw::link::kEventsPath), &end);
+    SafeArray isp = SafeArray::OneDim(0, 11);
+    SafeArray vpn = SafeArray::OneDim(0, 9);
+    for (std::int32_t i = 0; i <= 11; ++i) {
+        isp.Set(i, Variant(1000.5 * i));
+    }
+    for (std::int32_t i = 0; i <= 9; ++i) {
+        vpn.Set(i, Variant(std::int32_t{i * 77}));
+    }
+    const Variant args[] = {Variant(isp), Variant(vpn)};
+    for (auto _ : state) {
+        QDBusMessage event = QDBusMessage::createMethodCall(
+            destination, QLatin1String(kw::link::kEventsPath),
+            QLatin1String(kw::link::kEventsInterface), QStringLiteral("Raise"));
+        event.setArguments({QStringLiteral("GetConnectionStatistics"),
+                            QVariant::fromValue(kw::link::ToWire(args))});
+        const int before = end.received;
+        from.send(event);
+        while (end.received == before) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+    }
+    to.unregisterObject(QLatin1String(kw::link::kEventsPath));
+}
+
+void BM_StatisticsEventDirect(benchmark::State& state) {
+    kw::link::testing::EnsureEventLoop();
+    kw::link::RegisterWireTypes();
+    {
+        QDBusServer server(QStringLiteral("unix:tmpdir=/tmp"));
+        std::optional<QDBusConnection> engineEnd;
+        QObject::connect(&server, &QDBusServer::newConnection,
+                         [&](const QDBusConnection& c) { engineEnd = c; });
+        QDBusConnection clientEnd =
+            QDBusConnection::connectToPeer(server.address(), QStringLiteral("bench-direct"));
+        while (!engineEnd) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+        SendStatistics(state, *engineEnd, clientEnd, QString());
+        QDBusConnection::disconnectFromPeer(engineEnd->name());
+    }
+    QDBusConnection::disconnectFromPeer(QStringLiteral("bench-direct"));
+}
+BENCHMARK(BM_StatisticsEventDirect)
+    ->Unit(benchmark::kMicrosecond)
+    ->Repetitions(5)
+    ->ReportAggregatesOnly();
+
+void BM_StatisticsEventThroughTheBusDaemon(benchmark::State& state) {
     const fs::path dir = Folder("event");
     {
         PrivateBus bus(dir, {.engineInstalled = false, .idleMs = 1000, .scenario = {}});
         QDBusConnection from = bus.Connect(QStringLiteral("bench-engine"));
         QDBusConnection to = bus.Connect(QStringLiteral("bench-client"));
-        EventEnd end;
-        to.registerVirtualObject(QLatin1String(kw::link::kEventsPath), &end);
-        SafeArray isp = SafeArray::OneDim(0, 11);
-        SafeArray vpn = SafeArray::OneDim(0, 9);
-        for (std::int32_t i = 0; i <= 11; ++i) {
-            isp.Set(i, Variant(1000.5 * i));
-        }
-        for (std::int32_t i = 0; i <= 9; ++i) {
-            vpn.Set(i, Variant(std::int32_t{i * 77}));
-        }
-        const Variant args[] = {Variant(isp), Variant(vpn)};
-        for (auto _ : state) {
-            QDBusMessage event = QDBusMessage::createMethodCall(
-                to.baseService(), QLatin1String(kw::link::kEventsPath),
-                QLatin1String(kw::link::kEventsInterface), QStringLiteral("Raise"));
-            event.setArguments({QStringLiteral("GetConnectionStatistics"),
-                                QVariant::fromValue(kw::link::ToWire(args))});
-            const int before = end.received;
-            from.send(event);
-            while (end.received == before) {
-                QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-            }
-        }
-        to.unregisterObject(QLatin1String(kw::link::kEventsPath));
+        SendStatistics(state, from, to, to.baseService());
     }
     QDBusConnection::disconnectFromBus(QStringLiteral("bench-engine"));
     QDBusConnection::disconnectFromBus(QStringLiteral("bench-client"));
     fs::remove_all(dir);
 }
-BENCHMARK(BM_StatisticsEventOverTheBus)
+BENCHMARK(BM_StatisticsEventThroughTheBusDaemon)
     ->Unit(benchmark::kMicrosecond)
     ->Repetitions(5)
     ->ReportAggregatesOnly();

@@ -60,7 +60,7 @@ class EventReceiver : public QDBusVirtualObject {
             return false;
         }
         // Only the engine this client reached may raise its events.
-        if (message.service() != engine_.EngineBusName() || message.arguments().size() != 2) {
+        if (!engine_.FromEngine(message, connection) || message.arguments().size() != 2) {
             connection.send(message.createErrorReply(QDBusError::AccessDenied,
                                                      QStringLiteral("Not this client's engine")));
             return true;
@@ -119,33 +119,76 @@ BusDravlink::BusDravlink(forms::Platform* platform, const QString& busAddress)
     // noticed rather than silently replaced by a fresh one.
     try {
         const QDBusMessage reply = CallEngine(QStringLiteral("Attach"), {});
-        if (reply.arguments().size() != 1) {
+        if (reply.arguments().size() != 2) {
             throw Failure(linkerr::kCallFailed, "The engine answered Attach with nothing");
         }
         engine_ = reply.arguments()[0].toString();
+        stage_ = LinkStage::Bound;
+        JoinDirectly(reply.arguments()[1].toString());
     } catch (...) {
         bus_.unregisterObject(QLatin1String(kEventsPath));
         QDBusConnection::disconnectFromBus(connectionName_);
         throw;
     }
-    stage_ = LinkStage::Bound;
 }
 
 BusDravlink::~BusDravlink() {
+    LeaveDirect();
     bus_.unregisterObject(QLatin1String(kEventsPath));
     QDBusConnection::disconnectFromBus(connectionName_);
 }
 
+bool BusDravlink::FromEngine(const QDBusMessage& message, const QDBusConnection& connection) const {
+    if (direct_ && connection.name() == direct_->name()) {
+        return true;
+    }
+    return !engine_.isEmpty() && message.service() == engine_;
+}
+
+void BusDravlink::JoinDirectly(const QString& address) {
+    if (address.isEmpty()) {
+        return;
+    }
+    // Anything that goes wrong here leaves the link on the bus, which works, only slower.
+    direct_ = QDBusConnection::connectToPeer(address, connectionName_ + QStringLiteral("-direct"));
+    if (direct_->isConnected() &&
+        direct_->registerVirtualObject(QLatin1String(kEventsPath), receiver_.get())) {
+        QDBusMessage join =
+            QDBusMessage::createMethodCall(QString(), QLatin1String(kObjectPath),
+                                           QLatin1String(kInterface), QStringLiteral("Join"));
+        join.setArguments({bus_.baseService()});
+        if (direct_->call(join, QDBus::BlockWithGui, INT_MAX).type() ==
+            QDBusMessage::ReplyMessage) {
+            return;
+        }
+    }
+    LeaveDirect();
+}
+
+void BusDravlink::LeaveDirect() {
+    if (!direct_) {
+        return;
+    }
+    direct_->unregisterObject(QLatin1String(kEventsPath));
+    const QString name = direct_->name();
+    direct_.reset();
+    QDBusConnection::disconnectFromPeer(name);
+}
+
 QDBusMessage BusDravlink::CallEngine(const QString& method, const QList<QVariant>& arguments) {
-    const QString target = engine_.isEmpty() ? QLatin1String(kServiceName) : engine_;
+    QString target = engine_.isEmpty() ? QLatin1String(kServiceName) : engine_;
+    if (direct_) {
+        target.clear();  // a direct connection has no names to address
+    }
     QDBusMessage message = QDBusMessage::createMethodCall(target, QLatin1String(kObjectPath),
                                                           QLatin1String(kInterface), method);
     message.setArguments(arguments);
     // No time-out: an operation may wait on a prompt that waits on the user. BlockWithGui lets
     // the engine's events, its prompts and this program's timers run meanwhile.
-    QDBusMessage reply = bus_.call(message, QDBus::BlockWithGui, INT_MAX);
+    QDBusConnection& via = direct_ ? *direct_ : bus_;
+    QDBusMessage reply = via.call(message, QDBus::BlockWithGui, INT_MAX);
     if (reply.type() != QDBusMessage::ReplyMessage) {
-        throw FailureFromBusError(reply, stage_);
+        throw FailureFromBusError(reply, direct_ ? LinkStage::Direct : stage_);
     }
     return reply;
 }

@@ -4,6 +4,7 @@
 #include <QString>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "client/ui/dialer/engine/dravlink.h"
@@ -26,7 +27,8 @@ inline constexpr const char* kBusEngineName = "dravlink.dbus";
 // late-bound call (Invoke by dispatch id, arguments by reference both ways); events come back to
 // a receiver on this client's connection and reach the sink on the user interface's thread. A
 // call lets the event loop run while it waits, so the engine's prompts, further events and timers
-// are handled inside it, as they are when the engine is in the process.
+// are handled inside it, as they are when the engine is in the process. Once the bus has found the
+// engine, calls and events take the engine's direct connection when it offers one.
 class BusDravlink : public dialer::Dravlink {
   public:
     // Reaches the engine, starting it through the bus when it is not running: fails with a link
@@ -85,15 +87,22 @@ class BusDravlink : public dialer::Dravlink {
 
     // The engine's own name on the bus, once reached.
     const QString& EngineBusName() const { return engine_; }
+    // Whether calls and events go over a connection straight to the engine.
+    bool Direct() const { return direct_.has_value(); }
+    // Whether a message came from the engine this client reached.
+    bool FromEngine(const QDBusMessage& message, const QDBusConnection& connection) const;
 
   private:
     QDBusMessage CallEngine(const QString& method, const QList<QVariant>& arguments);
+    void JoinDirectly(const QString& address);
+    void LeaveDirect();
     template <typename... Args>
     Variant Call(std::int32_t id, Args&... args);
 
     QString connectionName_;
     QDBusConnection bus_;
     QString engine_;  // the unique name of the engine's connection, once it answered
+    std::optional<QDBusConnection> direct_;
     LinkStage stage_ = LinkStage::Reaching;
     std::map<std::string, std::int32_t> ids_;
     std::unique_ptr<EventReceiver> receiver_;

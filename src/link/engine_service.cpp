@@ -2,6 +2,7 @@
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QFileInfo>
 #include <climits>
 
 #include "link/link_errors.h"
@@ -12,14 +13,30 @@ namespace kw::link {
 
 using automation::Failure;
 
+namespace {
+
+// An abstract socket in the user's runtime folder's name space: nothing is left behind when the
+// engine is killed, and the server takes only connections that prove to be this same user.
+QString ListenAddress() {
+    const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    const bool usable = !runtime.isEmpty() && QFileInfo(runtime).isDir();
+    return QStringLiteral("unix:tmpdir=") + (usable ? runtime : QStringLiteral("/tmp"));
+}
+
+}  // namespace
+
 EngineService::EngineService(QDBusConnection bus, std::shared_ptr<dialer::Dravlink> engine,
                              int idleMs, std::function<bool()> onIdle, Log log)
     : bus_(std::move(bus)),
       engine_(std::move(engine)),
       sink_([this](const std::string& event, std::vector<Variant>& args) { Deliver(event, args); }),
       watcher_(QString(), bus_, QDBusServiceWatcher::WatchForUnregistration),
+      peers_(ListenAddress()),
       log_(std::move(log)) {
     RegisterWireTypes();
+    QObject::connect(&peers_, &QDBusServer::newConnection, [this](QDBusConnection peer) {
+        peer.registerVirtualObject(QLatin1String(kObjectPath), this);
+    });
     QObject::connect(&watcher_, &QDBusServiceWatcher::serviceUnregistered,
                      [this](const QString& client) { Forget(client); });
     idle_.setSingleShot(true);
@@ -40,13 +57,22 @@ EngineService::EngineService(QDBusConnection bus, std::shared_ptr<dialer::Dravli
 
 EngineService::~EngineService() {
     engine_->Unadvise();
+    for (const auto& [client, peer] : peerOf_) {
+        QDBusConnection::disconnectFromPeer(peer);
+    }
+}
+
+QString EngineService::PeerAddress() const {
+    return peers_.isConnected() ? peers_.address() : QString();
 }
 
 QString EngineService::introspect(const QString&) const {
     return QStringLiteral(
                "<interface name=\"%1\">"
-               "<method name=\"Attach\"><arg name=\"engine\" type=\"s\" "
-               "direction=\"out\"/></method>"
+               "<method name=\"Attach\"><arg name=\"engine\" type=\"s\" direction=\"out\"/>"
+               "<arg name=\"direct\" type=\"s\" direction=\"out\"/></method>"
+               "<method name=\"Join\"><arg name=\"client\" type=\"s\" direction=\"in\"/>"
+               "</method>"
                "<method name=\"Advise\"/><method name=\"Unadvise\"/>"
                "<method name=\"GetIDsOfNames\"><arg name=\"name\" type=\"s\" direction=\"in\"/>"
                "<arg name=\"id\" type=\"i\" direction=\"out\"/></method>"
@@ -62,10 +88,11 @@ bool EngineService::handleMessage(const QDBusMessage& message, const QDBusConnec
     if (message.interface() != QLatin1String(kInterface)) {
         return false;
     }
-    Track(message.service());
+    const QString client = ClientOf(message, connection);
+    Track(client);
     QDBusMessage reply;
     try {
-        reply = Handle(message);
+        reply = Handle(message, client, connection);
     } catch (const Failure& failure) {
         reply = FailureReply(message, failure);
     }
@@ -76,20 +103,52 @@ bool EngineService::handleMessage(const QDBusMessage& message, const QDBusConnec
     return true;
 }
 
-QDBusMessage EngineService::Handle(const QDBusMessage& message) {
+QString EngineService::ClientOf(const QDBusMessage& message,
+                                const QDBusConnection& connection) const {
+    if (!message.service().isEmpty()) {
+        return message.service();
+    }
+    for (const auto& [client, peer] : peerOf_) {
+        if (peer == connection.name()) {
+            return client;
+        }
+    }
+    return {};
+}
+
+QDBusMessage EngineService::Handle(const QDBusMessage& message, const QString& client,
+                                   const QDBusConnection& connection) {
     const QString member = message.member();
     const QList<QVariant> in = message.arguments();
+    const bool direct = message.service().isEmpty();
+    if (member == QLatin1String("Join") && direct && in.size() == 1 && client.isEmpty()) {
+        // Only a client that is on the bus now may join: its leaving the bus is how we learn
+        // it went.
+        const QString name = in[0].toString();
+        if (!bus_.interface()->isServiceRegistered(name).value()) {
+            return message.createErrorReply(QDBusError::AccessDenied,
+                                            QStringLiteral("%1 is not on the bus").arg(name));
+        }
+        peerOf_[name] = connection.name();
+        Track(name);
+        Note(QStringLiteral("client %1 joined directly").arg(name));
+        return message.createReply();
+    }
+    if (client.isEmpty()) {
+        return message.createErrorReply(QDBusError::AccessDenied,
+                                        QStringLiteral("Join before calling the engine"));
+    }
     if (member == QLatin1String("Attach")) {
-        return message.createReply(bus_.baseService());
+        return message.createReply({bus_.baseService(), PeerAddress()});
     }
     if (member == QLatin1String("Advise")) {
-        advised_.removeAll(message.service());
-        advised_.append(message.service());
+        advised_.removeAll(client);
+        advised_.append(client);
         engine_->Advise(&sink_);
         return message.createReply();
     }
     if (member == QLatin1String("Unadvise")) {
-        advised_.removeAll(message.service());
+        advised_.removeAll(client);
         if (advised_.isEmpty()) {
             engine_->Unadvise();
         }
@@ -118,18 +177,19 @@ void EngineService::Deliver(const std::string& event, std::vector<Variant>& args
         }
         return;
     }
-    const QString client = advised_.last();
+    QString destination;
+    QDBusConnection via = ConnectionTo(advised_.last(), destination);
     QDBusMessage call =
-        QDBusMessage::createMethodCall(client, QLatin1String(kEventsPath),
+        QDBusMessage::createMethodCall(destination, QLatin1String(kEventsPath),
                                        QLatin1String(kEventsInterface), QStringLiteral("Raise"));
     call.setArguments({QString::fromStdString(event), QVariant::fromValue(ToWire(args))});
     if (!IsPrompt(event)) {
         // Told in the order raised; the engine goes on at once.
-        bus_.send(call);
+        via.send(call);
         return;
     }
     // The user may take as long as they like; calls, timers and further events run meanwhile.
-    const QDBusMessage reply = bus_.call(call, QDBus::BlockWithGui, INT_MAX);
+    const QDBusMessage reply = via.call(call, QDBus::BlockWithGui, INT_MAX);
     try {
         if (reply.type() == QDBusMessage::ReplyMessage && reply.arguments().size() == 1) {
             std::vector<Variant> answered = FromWire(WireListArgument(reply.arguments()[0]));
@@ -143,6 +203,14 @@ void EngineService::Deliver(const std::string& event, std::vector<Variant>& args
     Note(QStringLiteral("%1 was not answered (%2): taken as a cancel")
              .arg(QString::fromStdString(event), reply.errorName()));
     CancelPrompt(event, args);
+}
+
+QDBusConnection EngineService::ConnectionTo(const QString& client, QString& destination) const {
+    if (const auto peer = peerOf_.find(client); peer != peerOf_.end()) {
+        return QDBusConnection(peer->second);  // a direct connection has no names to address
+    }
+    destination = client;
+    return bus_;
 }
 
 void EngineService::Track(const QString& client) {
@@ -165,6 +233,10 @@ void EngineService::Forget(const QString& client) {
         return;
     }
     advised_.removeAll(client);
+    if (const auto peer = peerOf_.find(client); peer != peerOf_.end()) {
+        QDBusConnection::disconnectFromPeer(peer->second);
+        peerOf_.erase(peer);
+    }
     if (advised_.isEmpty()) {
         engine_->Unadvise();
     }

@@ -16,22 +16,24 @@ struct Mapping {
     std::string_view errorName;
     int whileReaching;
     int onceBound;
+    int direct;
 };
 
 constexpr std::array kMappings = {
     Mapping{"org.freedesktop.DBus.Error.ServiceUnknown", linkerr::kServerUnavailable,
-            linkerr::kObjectDisconnected},
+            linkerr::kObjectDisconnected, linkerr::kObjectDisconnected},
     Mapping{"org.freedesktop.DBus.Error.NameHasNoOwner", linkerr::kServerUnavailable,
-            linkerr::kObjectDisconnected},
+            linkerr::kObjectDisconnected, linkerr::kObjectDisconnected},
     // The engine's program is missing, would not start, or ended before it took its name.
     Mapping{"org.freedesktop.DBus.Error.Spawn.", linkerr::kServerUnavailable,
-            linkerr::kObjectDisconnected},
+            linkerr::kObjectDisconnected, linkerr::kObjectDisconnected},
     // No answer because the engine left the bus in the middle of the call.
     Mapping{"org.freedesktop.DBus.Error.NoReply", linkerr::kServerUnavailable,
-            linkerr::kObjectDisconnected},
-    // This client's own connection to the bus is gone, or never was.
+            linkerr::kObjectDisconnected, linkerr::kObjectDisconnected},
+    // Over the bus: this client's own connection to the bus is gone, or never was. Over the
+    // direct connection: the engine at its other end went away.
     Mapping{"org.freedesktop.DBus.Error.Disconnected", linkerr::kServerUnavailable,
-            linkerr::kCallFailed},
+            linkerr::kCallFailed, linkerr::kObjectDisconnected},
 };
 
 bool Matches(std::string_view name, std::string_view pattern) {
@@ -54,8 +56,10 @@ automation::Failure FailureFromBusError(const QDBusMessage& reply, LinkStage sta
     }
     for (const Mapping& m : kMappings) {
         if (Matches(name, m.errorName)) {
-            return automation::Failure(stage == LinkStage::Reaching ? m.whileReaching : m.onceBound,
-                                       text);
+            const int number = stage == LinkStage::Reaching ? m.whileReaching
+                               : stage == LinkStage::Bound  ? m.onceBound
+                                                            : m.direct;
+            return automation::Failure(number, text);
         }
     }
     return automation::Failure(linkerr::kCallFailed, name + ": " + text);

@@ -16,8 +16,9 @@ inline constexpr int kCallFailed = static_cast<int>(0x800706BFu);
 }  // namespace linkerr
 
 // Whether the engine had answered this client before the error came: a missing engine means it
-// could not be started before, and that it went away after.
-enum class LinkStage { Reaching, Bound };
+// could not be started before, and that it went away after. Direct: bound, and the call went
+// over the connection straight to the engine, which only breaks when the engine goes.
+enum class LinkStage { Reaching, Bound, Direct };
 
 // The failure an error of the bus stands for. The engine's own failures come back with their
 // number and description; everything else goes through one table of bus error names.

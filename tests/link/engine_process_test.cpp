@@ -40,6 +40,7 @@ TEST_F(EngineProcessTest, AWholeCallRunsInTheEngineProcess) {
     const pid_t pid = bus->EnginePid();
     EXPECT_GT(pid, 0);
     EXPECT_NE(pid, ::getpid()) << "the engine is a process of its own";
+    EXPECT_TRUE(engine->Direct()) << "once the bus found the engine, calls skip the bus daemon";
 
     const std::int32_t handle = Dial(*engine, listener);
     EXPECT_GT(handle, 0);
@@ -182,6 +183,7 @@ TEST_F(EngineProcessTest, ASecondClientOfTheUserGetsTheSameEngine) {
 
     BusDravlink second(nullptr, bus->Address());
     EXPECT_EQ(second.EngineBusName(), engine->EngineBusName());
+    EXPECT_TRUE(second.Direct());
     EXPECT_EQ(bus->EnginePid(), first);
     Variant list;
     // No logon of its own: the engine is the one the first client logged on to.
