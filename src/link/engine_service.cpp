@@ -177,8 +177,15 @@ void EngineService::Deliver(const std::string& event, std::vector<Variant>& args
         }
         return;
     }
+    const QString client = advised_.last();
     QString destination;
-    QDBusConnection via = ConnectionTo(advised_.last(), destination);
+    QDBusConnection via = ConnectionTo(client, destination);
+    if (!via.isConnected()) {
+        // Its direct connection broke before the bus told us it left: it is gone.
+        Forget(client);
+        Deliver(event, args);
+        return;
+    }
     QDBusMessage call =
         QDBusMessage::createMethodCall(destination, QLatin1String(kEventsPath),
                                        QLatin1String(kEventsInterface), QStringLiteral("Raise"));
@@ -202,6 +209,9 @@ void EngineService::Deliver(const std::string& event, std::vector<Variant>& args
     }
     Note(QStringLiteral("%1 was not answered (%2): taken as a cancel")
              .arg(QString::fromStdString(event), reply.errorName()));
+    if (!via.isConnected()) {
+        Forget(client);
+    }
     CancelPrompt(event, args);
 }
 

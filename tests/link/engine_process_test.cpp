@@ -197,14 +197,21 @@ TEST_F(EngineProcessTest, ASecondClientOfTheUserGetsTheSameEngine) {
 
 TEST_F(EngineProcessTest, AClientThatVanishesInAPromptDoesNotLeaveTheEngineStuck) {
     Start({.scenario = "input"});
-    // A second client takes the events and dials, then leaves the bus without answering.
-    auto vanishing = std::make_unique<QDBusConnection>(bus->Connect(QStringLiteral("vanishing")));
+    // A second client joins the engine directly, takes the events and dials, then goes away
+    // without answering.
+    QDBusConnection onBus = bus->Connect(QStringLiteral("vanishing"));
+    QDBusMessage attach =
+        QDBusMessage::createMethodCall(QLatin1String(kServiceName), QLatin1String(kObjectPath),
+                                       QLatin1String(kInterface), QStringLiteral("Attach"));
+    const QDBusMessage attached = onBus.call(attach, QDBus::BlockWithGui, 10000);
+    ASSERT_EQ(attached.arguments().size(), 2);
+    auto direct = std::make_unique<QDBusConnection>(QDBusConnection::connectToPeer(
+        attached.arguments()[1].toString(), QStringLiteral("vanishing-direct")));
     const auto call = [&](const QString& method, const QList<QVariant>& args) {
-        QDBusMessage m =
-            QDBusMessage::createMethodCall(QLatin1String(kServiceName), QLatin1String(kObjectPath),
-                                           QLatin1String(kInterface), method);
+        QDBusMessage m = QDBusMessage::createMethodCall(QString(), QLatin1String(kObjectPath),
+                                                        QLatin1String(kInterface), method);
         m.setArguments(args);
-        return vanishing->call(m, QDBus::BlockWithGui, 10000);
+        return direct->call(m, QDBus::BlockWithGui, 10000);
     };
     // The events it gets go nowhere: it never answers a prompt.
     struct Silent : QDBusVirtualObject {
@@ -215,7 +222,8 @@ TEST_F(EngineProcessTest, AClientThatVanishesInAPromptDoesNotLeaveTheEngineStuck
         }
         int raised = 0;
     } silent;
-    vanishing->registerVirtualObject(QLatin1String(kEventsPath), &silent);
+    direct->registerVirtualObject(QLatin1String(kEventsPath), &silent);
+    ASSERT_EQ(call("Join", {onBus.baseService()}).type(), QDBusMessage::ReplyMessage);
     ASSERT_EQ(call("Advise", {}).type(), QDBusMessage::ReplyMessage);
     EXPECT_EQ(CLng(engine->BuildDialList("Home Office", "Engineering Lab")), 0);
     RunUntil([&] { return silent.raised > 0; });  // the dial list went to the new sink
@@ -226,8 +234,10 @@ TEST_F(EngineProcessTest, AClientThatVanishesInAPromptDoesNotLeaveTheEngineStuck
               QDBusMessage::ReplyMessage);
     RunUntil([] { return false; }, 7000);  // the call reaches the passcode prompt
     const auto before = listener.heard.size();
-    vanishing->unregisterObject(QLatin1String(kEventsPath));
-    vanishing.reset();  // the connection closes with its last handle
+    direct->unregisterObject(QLatin1String(kEventsPath));
+    direct.reset();  // the connections close with their last handles
+    QDBusConnection::disconnectFromPeer(QStringLiteral("vanishing-direct"));
+    onBus = QDBusConnection(QString());
     QDBusConnection::disconnectFromBus(QStringLiteral("vanishing"));
 
     // The prompt counts as cancelled; the events come back to the first client.
