@@ -15,6 +15,8 @@ using automation::Failure;
 
 namespace {
 
+constexpr int kJoinWithinMs = 10000;
+
 // An abstract socket in the user's runtime folder's name space: nothing is left behind when the
 // engine is killed, and the server takes only connections that prove to be this same user.
 QString ListenAddress() {
@@ -36,6 +38,15 @@ EngineService::EngineService(QDBusConnection bus, std::shared_ptr<dialer::Dravli
     RegisterWireTypes();
     QObject::connect(&peers_, &QDBusServer::newConnection, [this](QDBusConnection peer) {
         peer.registerVirtualObject(QLatin1String(kObjectPath), this);
+        // A connection that does not say whose it is gets nothing and is not kept.
+        QTimer::singleShot(kJoinWithinMs, &idle_, [this, name = peer.name()] {
+            for (const auto& [client, joined] : peerOf_) {
+                if (joined == name) {
+                    return;
+                }
+            }
+            QDBusConnection::disconnectFromPeer(name);
+        });
     });
     QObject::connect(&watcher_, &QDBusServiceWatcher::serviceUnregistered,
                      [this](const QString& client) { Forget(client); });
