@@ -2,6 +2,7 @@
 
 #include <QDBusMetaType>
 #include <QDBusVariant>
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -193,15 +194,18 @@ const QDBusArgument& operator>>(const QDBusArgument& arg, WireArray& value) {
         return arg;
     }
     // The bounds must describe exactly the elements that came, before anything is allocated.
+    // An extent beyond what came is counted as one more than came: the product still differs
+    // from it (unless another extent is empty) and cannot overflow.
+    const auto came = static_cast<std::int64_t>(elements.size());
     std::int64_t count = 1;
     for (qsizetype i = 0; i < bounds.size(); i += 2) {
         const std::int64_t extent = std::int64_t{bounds[i + 1]} - bounds[i] + 1;
         if (extent < 0) {
             return arg;
         }
-        count *= extent;
+        count *= std::min(extent, came + 1);
     }
-    if (count != static_cast<std::int64_t>(elements.size())) {
+    if (count != came) {
         return arg;
     }
     const auto type =

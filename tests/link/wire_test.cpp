@@ -221,6 +221,8 @@ TEST_F(WireTest, MalformedValuesAreRefusedByTheReader) {
          {0x2000, array({12, {0, 2}, {{3, QVariant::fromValue(1)}, {3, QVariant::fromValue(2)}}})}},
         {"three dimensions", {0x2000, array({12, {0, 0, 0, 0, 0, 0}, {{0, QVariant(false)}}})}},
         {"an upper bound below the lower one", {0x2000, array({12, {5, 3}, {}})}},
+        {"bounds whose cells overflow a count",
+         {0x2000, array({12, {INT_MIN, INT_MAX, INT_MIN, INT_MAX}, {}})}},
         {"a malformed element",
          {0x2000, array({12, {0, 0}, {{2, QVariant::fromValue(QString())}}})}},
     };
