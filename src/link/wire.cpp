@@ -193,6 +193,12 @@ const QDBusArgument& operator>>(const QDBusArgument& arg, WireArray& value) {
         (bounds.size() != 2 && bounds.size() != 4)) {
         return arg;
     }
+    // A string array holds strings only, as every sender writes it.
+    if (stringElements && std::any_of(elements.begin(), elements.end(), [](const Variant& e) {
+            return e.Type() != VarType::String;
+        })) {
+        return arg;
+    }
     // The bounds must describe exactly the elements that came, before anything is allocated.
     // An extent beyond what came is counted as one more than came: the product still differs
     // from it (unless another extent is empty) and cannot overflow.

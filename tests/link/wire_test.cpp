@@ -78,8 +78,11 @@ class Echo : public QDBusVirtualObject {
             const auto values = FromWire(WireListArgument(message.arguments().value(0)));
             connection.send(message.createReply(QVariant::fromValue(ToWire(values))));
         } catch (const Failure& failure) {
+            // The reader refuses what it cannot read with 13; any other number is a fault.
+            const bool refused = failure.Number() == automation::err::kTypeMismatch;
             connection.send(message.createErrorReply(
-                QStringLiteral("test.Refused"), QString::fromStdString(failure.Description())));
+                refused ? QStringLiteral("test.Refused") : QStringLiteral("test.Failed"),
+                QString::fromStdString(failure.Description())));
         }
         return true;
     }
@@ -221,6 +224,8 @@ TEST_F(WireTest, MalformedValuesAreRefusedByTheReader) {
          {0x2000, array({12, {0, 2}, {{3, QVariant::fromValue(1)}, {3, QVariant::fromValue(2)}}})}},
         {"three dimensions", {0x2000, array({12, {0, 0, 0, 0, 0, 0}, {{0, QVariant(false)}}})}},
         {"an upper bound below the lower one", {0x2000, array({12, {5, 3}, {}})}},
+        {"a string array holding a Null",
+         {0x2000, array({8, {0, 0}, {{1, QVariant::fromValue(false)}}})}},
         {"bounds whose cells overflow a count",
          {0x2000, array({12, {INT_MIN, INT_MAX, INT_MIN, INT_MAX}, {}})}},
         {"a malformed element",
