@@ -59,6 +59,25 @@ QMessageBox::Icon IconOf(int flags) {
     }
 }
 
+// A box wraps its text between words; a long run without a space (a name typed as one word, a
+// path) would stretch it across the screen, so such a run may break after every 40 characters.
+QString Wrappable(const QString& text) {
+    constexpr int kLongestRun = 40;
+    QString out;
+    out.reserve(text.size() + text.size() / kLongestRun);
+    int run = 0;
+    for (const QChar c : text) {
+        if (c.isSpace()) {
+            run = 0;
+        } else if (++run > kLongestRun) {
+            out += QChar(0x200B);  // zero width space: a place to break, nothing to see or read
+            run = 1;
+        }
+        out += c;
+    }
+    return out;
+}
+
 using ButtonResults = std::vector<std::pair<QAbstractButton*, int>>;
 
 // The buttons of the flags' set, relabelled when the request says so, with their results.
@@ -105,7 +124,8 @@ int MessageBoxes::Run(const forms::MessageBoxRequest& request, const std::string
     QMessageBox box;
     box.setObjectName(QStringLiteral("MessageBox"));
     box.setTextFormat(Qt::PlainText);
-    box.setText(ToQString(request.text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+    box.setText(
+        Wrappable(ToQString(request.text).replace(QStringLiteral("\r\n"), QStringLiteral("\n"))));
     box.setWindowTitle(ToQString(request.caption.empty() ? defaultCaption : request.caption));
     box.setIcon(IconOf(request.flags));
     const ButtonResults results = AddButtons(box, request);
