@@ -49,19 +49,10 @@ class FormWindowTest : public ::testing::Test {
     FormWindow* window = nullptr;
 };
 
-TEST_F(FormWindowTest, WidgetsAreNamedAfterTheirControls) {
+TEST_F(FormWindowTest, WidgetsAreNamedAfterTheirControlsAndOnlyTimersHaveNone) {
     EXPECT_EQ(Find<QLabel>("imgLight(1)"), window->WidgetOf(form.imgLight1));
     EXPECT_EQ(Find<QPushButton>("btnConnect"), window->WidgetOf(form.btnConnect));
     EXPECT_EQ(window->findChild<QWidget*>("tmrBlink"), nullptr);
-}
-
-TEST_F(FormWindowTest, AControlSitsInItsContainersWidget) {
-    EXPECT_EQ(Find<QRadioButton>("rbTone")->parentWidget(), Find<QGroupBox>("fraDial"));
-}
-
-TEST_F(FormWindowTest, ModelChangesReachTheWidgets) {
-    form.lblStatus.SetCaption("Dialing");
-    EXPECT_EQ(Find<QLabel>("lblStatus")->text(), "Dialing");
 }
 
 TEST_F(FormWindowTest, TypedCharactersGoThroughTheKeyPressRoutine) {
@@ -170,17 +161,17 @@ TEST_F(FormWindowTest, ADisabledFormRunsNoReaction) {
 }
 
 TEST_F(FormWindowTest, ATextBoxTurnedMultiLineGetsAMultiLineWidgetInTheSamePlace) {
-    form.txtUser.SetText("traveller");
+    form.txtUser.SetText("two\r\nlines");
     const QRect place = Find<QLineEdit>("txtUser")->geometry();
     form.txtUser.SetMultiLine(true);
     auto* edit = Find<QTextEdit>("txtUser");
     ASSERT_NE(edit, nullptr);
     EXPECT_EQ(window->WidgetOf(form.txtUser), edit);
     EXPECT_EQ(edit->geometry(), place);
-    EXPECT_EQ(edit->toPlainText(), "traveller");
+    EXPECT_EQ(edit->toPlainText(), "two\nlines");
     form.journal.clear();
-    edit->setPlainText("two\nlines");
-    EXPECT_THAT(form.journal, ElementsAre("txtUser_Change:two\r\nlines"));
+    edit->setPlainText("one\nline more");  // as a paste would
+    EXPECT_THAT(form.journal, ElementsAre("txtUser_Change:one\r\nline more"));
 }
 
 TEST_F(FormWindowTest, TheWindowFollowsTheFormsPlaceAndCaption) {
@@ -190,6 +181,31 @@ TEST_F(FormWindowTest, TheWindowFollowsTheFormsPlaceAndCaption) {
     EXPECT_EQ(window->geometry(), QRect(60, 70, 300, 200));
     form.SetCaption("Kestrelway");
     EXPECT_EQ(window->windowTitle(), "Kestrelway");
+}
+
+// A form with a frame of the desktop's own: a normal window with a title bar, the form's size
+// inside the frame, and no shape cut from it.
+TEST_F(FormWindowTest, AFramedFormIsANormalWindowOfItsSizeWithATitle) {
+    forms::Form framed(platform_, "frmFramed");
+    framed.SetBorderStyle(forms::border_style::kFixedSingle);
+    framed.SetCaption("Copying");
+    framed.Move(30, 40, 240, 120);
+    forms::CommandButton cancel(framed, "btnCancel");
+    cancel.Move(150, 84, 80, 24);
+    framed.Show();
+    FormWindow* shown = platform_.WindowOf(framed);
+    ASSERT_NE(shown, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(shown));
+    EXPECT_FALSE(shown->windowFlags().testFlag(Qt::FramelessWindowHint));
+    EXPECT_TRUE(shown->windowFlags().testFlag(Qt::WindowTitleHint));
+    EXPECT_EQ(shown->windowTitle(), "Copying");
+    EXPECT_EQ(shown->size(), QSize(240, 120));
+    EXPECT_EQ(shown->minimumSize(), shown->maximumSize()) << "the user cannot resize it";
+    EXPECT_TRUE(shown->mask().isEmpty());
+    auto* button = shown->findChild<QWidget*>("btnCancel");
+    ASSERT_NE(button, nullptr);
+    EXPECT_EQ(button->geometry(), QRect(150, 84, 80, 24)) << "the desktop's frame is outside";
+    framed.Unload();
 }
 
 TEST_F(FormWindowTest, TheWindowTakesTheShapeOfTheFormsRegion) {
@@ -209,11 +225,6 @@ TEST_F(FormWindowTest, TheWindowTakesTheShapeOfTheFormsRegion) {
         form.SetRegion(c.region);
         EXPECT_TRUE(window->mask().xored(c.expected).isEmpty()) << c.shape;
     }
-}
-
-TEST_F(FormWindowTest, HidingTheFormHidesTheWindow) {
-    form.Hide();
-    EXPECT_FALSE(window->isVisible());
 }
 
 TEST_F(FormWindowTest, MouseOnTheBackgroundGoesToTheForm) {
