@@ -89,14 +89,6 @@ TEST_F(ChartBindingTest, ReceiveStandsAboveTheZeroLineAndTransmitHangsBelow) {
     }
 }
 
-TEST_F(ChartBindingTest, NullPointsDrawNothingAndAreNotZeros) {
-    Sample(6, -6);
-    for (int gap = 1; gap < 8; ++gap) {
-        EXPECT_EQ(ColumnAt(gap, -10), kWall) << "gap " << gap;
-        EXPECT_EQ(ColumnAt(gap, 10), kWall) << "gap " << gap;
-    }
-}
-
 TEST_F(ChartBindingTest, BarsScrollLeftAsSamplesArrive) {
     Sample(6, -6);
     Sample(0, 0);

@@ -64,13 +64,6 @@ TEST_F(ListViewBindingTest, FollowsRowsRemovedClearedAndRefilledInABatch) {
     EXPECT_EQ(Text(tree, 0, 0), "Umbrella");
 }
 
-TEST_F(ListViewBindingTest, WithoutCheckboxesTheRowsHaveNoBox) {
-    auto* tree = BindWithRows({"Acme"});
-    form.lstvDial.SetCheckboxes(false);
-    EXPECT_FALSE(Check(tree, 0).isValid());
-    EXPECT_FALSE(tree->model()->flags(tree->model()->index(0, 0)) & Qt::ItemIsUserCheckable);
-}
-
 TEST_F(ListViewBindingTest, TickingARowsBoxRunsItemCheck) {
     auto* tree = BindWithRows({"Acme", "Globex"});
     QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, CheckBoxOf(tree, 1));

@@ -5,13 +5,11 @@
 
 #include <QAbstractItemView>
 #include <QAccessible>
-#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
-#include <QTextEdit>
 
 #include "platform/qt/form_window.h"
 #include "platform/qt/qt_platform.h"
@@ -158,29 +156,6 @@ TEST_F(FormWindowTest, ADisabledFormRunsNoReaction) {
     QTest::mouseClick(Find<QLabel>("imgLight(0)"), Qt::LeftButton);
     EXPECT_TRUE(form.journal.empty());
     EXPECT_EQ(form.txtUser.Text(), "");
-}
-
-TEST_F(FormWindowTest, ATextBoxTurnedMultiLineGetsAMultiLineWidgetInTheSamePlace) {
-    form.txtUser.SetText("two\r\nlines");
-    const QRect place = Find<QLineEdit>("txtUser")->geometry();
-    form.txtUser.SetMultiLine(true);
-    auto* edit = Find<QTextEdit>("txtUser");
-    ASSERT_NE(edit, nullptr);
-    EXPECT_EQ(window->WidgetOf(form.txtUser), edit);
-    EXPECT_EQ(edit->geometry(), place);
-    EXPECT_EQ(edit->toPlainText(), "two\nlines");
-    form.journal.clear();
-    edit->setPlainText("one\nline more");  // as a paste would
-    EXPECT_THAT(form.journal, ElementsAre("txtUser_Change:one\r\nline more"));
-}
-
-TEST_F(FormWindowTest, TheWindowFollowsTheFormsPlaceAndCaption) {
-    EXPECT_TRUE(window->windowFlags().testFlag(Qt::FramelessWindowHint));
-    EXPECT_EQ(window->geometry(), QRect(40, 30, 320, 260));
-    form.Move(60, 70, 300, 200);
-    EXPECT_EQ(window->geometry(), QRect(60, 70, 300, 200));
-    form.SetCaption("Kestrelway");
-    EXPECT_EQ(window->windowTitle(), "Kestrelway");
 }
 
 // A form with a frame of the desktop's own: a normal window with a title bar, the form's size
