@@ -53,24 +53,16 @@ TEST_F(FormWindowTest, WidgetsAreNamedAfterTheirControlsAndOnlyTimersHaveNone) {
     EXPECT_EQ(window->findChild<QWidget*>("tmrBlink"), nullptr);
 }
 
-TEST_F(FormWindowTest, TypedCharactersGoThroughTheKeyPressRoutine) {
-    auto* user = Find<QLineEdit>("txtUser");
-    user->setFocus();
-    QTest::keyClicks(user, "ab1c");
-    EXPECT_EQ(form.txtUser.Text(), "ABC");
-    EXPECT_EQ(user->text(), "ABC");
-    EXPECT_THAT(form.journal,
-                ElementsAre("txtUser_Change:A", "txtUser_Change:AB", "txtUser_Change:ABC"));
-}
-
-TEST_F(FormWindowTest, TypingGoesInAtTheCaretTheUserPutThere) {
+// What the user types goes in at the caret as the KeyPress routine has it: upper case, no digits.
+TEST_F(FormWindowTest, TypingGoesInAtTheCaretThroughTheKeyPressRoutine) {
     form.txtUser.SetText("ABC");
     form.journal.clear();
     auto* user = Find<QLineEdit>("txtUser");
     user->setFocus();
     user->setCursorPosition(1);
-    QTest::keyClick(user, Qt::Key_X);
+    QTest::keyClicks(user, "x1");
     EXPECT_EQ(form.txtUser.Text(), "AXBC");
+    EXPECT_EQ(user->text(), "AXBC");
     EXPECT_EQ(user->cursorPosition(), 2);
     EXPECT_THAT(form.journal, ElementsAre("txtUser_Change:AXBC"));
 }
