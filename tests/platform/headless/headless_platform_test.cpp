@@ -12,7 +12,6 @@
 namespace kw::headless {
 namespace {
 
-using forms::mb::kResultNo;
 using forms::mb::kResultOk;
 using forms::mb::kResultYes;
 
@@ -25,17 +24,6 @@ TEST(HeadlessClock, TimersFireInDueOrderEachAtItsIntervalWithTheClockAtTheirDueT
     EXPECT_EQ(fired, (std::vector<std::string>{"fast@100", "fast@200", "slow@300", "fast@300",
                                                "fast@400", "fast@500", "slow@600", "fast@600"}));
     EXPECT_EQ(p.Now(), 650);
-}
-
-// The wall clock moves with the virtual one, across a day's end, on the UTC calendar.
-TEST(HeadlessClock, WallClockMovesWithTheVirtualClock) {
-    HeadlessPlatform p;
-    p.SetWallClockStart(1773532799);  // 2026-03-14 23:59:59 UTC
-    p.Advance(1999);
-    EXPECT_EQ(p.UnixTime(), 1773532800);
-    const forms::LocalTime t = p.LocalNow();
-    EXPECT_EQ((std::vector<int>{t.year, t.month, t.day, t.hour, t.minute, t.second}),
-              (std::vector<int>{2026, 3, 15, 0, 0, 0}));
 }
 
 TEST(HeadlessClock, SleepBlocksWithoutRunningAndDoEventsRunsWhatIsDue) {
@@ -108,28 +96,6 @@ TEST(HeadlessModal, ATimerFiresWhileAModalFormIsUp) {
     EXPECT_FALSE(d.IsModal());
 }
 
-TEST(HeadlessModal, ABoxShownFromInsideAModalFormIsRecordedAndAnswered) {
-    HeadlessPlatform p;
-    Dialog d(p);
-    d.Load();
-    int answer = 0;
-    d.btnOK.Click = [&] {
-        answer =
-            p.MsgBox("Save the changes?", forms::mb::kYesNo | forms::mb::kExclamation, "Title");
-        d.Hide();
-    };
-    p.AnswerNextBox(kResultNo);
-    p.AnswerNextModal("Dialog", [&](forms::Form&) { d.btnOK.UserClick(); });
-    d.Show(forms::kModal);
-    EXPECT_EQ(answer, kResultNo);
-    ASSERT_EQ(p.Boxes().size(), 1u);
-    const BoxRecord& box = p.Boxes()[0];
-    EXPECT_EQ(box.text + "|" + box.caption, "Save the changes?|Title");
-    EXPECT_EQ(box.flags, forms::mb::kYesNo | forms::mb::kExclamation);
-    EXPECT_EQ(box.result, kResultNo);
-    EXPECT_EQ(p.ModalsShown(), (std::vector<std::string>{"Dialog"}));
-}
-
 TEST(HeadlessModal, NestedModalsUnwindInOrder) {
     HeadlessPlatform p;
     Dialog outer(p);
@@ -172,19 +138,6 @@ TEST(HeadlessBoxes, QueuedAnswersComeBeforeTheStandingOne) {
     EXPECT_EQ(p.MsgBox("b"), kResultOk);
 }
 
-TEST(HeadlessBoxes, ATimedBoxThatClosesItselfLetsTheClockRunToItsTimeout) {
-    HeadlessPlatform p;
-    int ticks = 0;
-    p.SetTimer(1000, [&] { ++ticks; });
-    p.AnswerNextBox(forms::mb::kResultTimeout);
-    forms::MessageBoxRequest r;
-    r.text = "note";
-    r.timeoutMs = 30000;
-    EXPECT_EQ(p.MessageBox(r), forms::mb::kResultTimeout);
-    EXPECT_EQ(p.Now(), 30000);
-    EXPECT_EQ(ticks, 30);
-}
-
 // Whatever a box is given, it quotes a screenful: the text up to the limit, then an ellipsis and
 // the whole length, cut between characters.
 TEST(HeadlessBoxes, ABoxQuotesAtMostAScreenfulOfItsText) {
@@ -220,19 +173,6 @@ TEST(HeadlessServices, UnhandledFailureInATimerTickEndsTheProcessWithOneAfterThe
     ASSERT_EQ(p.Boxes().size(), 1u);
     EXPECT_EQ(p.Boxes()[0].text, "Run-time error '6':\n\nOverflow");
     EXPECT_EQ(p.EndedWith(), 1);
-}
-
-TEST(HeadlessServices, APreviousInstanceIsFoundByTitleAndRestored) {
-    HeadlessPlatform p;
-    EXPECT_EQ(p.FindWindow("ThunderRT5Form", "Kestrelway"), 0);
-    p.PreviousInstance() = ForeignWindow{"ThunderRT5Form", "Kestrelway", forms::show::kMinimized};
-    const auto w = p.FindWindow("ThunderRT5Form", "Kestrelway");
-    ASSERT_GT(w, 0);
-    EXPECT_EQ(p.GetWindowPlacement(w), forms::show::kMinimized);
-    p.SetWindowPlacement(w, forms::show::kNormal);
-    p.SetForegroundWindow(w);
-    EXPECT_EQ(p.PreviousInstance()->showState, forms::show::kNormal);
-    EXPECT_TRUE(p.PreviousInstance()->foreground);
 }
 
 }  // namespace

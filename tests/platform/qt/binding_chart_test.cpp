@@ -15,6 +15,7 @@ constexpr long kNavy = Rgb(0, 64, 128);
 constexpr long kOrange = Rgb(255, 128, 0);
 constexpr long kAqua = Rgb(0, 255, 255);
 constexpr long kPaleYellow = Rgb(255, 255, 128);
+const QColor kBar(0, 64, 128), kTunnel(255, 128, 0), kWall(255, 255, 128);
 
 // A rate chart at its size in the panel: receive and transmit of one link, eight gaps and then
 // the samples, as the performance window fills it.
@@ -55,16 +56,14 @@ class ChartBindingTest : public BindingTest {
         chart.AddXY(1, chart.LastX(1) + 1, transmit);
     }
 
-    QColor PixelAt(double x, double y) const {
-        const QImage image = widget->grab().toImage();
-        return image.pixelColor(static_cast<int>(x), static_cast<int>(y));
+    static QColor PixelAt(QWidget* of, double x, double y) {
+        return of->grab().toImage().pixelColor(static_cast<int>(x), static_cast<int>(y));
     }
-    // The middle of a point's place, at a height given as a fraction of the way from the top of
-    // the plot to the zero line (or, past 1, from the zero line down to the bottom).
-    QColor ColumnAt(int point, double y) const {
+    // The middle of a point's place, `dy` below the zero line.
+    QColor ColumnAt(int point, double dy) const {
         const forms::ChartRect slot = chart.PointRect(0, 8);
         const double slotWidth = slot.width / 0.8;
-        return PixelAt(slot.left + slot.width / 2 - (8 - point) * slotWidth, y);
+        return PixelAt(widget, slot.left + slot.width / 2 - (8 - point) * slotWidth, ZeroY() + dy);
     }
     double ZeroY() const {
         const forms::ChartRect plot = chart.PlotArea();
@@ -76,29 +75,17 @@ class ChartBindingTest : public BindingTest {
 };
 
 TEST_F(ChartBindingTest, ReceiveStandsAboveTheZeroLineAndTransmitHangsBelow) {
-    Sample(6, -6);
-    const forms::ChartRect receive = chart.PointRect(0, 8);
-    const forms::ChartRect transmit = chart.PointRect(1, 8);
-    const double middle = receive.left + receive.width / 2;
-    EXPECT_EQ(PixelAt(middle, ZeroY() - 10), QColor(0, 64, 128));
-    EXPECT_EQ(PixelAt(middle, ZeroY() + 10), QColor(0, 64, 128));
-    EXPECT_LT(receive.top + receive.height, ZeroY() + 1);
-    EXPECT_GT(transmit.top, ZeroY() - 1);
-}
-
-TEST_F(ChartBindingTest, ATransmitValueAloneLeavesTheUpperHalfEmpty) {
-    Sample(0, -6);
-    const forms::ChartRect transmit = chart.PointRect(1, 8);
-    const double middle = transmit.left + transmit.width / 2;
-    EXPECT_EQ(PixelAt(middle, ZeroY() + 10), QColor(0, 64, 128));
-    EXPECT_EQ(PixelAt(middle, ZeroY() - 10), QColor(255, 255, 128));
-}
-
-TEST_F(ChartBindingTest, NullPointsDrawNothingAndAreNotZeros) {
-    Sample(6, -6);
-    for (int gap = 1; gap < 8; ++gap) {
-        EXPECT_EQ(ColumnAt(gap, ZeroY() - 10), QColor(255, 255, 128)) << "gap " << gap;
-        EXPECT_EQ(ColumnAt(gap, ZeroY() + 10), QColor(255, 255, 128)) << "gap " << gap;
+    const struct {
+        double receive, transmit;
+        QColor above, below;
+    } cases[] = {{6, -6, kBar, kBar}, {0, -6, kWall, kBar}, {6, 0, kBar, kWall}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::to_string(c.receive) + " " + std::to_string(c.transmit));
+        Sample(c.receive, c.transmit);
+        EXPECT_EQ(ColumnAt(8, -10), c.above);
+        EXPECT_EQ(ColumnAt(8, 10), c.below);
+        chart.DeletePoint(0, 0);
+        chart.DeletePoint(1, 0);
     }
 }
 
@@ -107,8 +94,8 @@ TEST_F(ChartBindingTest, BarsScrollLeftAsSamplesArrive) {
     Sample(0, 0);
     chart.DeletePoint(0, 0);
     chart.DeletePoint(1, 0);
-    EXPECT_EQ(ColumnAt(7, ZeroY() - 10), QColor(0, 64, 128));
-    EXPECT_EQ(ColumnAt(8, ZeroY() - 10), QColor(255, 255, 128));
+    EXPECT_EQ(ColumnAt(7, -10), kBar);
+    EXPECT_EQ(ColumnAt(8, -10), kWall);
 }
 
 TEST_F(ChartBindingTest, TheLaterSeriesIsDrawnOverTheEarlierAtTheSamePlace) {
@@ -118,16 +105,8 @@ TEST_F(ChartBindingTest, TheLaterSeriesIsDrawnOverTheEarlierAtTheSamePlace) {
     }
     Sample(8, -2);
     chart.AddXY(2, chart.LastX(2) + 1, 4);
-    const forms::ChartRect link = chart.PointRect(0, 8);
-    const double middle = link.left + link.width / 2;
-    EXPECT_EQ(PixelAt(middle, ZeroY() - 5), QColor(255, 128, 0));  // the tunnel, in front
-    EXPECT_EQ(PixelAt(middle, link.top + 2), QColor(0, 64, 128));  // the link, above it
-}
-
-TEST_F(ChartBindingTest, TheBackgroundSurroundsTheWall) {
-    const forms::ChartRect plot = chart.PlotArea();
-    EXPECT_EQ(PixelAt(plot.left + plot.width / 2, 2), QColor(0, 255, 255));
-    EXPECT_EQ(PixelAt(plot.left + plot.width - 3, plot.top + 3), QColor(255, 255, 128));
+    EXPECT_EQ(ColumnAt(8, -5), kTunnel);                                    // the tunnel, in front
+    EXPECT_EQ(ColumnAt(8, chart.PointRect(0, 8).top + 2 - ZeroY()), kBar);  // the link, above it
 }
 
 TEST_F(ChartBindingTest, TheLeftAxisLabelsAreDrawnOnlyWhileTheAxisShows) {
@@ -147,49 +126,33 @@ TEST_F(ChartBindingTest, TheLeftAxisLabelsAreDrawnOnlyWhileTheAxisShows) {
     EXPECT_EQ(inkOnZeroLine(), 0);
 }
 
-class AreaChartTest : public ChartBindingTest {
-  protected:
-    AreaChartTest() {
-        health.Move(10, 100, 91, 82);
-        health.SetBackColor(kAqua);
-        health.SetWallColours(Rgb(255, 255, 255), kPaleYellow);
-        health.SetMargins(10, 0, 0, 5);
-        health.SetAxisAutomatic(false, false, false);
-        health.SetAxisMaximum(1);
-        health.SetAxisMinimum(0);
-        health.SetAxisIncrement(0.1);
-        health.AddSeries("delay", kOrange, forms::SeriesKind::Area);
-        for (int i = 0; i < 8; ++i) {
-            health.AddNull(0);
-        }
-    }
-    void SetUp() override {
-        ChartBindingTest::SetUp();
-        area = Bind<ChartWidget>(health);
-        ASSERT_NE(area, nullptr);
-    }
+TEST_F(ChartBindingTest, AnAreaIsFilledUnderItsPointsAndNotUnderGaps) {
     forms::Chart health{form, "iNetHealth"};
-    ChartWidget* area = nullptr;
-};
-
-TEST_F(AreaChartTest, TheAreaIsFilledUnderItsPointsAndNotUnderGaps) {
+    health.Move(10, 100, 91, 82);
+    health.SetBackColor(kAqua);
+    health.SetWallColours(Rgb(255, 255, 255), kPaleYellow);
+    health.SetMargins(10, 0, 0, 5);
+    health.SetAxisAutomatic(false, false, false);
+    health.SetAxisMaximum(1);
+    health.SetAxisMinimum(0);
+    health.SetAxisIncrement(0.1);
+    health.AddSeries("delay", kOrange, forms::SeriesKind::Area);
+    for (int i = 0; i < 8; ++i) {
+        health.AddNull(0);
+    }
+    auto* area = Bind<ChartWidget>(health);
+    ASSERT_NE(area, nullptr);
     health.AddXY(0, health.LastX(0) + 1, 0.5);
     health.DeletePoint(0, 0);
     health.AddXY(0, health.LastX(0) + 1, 0.5);
-    const QImage image = area->grab().toImage();
-    const forms::ChartRect last = health.PointRect(0, 8);
-    const forms::ChartRect before = health.PointRect(0, 7);
+    const forms::ChartRect last = health.PointRect(0, 8), first = health.PointRect(0, 7);
     const forms::ChartRect plot = health.PlotArea();
-    const int low = static_cast<int>(plot.top + plot.height - 4);
-    EXPECT_EQ(image.pixelColor(static_cast<int>(last.left + last.width / 2), low),
-              QColor(255, 128, 0));
-    EXPECT_EQ(image.pixelColor(static_cast<int>(before.left + before.width / 2), low),
-              QColor(255, 128, 0));
+    const double low = plot.top + plot.height - 4;
+    EXPECT_EQ(PixelAt(area, last.left + last.width / 2, low), kTunnel);
+    EXPECT_EQ(PixelAt(area, first.left + first.width / 2, low), kTunnel);
     // Just left of the first point: a gap treated as a zero would slope up into it.
-    EXPECT_EQ(image.pixelColor(static_cast<int>(before.left - 2), low), QColor(255, 255, 128));
-    EXPECT_EQ(image.pixelColor(static_cast<int>(last.left + last.width / 2),
-                               static_cast<int>(plot.top + 3)),
-              QColor(255, 255, 128));
+    EXPECT_EQ(PixelAt(area, first.left - 2, low), kWall);
+    EXPECT_EQ(PixelAt(area, last.left + last.width / 2, plot.top + 3), kWall);
 }
 
 }  // namespace

@@ -46,7 +46,6 @@ class BindingTest : public ::testing::Test, public forms::FormObserver {
         EXPECT_NE(widget, nullptr) << control.Name();
         return widget;
     }
-    ControlBinding& BindingOf(const forms::Control& control) { return *bindings.at(&control); }
 
     void ControlChanged(forms::Control& control, forms::Property what) override {
         if (auto it = bindings.find(&control); it != bindings.end()) {

@@ -5,13 +5,11 @@
 
 #include <QAbstractItemView>
 #include <QAccessible>
-#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
-#include <QTextEdit>
 
 #include "platform/qt/form_window.h"
 #include "platform/qt/qt_platform.h"
@@ -49,39 +47,22 @@ class FormWindowTest : public ::testing::Test {
     FormWindow* window = nullptr;
 };
 
-TEST_F(FormWindowTest, WidgetsAreNamedAfterTheirControls) {
+TEST_F(FormWindowTest, WidgetsAreNamedAfterTheirControlsAndOnlyTimersHaveNone) {
     EXPECT_EQ(Find<QLabel>("imgLight(1)"), window->WidgetOf(form.imgLight1));
     EXPECT_EQ(Find<QPushButton>("btnConnect"), window->WidgetOf(form.btnConnect));
     EXPECT_EQ(window->findChild<QWidget*>("tmrBlink"), nullptr);
 }
 
-TEST_F(FormWindowTest, AControlSitsInItsContainersWidget) {
-    EXPECT_EQ(Find<QRadioButton>("rbTone")->parentWidget(), Find<QGroupBox>("fraDial"));
-}
-
-TEST_F(FormWindowTest, ModelChangesReachTheWidgets) {
-    form.lblStatus.SetCaption("Dialing");
-    EXPECT_EQ(Find<QLabel>("lblStatus")->text(), "Dialing");
-}
-
-TEST_F(FormWindowTest, TypedCharactersGoThroughTheKeyPressRoutine) {
-    auto* user = Find<QLineEdit>("txtUser");
-    user->setFocus();
-    QTest::keyClicks(user, "ab1c");
-    EXPECT_EQ(form.txtUser.Text(), "ABC");
-    EXPECT_EQ(user->text(), "ABC");
-    EXPECT_THAT(form.journal,
-                ElementsAre("txtUser_Change:A", "txtUser_Change:AB", "txtUser_Change:ABC"));
-}
-
-TEST_F(FormWindowTest, TypingGoesInAtTheCaretTheUserPutThere) {
+// What the user types goes in at the caret as the KeyPress routine has it: upper case, no digits.
+TEST_F(FormWindowTest, TypingGoesInAtTheCaretThroughTheKeyPressRoutine) {
     form.txtUser.SetText("ABC");
     form.journal.clear();
     auto* user = Find<QLineEdit>("txtUser");
     user->setFocus();
     user->setCursorPosition(1);
-    QTest::keyClick(user, Qt::Key_X);
+    QTest::keyClicks(user, "x1");
     EXPECT_EQ(form.txtUser.Text(), "AXBC");
+    EXPECT_EQ(user->text(), "AXBC");
     EXPECT_EQ(user->cursorPosition(), 2);
     EXPECT_THAT(form.journal, ElementsAre("txtUser_Change:AXBC"));
 }
@@ -169,27 +150,29 @@ TEST_F(FormWindowTest, ADisabledFormRunsNoReaction) {
     EXPECT_EQ(form.txtUser.Text(), "");
 }
 
-TEST_F(FormWindowTest, ATextBoxTurnedMultiLineGetsAMultiLineWidgetInTheSamePlace) {
-    form.txtUser.SetText("traveller");
-    const QRect place = Find<QLineEdit>("txtUser")->geometry();
-    form.txtUser.SetMultiLine(true);
-    auto* edit = Find<QTextEdit>("txtUser");
-    ASSERT_NE(edit, nullptr);
-    EXPECT_EQ(window->WidgetOf(form.txtUser), edit);
-    EXPECT_EQ(edit->geometry(), place);
-    EXPECT_EQ(edit->toPlainText(), "traveller");
-    form.journal.clear();
-    edit->setPlainText("two\nlines");
-    EXPECT_THAT(form.journal, ElementsAre("txtUser_Change:two\r\nlines"));
-}
-
-TEST_F(FormWindowTest, TheWindowFollowsTheFormsPlaceAndCaption) {
-    EXPECT_TRUE(window->windowFlags().testFlag(Qt::FramelessWindowHint));
-    EXPECT_EQ(window->geometry(), QRect(40, 30, 320, 260));
-    form.Move(60, 70, 300, 200);
-    EXPECT_EQ(window->geometry(), QRect(60, 70, 300, 200));
-    form.SetCaption("Kestrelway");
-    EXPECT_EQ(window->windowTitle(), "Kestrelway");
+// A form with a frame of the desktop's own: a normal window with a title bar, the form's size
+// inside the frame, and no shape cut from it.
+TEST_F(FormWindowTest, AFramedFormIsANormalWindowOfItsSizeWithATitle) {
+    forms::Form framed(platform_, "frmFramed");
+    framed.SetBorderStyle(forms::border_style::kFixedSingle);
+    framed.SetCaption("Copying");
+    framed.Move(30, 40, 240, 120);
+    forms::CommandButton cancel(framed, "btnCancel");
+    cancel.Move(150, 84, 80, 24);
+    framed.Show();
+    FormWindow* shown = platform_.WindowOf(framed);
+    ASSERT_NE(shown, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(shown));
+    EXPECT_FALSE(shown->windowFlags().testFlag(Qt::FramelessWindowHint));
+    EXPECT_TRUE(shown->windowFlags().testFlag(Qt::WindowTitleHint));
+    EXPECT_EQ(shown->windowTitle(), "Copying");
+    EXPECT_EQ(shown->size(), QSize(240, 120));
+    EXPECT_EQ(shown->minimumSize(), shown->maximumSize()) << "the user cannot resize it";
+    EXPECT_TRUE(shown->mask().isEmpty());
+    auto* button = shown->findChild<QWidget*>("btnCancel");
+    ASSERT_NE(button, nullptr);
+    EXPECT_EQ(button->geometry(), QRect(150, 84, 80, 24)) << "the desktop's frame is outside";
+    framed.Unload();
 }
 
 TEST_F(FormWindowTest, TheWindowTakesTheShapeOfTheFormsRegion) {
@@ -209,11 +192,6 @@ TEST_F(FormWindowTest, TheWindowTakesTheShapeOfTheFormsRegion) {
         form.SetRegion(c.region);
         EXPECT_TRUE(window->mask().xored(c.expected).isEmpty()) << c.shape;
     }
-}
-
-TEST_F(FormWindowTest, HidingTheFormHidesTheWindow) {
-    form.Hide();
-    EXPECT_FALSE(window->isVisible());
 }
 
 TEST_F(FormWindowTest, MouseOnTheBackgroundGoesToTheForm) {

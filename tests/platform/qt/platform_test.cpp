@@ -1,21 +1,30 @@
 // The Qt platform's services on a real event loop: boxes, timers, the modal loop, a second
-// instance, and the conversions the program's geometry and dialogs depend on.
+// instance, the file dialog, the end of the session, and the conversions the program's geometry
+// and dialogs depend on.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <functional>
+#include <string>
+#include <vector>
+
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QElapsedTimer>
+#include <QFileDialog>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QScreen>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
 #include "platform/forms/controls.h"
+#include "platform/forms/form.h"
 #include "platform/qt/convert.h"
 #include "platform/qt/form_window.h"
 #include "platform/qt/instance_channel.h"
@@ -66,50 +75,29 @@ TEST_F(QtPlatformTest, BoxesShowTheFlagsButtonsAndIconAndGiveTheClassicResult) {
     using I = QMessageBox::Icon;
     const struct {
         int flags;
-        QString press;
-        QStringList sortedButtons;
+        QString press, sortedButtons;
         I icon;
         QString defaultButton;
         int result;
     } cases[] = {
-        {mb::kOkOnly, "OK", {"OK"}, I::NoIcon, "OK", mb::kResultOk},
-        {mb::kOkCancel | mb::kCritical,
-         "Cancel",
-         {"Cancel", "OK"},
-         I::Critical,
-         "OK",
+        {mb::kOkOnly, "OK", "OK", I::NoIcon, "OK", mb::kResultOk},
+        {mb::kOkCancel | mb::kCritical, "Cancel", "Cancel OK", I::Critical, "OK",
          mb::kResultCancel},
-        {mb::kAbortRetryIgnore | mb::kDefaultButton3,
-         "Retry",
-         {"Abort", "Ignore", "Retry"},
-         I::NoIcon,
-         "Ignore",
-         mb::kResultRetry},
-        {mb::kYesNoCancel | mb::kQuestion | mb::kDefaultButton2,
-         "Yes",
-         {"Cancel", "No", "Yes"},
-         I::Question,
-         "No",
-         mb::kResultYes},
-        {mb::kYesNo | mb::kExclamation | mb::kSetForeground,
-         "No",
-         {"No", "Yes"},
-         I::Warning,
-         "Yes",
+        {mb::kAbortRetryIgnore | mb::kDefaultButton3, "Retry", "Abort Ignore Retry", I::NoIcon,
+         "Ignore", mb::kResultRetry},
+        {mb::kYesNoCancel | mb::kQuestion | mb::kDefaultButton2, "Yes", "Cancel No Yes",
+         I::Question, "No", mb::kResultYes},
+        {mb::kYesNo | mb::kExclamation | mb::kSetForeground, "No", "No Yes", I::Warning, "Yes",
          mb::kResultNo},
-        {mb::kRetryCancel | mb::kInformation | mb::kSystemModal,
-         "Retry",
-         {"Cancel", "Retry"},
-         I::Information,
-         "Retry",
-         mb::kResultRetry},
+        {mb::kRetryCancel | mb::kInformation | mb::kSystemModal, "Retry", "Cancel Retry",
+         I::Information, "Retry", mb::kResultRetry},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.flags);
         SeenBox seen;
         AnswerNextBox(c.press, seen);
         EXPECT_EQ(platform.MsgBox("Save the changes?", c.flags, "Kestrelway"), c.result);
-        EXPECT_EQ(seen.buttons, c.sortedButtons);
+        EXPECT_EQ(seen.buttons.join(' '), c.sortedButtons);
         EXPECT_EQ(seen.icon, c.icon);
         EXPECT_EQ(seen.defaultButton, c.defaultButton);
         EXPECT_EQ(seen.title, "Kestrelway");
@@ -125,7 +113,7 @@ TEST_F(QtPlatformTest, BoxesShowTheFlagsButtonsAndIconAndGiveTheClassicResult) {
     SeenBox seen;
     AnswerNextBox("Later", seen);
     EXPECT_EQ(platform.MessageBox(request), mb::kResultNo);
-    EXPECT_EQ(seen.buttons, QStringList({"Later", "Never", "Now"}));
+    EXPECT_EQ(seen.buttons.join(' '), "Later Never Now");
     EXPECT_EQ(seen.title, "Kestrelway");
     EXPECT_EQ(seen.text, "Place the call home?\nIt takes a minute.");
 }
@@ -258,14 +246,11 @@ TEST_F(QtPlatformTest, AnInstanceThatEndsLeavesNothingAtTheChannelsName) {
     EXPECT_NE(::access(path.c_str(), F_OK), 0) << path;
 }
 
-TEST_F(QtPlatformTest, ScreenUserCursorAndHelp) {
-    EXPECT_EQ(platform.TwipsPerPixelX(), 15);  // the offscreen screen is 96 DPI
-    EXPECT_EQ(platform.SystemMetric(forms::metric::kCxScreen),
-              QGuiApplication::primaryScreen()->geometry().width());
-    EXPECT_GT(platform.SystemMetric(forms::metric::kCyCaption),
-              platform.SystemMetric(forms::metric::kCxDlgFrame));
+TEST_F(QtPlatformTest, TheLoggedOnUserHasAName) {
     EXPECT_FALSE(platform.LoggedOnUserName().value_or("").empty());
+}
 
+TEST_F(QtPlatformTest, TheCursorShapesAndTheHelpPage) {
     platform.SetCursor(forms::cursor::kHourglass);
     EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
     platform.SetCursor(forms::cursor::kArrowHourglass);
@@ -299,6 +284,123 @@ TEST(QtConvert, KeysReachTheRoutinesWithTheirClassicCodes) {
         const QKeyEvent event(QEvent::KeyPress, c.key, Qt::NoModifier);
         EXPECT_EQ(KeyCodeOf(event), c.code) << c.key;
     }
+}
+
+// Runs each step in turn on the modal window that is up when its turn comes.
+void WhenModal(std::vector<std::function<void(QWidget&)>> steps) {
+    auto* timer = new QTimer(qApp);
+    auto remaining = std::make_shared<decltype(steps)>(std::move(steps));
+    QObject::connect(timer, &QTimer::timeout, [timer, remaining] {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (modal == nullptr || !modal->isVisible()) {
+            return;
+        }
+        auto step = remaining->front();
+        remaining->erase(remaining->begin());
+        if (remaining->empty()) {
+            timer->deleteLater();
+            timer->stop();
+        }
+        step(*modal);
+    });
+    timer->start(20);
+}
+
+void TypeName(QWidget& modal, const QString& name) {
+    auto* dialog = qobject_cast<QFileDialog*>(&modal);
+    ASSERT_NE(dialog, nullptr);
+    dialog->findChild<QLineEdit*>("fileNameEdit")->setText(name);
+    dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open)->click();
+}
+
+void Answer(QWidget& modal, QMessageBox::StandardButton answer) {
+    auto* box = qobject_cast<QMessageBox*>(&modal);
+    ASSERT_NE(box, nullptr);
+    EXPECT_TRUE(box->text().contains("does not exist"));
+    box->button(answer)->click();
+}
+
+// With the create prompt a name that does not exist yet may be typed, and the user is asked
+// before it is taken.
+TEST_F(QtPlatformTest, AFileDialogTakesANewNameOnceTheUserAgreesToCreateIt) {
+    QTemporaryDir dir;
+    WhenModal({[](QWidget& m) { TypeName(m, "calls.log"); },
+               [](QWidget& m) { Answer(m, QMessageBox::No); },
+               [](QWidget& m) { TypeName(m, "trips.log"); },
+               [](QWidget& m) { Answer(m, QMessageBox::Yes); }});
+    forms::FileDialogRequest request;
+    request.initialDir = dir.path().toStdString();
+    request.flags = forms::ofn::kCreatePrompt;
+    const auto chosen = platform.OpenFileDialog(request);
+    ASSERT_TRUE(chosen.has_value());
+    EXPECT_EQ(*chosen, dir.filePath("trips.log").toStdString());
+    EXPECT_FALSE(QFileInfo::exists(dir.filePath("trips.log"))) << "the dialog creates nothing";
+}
+
+// A form that keeps a journal of its unload steps and may refuse the question.
+class JournalForm : public forms::Form {
+  public:
+    JournalForm(forms::Platform& platform, std::string name, std::vector<std::string>& journal)
+        : Form(platform, std::move(name)), journal_(journal) {
+        Move(10, 10, 120, 80);
+    }
+    bool refuse = false;
+
+  protected:
+    void Form_QueryUnload(int& cancel, int reason) override {
+        journal_.push_back(Name() + " query " + std::to_string(reason));
+        cancel = refuse ? 1 : 0;
+    }
+    void Form_Unload(int&) override { journal_.push_back(Name() + " unload"); }
+
+  private:
+    std::vector<std::string>& journal_;
+};
+
+// The end of the desktop session reaches the program as the old toolkit delivered it: the hook
+// hears the two session messages, and every form is asked with the session's reason.
+class SessionEnd : public ::testing::Test {
+  protected:
+    SessionEnd() {
+        App();
+        main.Show();
+        other.Show();
+        platform.InstallMessageHook(main, [this](int message, std::intptr_t wParam, std::intptr_t) {
+            if (message == forms::wm::kQueryEndSession || message == forms::wm::kEndSession) {
+                journal.push_back("hook " + std::to_string(message) + " " + std::to_string(wParam));
+            }
+            return true;
+        });
+    }
+    ~SessionEnd() override {
+        main.Unload();
+        other.Unload();
+    }
+
+    QtPlatform platform{"", "kestrelway-session-test"};
+    std::vector<std::string> journal;
+    JournalForm main{platform, "MainWin", journal};
+    JournalForm other{platform, "Other", journal};
+};
+
+TEST_F(SessionEnd, TheQuestionReachesTheHookThenEveryFormWithTheSessionsReason) {
+    EXPECT_TRUE(platform.QueryEndSession());
+    EXPECT_EQ(journal, (std::vector<std::string>{"hook 17 0", "MainWin query 2", "Other query 2"}));
+    EXPECT_TRUE(main.IsLoaded()) << "a question unloads nothing";
+}
+
+TEST_F(SessionEnd, AFormThatRefusesKeepsTheSessionAndIsTheLastAsked) {
+    main.refuse = true;
+    EXPECT_FALSE(platform.QueryEndSession());
+    EXPECT_EQ(journal, (std::vector<std::string>{"hook 17 0", "MainWin query 2"}));
+}
+
+TEST_F(SessionEnd, TheEndTellsTheHookAndUnloadsEveryFormWithTheSessionsReason) {
+    platform.EndSession();
+    EXPECT_EQ(journal, (std::vector<std::string>{"hook 22 1", "MainWin query 2", "MainWin unload",
+                                                 "Other query 2", "Other unload"}));
+    EXPECT_FALSE(main.IsLoaded());
+    EXPECT_FALSE(other.IsLoaded());
 }
 
 }  // namespace
