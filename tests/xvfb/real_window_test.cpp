@@ -330,20 +330,11 @@ TEST_F(DensityWindowTest, At144DotsPerInchTheLightsAndCombosStandOnTheirPlacesOn
 
     // Each light and combo shows at 144 where and as it shows at 96; the text in a combo is drawn
     // from another font size and may differ by a few pixels.
-    const struct {
-        const char* name;
-        layout::LayoutRect at;
-    } controls[] = {{"imgModemDetected", at::imgModemDetected},
-                    {"imgPhoneDialing", at::imgPhoneDialing},
-                    {"imgConnectingISP", at::imgConnectingISP},
-                    {"imgAuthorizingISP", at::imgAuthorizingISP},
-                    {"imgCreatingTunnel", at::imgCreatingTunnel},
-                    {"imgAuthorizingTunnel", at::imgAuthorizingTunnel},
-                    {"imgConnectLight", at::imgConnectLight},
-                    {"cmboFrom", at::cmboFrom},
-                    {"cmboTo", at::cmboTo}};
-    for (const auto& c : controls) {
-        EXPECT_GE(Alike(design->artwork, dense->artwork, c.at), 0.8) << c.name;
+    for (const layout::LayoutRect& r :
+         {at::imgModemDetected, at::imgPhoneDialing, at::imgConnectingISP, at::imgAuthorizingISP,
+          at::imgCreatingTunnel, at::imgAuthorizingTunnel, at::imgConnectLight, at::cmboFrom,
+          at::cmboTo}) {
+        EXPECT_GE(Alike(design->artwork, dense->artwork, r), 0.8) << "at " << r.x << "," << r.y;
     }
 }
 
