@@ -8,6 +8,7 @@
 #include <QScreen>
 #include <QTest>
 #include <cstdio>
+#include <initializer_list>
 
 #include "client/ui/dialer/core/settings.h"
 #include "platform/automation/safe_array.h"
@@ -17,14 +18,19 @@ namespace kw::test {
 
 namespace fs = std::filesystem;
 
-automation::Variant Names(std::initializer_list<const char*> names) {
+namespace {
+
+// A one-dimensional list of names, as the engine hands them over.
+Variant Names(std::initializer_list<const char*> names) {
     auto list = automation::SafeArray::OneDim(0, static_cast<std::int32_t>(names.size()) - 1);
     std::int32_t i = 0;
     for (const char* n : names) {
-        list.Set(i++, automation::Variant(std::string(n)));
+        list.Set(i++, Variant(std::string(n)));
     }
-    return automation::Variant(std::move(list));
+    return Variant(std::move(list));
 }
+
+}  // namespace
 
 void RealProgramTest::SetUp() {
     std::string pattern = (fs::temp_directory_path() / "kw-xvfb-XXXXXX").string();
@@ -58,6 +64,16 @@ void RealProgramTest::Launch(const char* appName, dialer::EngineFactory::Creator
     dialer::Main(*app_);
 }
 
+void RealProgramTest::LaunchScripted(const char* appName) {
+    engine_->Default("GetPhoneList", Variant(true),
+                     {{0, Names({kDestination, "Engineering Lab"})}});
+    engine_->Default("GetLocationList", Variant(true), {{0, Names({kLocation, "New York Hotel"})}});
+    engine_->Default("GetCallingCardList", Variant(false));
+    Launch(appName, [this](const dialer::EngineContext&) { return engine_; });
+    engine_->RaiseGetGenericISPList("", Variant());
+    QTest::qWait(300);
+}
+
 QWidget* RealProgramTest::Widget(forms::Form& form, const char* name) {
     QWidget* widget = WindowOf(form)->findChild<QWidget*>(name);
     EXPECT_NE(widget, nullptr) << name;
@@ -71,14 +87,19 @@ void RealProgramTest::Click(forms::Form& form, const char* name, int settleMs) {
     QTest::qWait(settleMs);
 }
 
-void RealProgramTest::Shot(forms::Form& pullout, const char* name, int settleMs) {
-    QTest::qWait(settleMs);
-    const QRect both = WindowOf(Win())->frameGeometry().united(WindowOf(pullout)->frameGeometry());
+QRect RealProgramTest::Beside(forms::Form& pullout) {
+    EXPECT_TRUE(WindowOf(pullout)->isVisible()) << "the pullout is not on screen";
+    return WindowOf(Win())->frameGeometry().united(WindowOf(pullout)->frameGeometry());
+}
+
+void RealProgramTest::Shot(const char* name, QRect area) {
+    QTest::qWait(300);
     const QString shots = QStringLiteral(KW_BINARY_DIR "/xvfb-shots");
     QDir().mkpath(shots);
     const QString path = shots + "/" + name + ".png";
-    QGuiApplication::primaryScreen()
-        ->grabWindow(0, both.x(), both.y(), both.width(), both.height())
+    QScreen* screen = QGuiApplication::primaryScreen();
+    (area.isNull() ? screen->grabWindow(0)
+                   : screen->grabWindow(0, area.x(), area.y(), area.width(), area.height()))
         .save(path);
     std::printf("  %s\n", qPrintable(path));
 }
