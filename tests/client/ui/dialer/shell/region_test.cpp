@@ -26,19 +26,10 @@ Pixels PixelsOf(const Region& region) {
     return p;
 }
 
+// A pixel of the combination, from whether it lies in each of the two regions.
 bool Combined(bool inA, bool inB, int mode) {
-    switch (mode) {
-        case RGN_AND:
-            return inA && inB;
-        case RGN_OR:
-            return inA || inB;
-        case RGN_XOR:
-            return inA != inB;
-        case RGN_DIFF:
-            return inA && !inB;
-        default:
-            return inA;  // RGN_COPY
-    }
+    const bool byMode[] = {inA && inB, inA || inB, inA != inB, inA && !inB, inA};
+    return byMode[mode - RGN_AND];  // RGN_AND to RGN_COPY
 }
 
 // The form a window mask needs: bands top to bottom, each band's rectangles left to right with

@@ -175,16 +175,6 @@ TEST_F(DisplayTest, AConnectWhileEditingAsksAndOnlyYesStopsIt) {
     }
 }
 
-TEST_F(DisplayTest, ClosingWhileEditingAsksWithTheExclamationFlags) {
-    Display().btnModify.UserClick();
-    platform.AnswerNextBox(forms::mb::kResultNo);
-    bool ok = false;
-    Display().OnHide(ok);
-    EXPECT_TRUE(ok);
-    EXPECT_EQ(platform.Boxes().back().flags, 52);
-    EXPECT_EQ(platform.Boxes().back().caption, "Kestrelway");
-}
-
 TEST_F(DisplayTest, TheBusLocksTheFormFromConnectToTheListAndFreesIt) {
     const std::vector<std::pair<std::int32_t, bool>> steps = {{event::kConnectStarted, false},
                                                               {32, true},

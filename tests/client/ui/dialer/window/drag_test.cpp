@@ -47,21 +47,18 @@ TEST_F(DragTest, ADragThatStartsOnALightOrALabelMovesTheWindowWithoutAJump) {
 }
 
 TEST_F(DragTest, AMoveMovesNothingWithoutALeftPressHeldSinceItsStart) {
-    struct Case {
+    const struct {
         const char* what;
         int press;  // 0: none
         bool release;
         int move;
-    };
-    const std::vector<Case> cases = {
-        {"no press", 0, false, kLeft},
-        {"after the release", kLeft, true, kLeft},
-        {"a press of the right button", forms::mouse::kRight, false, forms::mouse::kRight},
-        {"the left button no longer held", kLeft, false, 0},
-    };
+    } cases[] = {{"no press", 0, false, kLeft},
+                 {"after the release", kLeft, true, kLeft},
+                 {"a press of the right button", forms::mouse::kRight, false, forms::mouse::kRight},
+                 {"the left button no longer held", kLeft, false, 0}};
     MainWin& win = Win();
     const auto start = At(win);
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         CursorTo(OnScreen(50, 60));
         if (c.press != 0) {
             win.UserMouseDown(c.press, 0, 50, 60);

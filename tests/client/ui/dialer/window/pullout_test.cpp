@@ -65,13 +65,6 @@ TEST_F(PulloutTest, ASecondClickOnTheTabClosesItsPullout) {
     EXPECT_EQ(Win().btnToPullout.Picture(), Reg());
 }
 
-TEST_F(PulloutTest, OpeningOnePulloutClosesTheOpenOne) {
-    Win().btnFromPullout.UserClick();
-    Win().btnRxPullout.UserClick();
-    EXPECT_FALSE(Get<FromPullout>().Visible() || Win().fromShown);
-    EXPECT_TRUE(Open(Get<RxPullout>(), Win().rxShown));
-}
-
 TEST_F(PulloutTest, ADirtyPulloutTheUserKeepsStaysOpenWhenAnotherTabIsClicked) {
     Win().btnToPullout.UserClick();
     MakeToDirty();
