@@ -15,10 +15,10 @@ namespace {
 using namespace testing;
 using Rows = std::vector<std::string>;
 
-Region ShapeOf(const BmpSpec& spec, int left = 0, int top = 0) {
-    const BitmapBits bits = ParseBitmap(MakeBmp(spec), "test.bmp");
+Region ShapeOf(const BmpSpec& bmp, int left = 0, int top = 0) {
+    const BitmapBits bits = ParseBitmap(MakeBmp(bmp), "test.bmp");
     return ShapeFromBitmap(bits, FindKeyIndex(bits.colours, kGreen),
-                           Rect{left, top, left + spec.width, top + spec.height});
+                           Rect{left, top, left + bmp.width, top + bmp.height});
 }
 
 TEST(BitmapReaderTest, ReadsRowsTopToBottomWithEvenRowLength) {
@@ -103,30 +103,6 @@ TEST(ShapeTest, PaddingByteEqualToTheKeyTogglesThePixelBesideThePicture) {
     BmpSpec s = FromPicture({"...", "..#", "..."});
     s.padding = 1;  // the key index
     EXPECT_EQ(Picture(ShapeOf(s), 5, 3), (Rows{"....#", "..#.#", "....#"}));
-}
-
-TEST(ShapeTest, SameResultAsPunchingRunsOneByOne) {
-    Rows picture(30, std::string(37, '.'));
-    unsigned seed = 7;
-    for (auto& line : picture) {
-        for (char& c : line) {
-            seed = seed * 1103515245u + 12345u;
-            c = (seed >> 16) % 3 == 0 ? '#' : '.';
-        }
-    }
-    BmpSpec s = FromPicture(picture);
-    s.padding = 1;
-    const BitmapBits bits = ParseBitmap(MakeBmp(s), "t.bmp");
-    const Rect start{5, 9, 5 + s.width, 9 + s.height};
-    Region slow(start);
-    for (int y = 0; y < bits.height; ++y) {
-        for (int x = 0; x < bits.BytesPerRow(); ++x) {
-            if (bits.At(x, y) == 1) {
-                slow.CombineWith(Region::FromRect(5 + x, 9 + y, 6 + x, 10 + y), RGN_XOR);
-            }
-        }
-    }
-    EXPECT_EQ(ShapeFromBitmap(bits, 1, start), slow);
 }
 
 }  // namespace

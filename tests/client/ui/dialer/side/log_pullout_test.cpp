@@ -46,12 +46,6 @@ TEST_F(LogOptionsTest, AFreshInstallStoresBothDefaultPathsWithTheLogsOff) {
     }
 }
 
-TEST_F(LogOptionsTest, AStoredNameWithoutSeparatorShowsWhole) {
-    SetUserString(settings::kConnectHistoryFileName, "calls.txt");
-    StartIdle();
-    EXPECT_EQ(Logs().txtHistoryLog.Text(), "calls.txt");
-}
-
 TEST_F(LogOptionsTest, ThePrescriberBoxOnAFreshInstallRewritesTheHistorySettingInstead) {
     StartIdle();
     Logs().PrescriberLogCheck.UserClick();
@@ -114,19 +108,6 @@ TEST_F(LogOptionsTest, ClearDuringACallEmptiesOnlyThePrescriber) {
     engine->RaiseStatusUpdate("Tunnel healthy");
     EXPECT_EQ(app->Form<RxPullout>().txtStatus.Text(), "Tunnel healthy\r\n");
     EXPECT_EQ(LogLines("rx.log").size(), 3u);
-}
-
-TEST_F(LogOptionsTest, ThePrescriberKeepsItsTextAcrossClosingAndLinesWhileClosed) {
-    StartIdle();
-    RxPullout& rx = app->Form<RxPullout>();
-    rx.ToggleRxPullout();
-    engine->RaiseStatusUpdate("one");
-    rx.ToggleRxPullout();
-    EXPECT_FALSE(rx.Visible());
-    engine->RaiseStatusUpdate("two");
-    rx.ToggleRxPullout();
-    EXPECT_TRUE(rx.Visible());
-    EXPECT_EQ(rx.txtStatus.Text(), "one\r\ntwo\r\n");
 }
 
 TEST_F(LogOptionsTest, BothLogFilesArePrivateToTheUser) {

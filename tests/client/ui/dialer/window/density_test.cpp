@@ -3,7 +3,6 @@
 // pixels, the lights keeping the size of their pictures.
 #include <gtest/gtest.h>
 
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,6 +14,10 @@ namespace kw::dialer::testing {
 namespace {
 
 using layout::LayoutRect;
+using Places = std::vector<std::pair<std::string, LayoutRect>>;
+// A control's name and its place in the layout, under one name.
+#define PLACE(name) \
+    { #name, at::name }
 
 class DensityTest : public WindowFamilyTest, public ::testing::WithParamInterface<int> {
   protected:
@@ -24,20 +27,11 @@ class DensityTest : public WindowFamilyTest, public ::testing::WithParamInterfac
         WindowFamilyTest::SetUp();
     }
 
-    static const forms::Control& Named(const forms::Form& form, const std::string& name) {
-        for (const forms::Control* c : form.Controls()) {
-            if (c->Name() == name) {
-                return *c;
-            }
-        }
-        throw std::runtime_error(name + " is not on " + form.Name());
-    }
-
-    static void ExpectAt(const forms::Form& form,
-                         const std::vector<std::pair<std::string, LayoutRect>>& places) {
+    static void ExpectAt(const forms::Form& form, const Places& places) {
         for (const auto& [name, at] : places) {
-            const forms::Control& c = Named(form, name);
-            EXPECT_EQ((std::vector<int>{c.Left(), c.Top(), c.Width(), c.Height()}),
+            const forms::Control* c = form.FindControl(name, -1);
+            ASSERT_NE(c, nullptr) << name << " is not on " << form.Name();
+            EXPECT_EQ((std::vector<int>{c->Left(), c->Top(), c->Width(), c->Height()}),
                       (std::vector<int>{at.x, at.y, at.w, at.h}))
                 << form.Name() << "." << name;
         }
@@ -46,36 +40,18 @@ class DensityTest : public WindowFamilyTest, public ::testing::WithParamInterfac
 
 TEST_P(DensityTest, EveryControlOfTheMainWindowStandsOnItsArtworkPlace) {
     namespace at = layout::mainwin;
-    const MainWin& win = Win();
-    ExpectAt(win, {{"imgLogoOn", at::imgLogoOn},
-                   {"btnMinimize", at::btnMinimize},
-                   {"lblMinButton", at::lblMinButton},
-                   {"btnHelp", at::btnHelp},
-                   {"lblHelpButton", at::lblHelpButton},
-                   {"btnCloseWin", at::btnCloseWin},
-                   {"lblCloseButton", at::lblCloseButton},
-                   {"lblFrom", at::lblFrom},
-                   {"cmboFrom", at::cmboFrom},
-                   {"btnFromPullout", at::btnFromPullout},
-                   {"lblTo", at::lblTo},
-                   {"cmboTo", at::cmboTo},
-                   {"btnToPullout", at::btnToPullout},
-                   {"imgModemDetected", at::imgModemDetected},
-                   {"imgPhoneDialing", at::imgPhoneDialing},
-                   {"imgConnectingISP", at::imgConnectingISP},
-                   {"imgAuthorizingISP", at::imgAuthorizingISP},
-                   {"imgCreatingTunnel", at::imgCreatingTunnel},
-                   {"imgAuthorizingTunnel", at::imgAuthorizingTunnel},
-                   {"btnRxPullout", at::btnRxPullout},
-                   {"btnConnect", at::btnConnect},
-                   {"lblConnect", at::lblConnect},
-                   {"imgConnectLight", at::imgConnectLight},
-                   {"Label4", at::Label4},
-                   {"btnMorePullout", at::btnMorePullout},
-                   {"lblStatus", at::lblStatus}});
+    ExpectAt(Win(), {PLACE(imgLogoOn), PLACE(btnMinimize), PLACE(lblMinButton), PLACE(btnHelp),
+                     PLACE(lblHelpButton), PLACE(btnCloseWin), PLACE(lblCloseButton),
+                     PLACE(lblFrom), PLACE(cmboFrom), PLACE(btnFromPullout), PLACE(lblTo),
+                     PLACE(cmboTo), PLACE(btnToPullout)});
+    ExpectAt(Win(),
+             {PLACE(imgModemDetected), PLACE(imgPhoneDialing), PLACE(imgConnectingISP),
+              PLACE(imgAuthorizingISP), PLACE(imgCreatingTunnel), PLACE(imgAuthorizingTunnel),
+              PLACE(btnRxPullout), PLACE(btnConnect), PLACE(lblConnect), PLACE(imgConnectLight),
+              PLACE(Label4), PLACE(btnMorePullout), PLACE(lblStatus)});
     // The window keeps the artwork's size inside the frame its shape cuts away.
-    EXPECT_EQ(win.Width(), at::kWidth + 2 * FrameWidth());
-    EXPECT_EQ(win.Height(), at::kHeight + FrameHeight() + FrameWidth());
+    EXPECT_EQ(Win().Width(), at::kWidth + 2 * FrameWidth());
+    EXPECT_EQ(Win().Height(), at::kHeight + FrameHeight() + FrameWidth());
 }
 
 TEST_P(DensityTest, APulloutAndTheControlsOfItsFrameStandOnTheirArtworkPlaces) {
@@ -86,32 +62,23 @@ TEST_P(DensityTest, APulloutAndTheControlsOfItsFrameStandOnTheirArtworkPlaces) {
     ASSERT_TRUE(pref.Visible());
     EXPECT_EQ(pref.Width(), layout::panel::kWidth);
     EXPECT_EQ(pref.Height(), layout::panel::kHeight);
-    auto inFrame = [](const LayoutRect& r) {
-        return LayoutRect{r.x - at::frCallingCard.x, r.y - at::frCallingCard.y, r.w, r.h};
-    };
-    ExpectAt(pref, {{"Image1", at::Image1},
-                    {"Label1", at::Label1},
-                    {"frCallingCard", at::frCallingCard},
-                    {"Label3", inFrame(at::Label3)},
-                    {"cmboCallingCards", inFrame(at::cmboCallingCards)},
-                    {"btnSave", inFrame(at::btnSave)},
-                    {"Label2", inFrame(at::Label2)},
-                    {"txtCardNumber", inFrame(at::txtCardNumber)},
-                    {"chkConfirmDial", at::chkConfirmDial},
-                    {"chkAutoDial", at::chkAutoDial},
-                    {"Text2", at::Text2},
-                    {"Label4", at::Label4}});
+    ExpectAt(pref, {PLACE(Image1), PLACE(Label1), PLACE(frCallingCard), PLACE(chkConfirmDial),
+                    PLACE(chkAutoDial), PLACE(Text2), PLACE(Label4)});
+    // Inside the frame, from the frame's corner.
+    Places inFrame = {PLACE(Label3), PLACE(cmboCallingCards), PLACE(btnSave), PLACE(Label2),
+                      PLACE(txtCardNumber)};
+    for (auto& [name, r] : inFrame) {
+        r = LayoutRect{r.x - at::frCallingCard.x, r.y - at::frCallingCard.y, r.w, r.h};
+    }
+    ExpectAt(pref, inFrame);
 }
 
 TEST_P(DensityTest, TheMonitorKeepsItsPictureSizeAndItsPanelPlace) {
     namespace at = layout::perfpulldown;
+    ASSERT_TRUE(Get<PerfPulldown>().IsLoaded());
     const PerfPulldown& perf = Get<PerfPulldown>();
-    ASSERT_TRUE(perf.IsLoaded());
-    ExpectAt(perf, {{"Image1", at::Image1},
-                    {"LeftBtn", at::LeftBtn},
-                    {"RightBtn", at::RightBtn},
-                    {"downBtn", at::downBtn},
-                    {"detachBtn", at::detachBtn}});
+    ExpectAt(perf,
+             {PLACE(Image1), PLACE(LeftBtn), PLACE(RightBtn), PLACE(downBtn), PLACE(detachBtn)});
     const forms::Control& panel = perf.CMPanel0;
     EXPECT_EQ((std::vector<int>{panel.Left(), panel.Top(), panel.Width(), panel.Height()}),
               (std::vector<int>{at::CMPanel.x, at::CMPanel.y, at::CMPanel.w, at::CMPanel.h}));
@@ -122,6 +89,8 @@ INSTANTIATE_TEST_SUITE_P(Densities, DensityTest, ::testing::Values(12, 10),
                          [](const ::testing::TestParamInfo<int>& param) {
                              return std::to_string(param.param) + "TwipsPerPixel";
                          });
+
+#undef PLACE
 
 }  // namespace
 }  // namespace kw::dialer::testing

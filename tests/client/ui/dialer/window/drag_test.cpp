@@ -47,21 +47,18 @@ TEST_F(DragTest, ADragThatStartsOnALightOrALabelMovesTheWindowWithoutAJump) {
 }
 
 TEST_F(DragTest, AMoveMovesNothingWithoutALeftPressHeldSinceItsStart) {
-    struct Case {
+    const struct {
         const char* what;
         int press;  // 0: none
         bool release;
         int move;
-    };
-    const std::vector<Case> cases = {
-        {"no press", 0, false, kLeft},
-        {"after the release", kLeft, true, kLeft},
-        {"a press of the right button", forms::mouse::kRight, false, forms::mouse::kRight},
-        {"the left button no longer held", kLeft, false, 0},
-    };
+    } cases[] = {{"no press", 0, false, kLeft},
+                 {"after the release", kLeft, true, kLeft},
+                 {"a press of the right button", forms::mouse::kRight, false, forms::mouse::kRight},
+                 {"the left button no longer held", kLeft, false, 0}};
     MainWin& win = Win();
     const auto start = At(win);
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         CursorTo(OnScreen(50, 60));
         if (c.press != 0) {
             win.UserMouseDown(c.press, 0, 50, 60);
@@ -76,25 +73,12 @@ TEST_F(DragTest, AMoveMovesNothingWithoutALeftPressHeldSinceItsStart) {
     }
 }
 
-TEST_F(DragTest, TheWindowTakesItsFrameSizeAsItMoves) {
-    MainWin& win = Win();
-    CursorTo(OnScreen(60, 20));
-    win.UserMouseDown(kLeft, 0, 60, 20);
-    CursorTo({300, 150});
-    win.UserMouseMove(kLeft, 0, 0, 0);
-    EXPECT_EQ(At(win), (std::pair{300 - 60 - FrameWidth(), 150 - 20 - FrameHeight()}));
-    EXPECT_EQ(win.Width(), 133 + 15);
-    EXPECT_EQ(win.Height(), 395 + 22 + FrameHeight());
-}
-
 TEST_F(DragTest, TheOpenPulloutsFollowToTheirPlacesAndTheClosedOnesStay) {
-    MainWin& win = Win();
-    MorePullout& more = Get<MorePullout>();
     const auto from = At(Get<FromPullout>());
-    win.btnMorePullout.UserClick();
-    more.btnDisplay.UserClick();
+    Win().btnMorePullout.UserClick();
+    Get<MorePullout>().btnDisplay.UserClick();
     DragBy(-40, 35);
-    EXPECT_EQ(Beside(more), (std::pair{114, 227}));
+    EXPECT_EQ(Beside(Get<MorePullout>()), (std::pair{114, 227}));
     EXPECT_EQ(Beside(Get<DisplayPullout>()), (std::pair{114, 127}));
     EXPECT_EQ(At(Get<FromPullout>()), from);
 }
@@ -126,11 +110,17 @@ class PerfPanelTest : public DragTest {
     PerfPulldown& Perf() { return Get<PerfPulldown>(); }
 };
 
-TEST_F(PerfPanelTest, ADragKeepsTheRetractedPanel176BelowInItsDragSize) {
-    DragBy(7, 9);
-    EXPECT_EQ(Beside(Perf()), (std::pair{FrameWidth(), 176}));
-    EXPECT_EQ(Perf().Width(), Perf().Image1.Width() + 20);
-    EXPECT_EQ(Perf().Height(), Perf().Image1.Height() + 10);
+TEST_F(PerfPanelTest, ADragKeepsThePanelBelowInItsStateAndGivesItItsDragSize) {
+    for (bool down : {false, true}) {
+        SCOPED_TRACE(down ? "pulled down" : "retracted");
+        if (down) {
+            Perf().downBtn.UserClick();
+        }
+        DragBy(7, 9);
+        EXPECT_EQ(Beside(Perf()), (std::pair{FrameWidth(), down ? 300 : 176}));
+        EXPECT_EQ(Perf().Width(), Perf().Image1.Width() + 20);
+        EXPECT_EQ(Perf().Height(), Perf().Image1.Height() + 10);
+    }
 }
 
 TEST_F(PerfPanelTest, PullingDownPlacesThePanel300BelowInItsOwnSize) {
@@ -141,33 +131,23 @@ TEST_F(PerfPanelTest, PullingDownPlacesThePanel300BelowInItsOwnSize) {
     EXPECT_EQ(Perf().Height(), Perf().Image1.Height() + 22);
 }
 
-TEST_F(PerfPanelTest, ADragKeepsThePulledDownPanel300Below) {
-    Perf().downBtn.UserClick();
-    DragBy(7, 9);
-    EXPECT_EQ(Beside(Perf()), (std::pair{FrameWidth(), 300}));
-}
-
 TEST_F(PerfPanelTest, RetractingBringsThePanelBackAndTheMainWindowToTheFront) {
-    FormChanges main;
     Perf().downBtn.UserClick();
-    Win().AddObserver(&main);
+    FormChanges main(Win());
     Perf().downBtn.UserClick();
     EXPECT_FALSE(Win().perfDown);
     EXPECT_EQ(Perf().Top(), Win().Top() + 176);
     EXPECT_EQ(main.Of(forms::FormProperty::ZOrder), 1);
     EXPECT_EQ(Win().ZOrderRequest(), 0);
-    Win().RemoveObserver(&main);
 }
 
 TEST_F(PerfPanelTest, ThePulledDownShapeIsCutOnce) {
-    FormChanges changes;
-    Perf().AddObserver(&changes);
+    FormChanges changes(Perf());
     for (int click = 0; click < 3; ++click) {
         Perf().downBtn.UserClick();
     }
     EXPECT_EQ(Perf().Top(), Win().Top() + 300);
     EXPECT_EQ(changes.Of(forms::FormProperty::Region), 1);
-    Perf().RemoveObserver(&changes);
 }
 
 }  // namespace

@@ -16,9 +16,13 @@
 
 namespace kw::dialer::testing {
 
-// Counts what a renderer would be told about one form.
+// Counts what a renderer would be told about one form, while it lives.
 class FormChanges : public forms::FormObserver {
   public:
+    explicit FormChanges(forms::Form& form) : form_(form) { form_.AddObserver(this); }
+    ~FormChanges() override { form_.RemoveObserver(this); }
+    FormChanges(const FormChanges&) = delete;
+    FormChanges& operator=(const FormChanges&) = delete;
     void ControlChanged(forms::Control&, forms::Property) override {}
     void FormChanged(forms::Form&, forms::FormProperty what) override { ++counts[what]; }
     int Of(forms::FormProperty what) const {
@@ -26,6 +30,9 @@ class FormChanges : public forms::FormObserver {
         return it == counts.end() ? 0 : it->second;
     }
     std::map<forms::FormProperty, int> counts;
+
+  private:
+    forms::Form& form_;
 };
 
 // The program started, its first dial list in, the pullout buttons enabled.
