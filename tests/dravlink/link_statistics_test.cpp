@@ -23,9 +23,8 @@ struct Figures {
     Variant ispReceived, vpnReceived;
 };
 
-std::vector<Figures> Seconds(LinkProfile line, int seconds, bool tunnelUp = true,
-                             unsigned seed = 20011) {
-    std::mt19937 random(seed);
+std::vector<Figures> Seconds(LinkProfile line, int seconds, bool tunnelUp = true) {
+    std::mt19937 random(20011);
     LinkStatistics statistics;
     statistics.SetLink(line);
     std::vector<Figures> run;
@@ -121,16 +120,6 @@ TEST(LinkStatisticsTest, AModemLineLosesTheOddPacketAndCountsLineErrors) {
     EXPECT_EQ(lan.back().framing, 0);
 }
 
-TEST(LinkStatisticsTest, TheSameSeedGivesTheSameCall) {
-    const auto a = Seconds(kModem, 50, true, 7);
-    const auto b = Seconds(kModem, 50, true, 7);
-    const auto c = Seconds(kModem, 50, true, 8);
-    EXPECT_EQ(Each(a, [](const Figures& s) { return s.rx + s.rttMs; }),
-              Each(b, [](const Figures& s) { return s.rx + s.rttMs; }));
-    EXPECT_NE(Each(a, [](const Figures& s) { return s.rx; }),
-              Each(c, [](const Figures& s) { return s.rx; }));
-}
-
 // The client's chart goes to Mb/s when a rate passes 100000 bytes a second.
 TEST(LinkStatisticsTest, AFastLineSwellsPastAMegabitAndFallsBack) {
     const auto rx = Each(Seconds({4000000, false, Traffic::Swells}, 120),
@@ -161,22 +150,16 @@ TEST(LinkStatisticsTest, ALongCallsCountersOutgrowALong) {
 
 const std::string kLab = "Engineering Lab";
 
-// The plain call's speed and names are checked with each kind of destination in call_test.
+// The fast line's scenario gives the call its speed and the traffic that swells past a megabit.
 TEST_F(SimulatorTest, AFastLinkCallRunsAtItsSpeedAndItsRatesCrossIntoMegabitsAndBack) {
     Start("fast-link");
     Call(kLab, 70000);
     std::string destination, device;
     ASSERT_TRUE(kw::automation::CBool(engine_->GetConnectionNames(destination, device)));
-    EXPECT_EQ(destination, kLab);
     EXPECT_EQ(CLng(engine_->GetLinkSpeed(device)), 4000000);
-    std::vector<double> rx;
-    for (const auto& [isp, vpn] : sink_.stats) {
-        rx.push_back(CDbl(isp.ToArray().Get(3)));
-    }
-    ASSERT_GT(rx.size(), 60u);
-    const auto first = std::find_if(rx.begin(), rx.end(), [](double r) { return r > 100000; });
-    ASSERT_NE(first, rx.end());
-    EXPECT_NE(std::find_if(first, rx.end(), [](double r) { return r < 100000; }), rx.end());
+    std::vector<bool> fast;
+    for (const auto& [isp, vpn] : sink_.stats) fast.push_back(CDbl(isp.ToArray().Get(3)) > 100000);
+    EXPECT_NE(std::find(std::find(fast.begin(), fast.end(), true), fast.end(), false), fast.end());
 }
 
 }  // namespace
