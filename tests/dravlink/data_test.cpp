@@ -22,35 +22,28 @@ bool Ok(const Variant& v) {
     return CBool(v);
 }
 
-// An ISP list in the client's save shape: name, enabled and position, from row `first` on.
-Variant IspSave(std::int32_t first, const std::vector<std::pair<const char*, const char*>>& rows) {
+// Rows in the client's save shape from row `first` on, their cells from column 0; the rest empty.
+Variant SaveRows(std::int32_t first, std::int32_t lastColumn, const std::vector<Names>& rows) {
     const auto n = static_cast<std::int32_t>(rows.size());
-    auto save = SafeArray::TwoDim(first, first + n - 1, 0, 6, SafeArray::ElementType::String);
+    auto save =
+        SafeArray::TwoDim(first, first + n - 1, 0, lastColumn, SafeArray::ElementType::String);
     for (std::int32_t r = 0; r < n; ++r) {
-        save.Set(first + r, 0, Variant(rows[static_cast<std::size_t>(r)].first));
-        save.Set(first + r, 1, Variant(rows[static_cast<std::size_t>(r)].second));
-        save.Set(first + r, 2, Variant(std::to_string(r)));
+        const Names& row = rows[static_cast<std::size_t>(r)];
+        for (std::size_t c = 0; c < row.size(); ++c)
+            save.Set(first + r, static_cast<std::int32_t>(c), Variant(row[c]));
     }
     return Variant(save);
 }
 
-// The rows of a dial list, reversed and all ticked off, in the client's save shape.
+// The rows of a dial list, reversed and all ticked off: number, ISP, position, enabled.
 Variant ReversedAndOff(const Variant& dialList) {
     const auto numbers = Column(dialList, 1);
     const auto isps = Column(dialList, 2);
-    const auto n = static_cast<std::int32_t>(numbers.size());
-    auto save = SafeArray::TwoDim(0, n - 1, 0, 8, SafeArray::ElementType::String);
-    for (std::int32_t r = 0; r < n; ++r) {
-        const auto i = static_cast<std::size_t>(n - 1 - r);
-        save.Set(r, 0, Variant(numbers[i]));
-        save.Set(r, 1, Variant(isps[i]));
-        save.Set(r, 2, Variant(std::to_string(r)));
-        save.Set(r, 3, Variant("0"));
-    }
-    return Variant(save);
+    std::vector<Names> rows;
+    for (std::size_t i = numbers.size(); i-- > 0;)
+        rows.push_back({numbers[i], isps[i], std::to_string(rows.size()), "0"});
+    return SaveRows(0, 8, rows);
 }
-
-// ---- users, policies --------------------------------------------------------------------------
 
 TEST_F(SimulatorTest, NothingButTheUserCallsWorksBeforeLogon) {
     Simulator engine(platform_, Options{dataDir_, {}, ""});
@@ -81,8 +74,6 @@ TEST_F(SimulatorTest, PoliciesFollowTheUserAndOthersGetEveryonesOnes) {
     EXPECT_EQ(policy("mira", "POPordering"), "1");
     EXPECT_EQ(policy("mira", "Teleportation"), "refused");
 }
-
-// ---- locations, cards --------------------------------------------------------------------------
 
 TEST_F(SimulatorTest, ANewLocationNeedsAFreeName) {
     Start();
@@ -177,7 +168,7 @@ TEST_F(SimulatorTest, AnUnreadableLocationsFileFailsTheLogonAndChangesNothing) {
     EXPECT_TRUE(fs::exists(dataDir_ / "locations-ana.ini"));
 }
 
-TEST_F(SimulatorTest, ACallingCardKeepsTheNumberSetForItUnlessPolicyForbids) {
+TEST_F(SimulatorTest, ACallingCardKeepsTheNumberSetForIt) {
     Start();
     std::string position = "1";
     EXPECT_TRUE(Ok(engine_->SetCallingCardNumber(position, "4417 2231 9981")));
@@ -185,18 +176,13 @@ TEST_F(SimulatorTest, ACallingCardKeepsTheNumberSetForItUnlessPolicyForbids) {
     Variant list;
     engine_->GetCallingCardList(list);
     EXPECT_EQ(CStr(list.ToArray().Get(1, 2)), "4417 2231 9981");
-    Start("", "guest", "guest");  // CCdialing "0"
-    EXPECT_FALSE(Ok(engine_->SetCallingCardNumber(position, "0000")));
 }
 
 TEST_F(SimulatorTest, ACardPositionThatNamesNoCardIsRefused) {
     Start();
-    for (std::string position : {"99", "-1", "1x", "", "184467440737095516160"}) {
+    for (std::string position : {"99", "-1", "1x", "", "184467440737095516160"})
         EXPECT_FALSE(Ok(engine_->SetCallingCardNumber(position, "1"))) << position;
-    }
 }
-
-// ---- dial lists ------------------------------------------------------------------------------
 
 TEST_F(SimulatorTest, AUsLocationGetsItsOwnAreasPopsFirstThenTollFreeThenTheRest) {
     Start();
@@ -208,9 +194,8 @@ TEST_F(SimulatorTest, AUsLocationGetsItsOwnAreasPopsFirstThenTollFreeThenTheRest
     EXPECT_EQ(numbers[0].substr(0, 3), "212");
     EXPECT_EQ(numbers[1].substr(0, 3), "212");
     EXPECT_EQ(numbers[2], "800-555-0100") << "toll-free next";
-    for (const auto& n : numbers) {
+    for (const auto& n : numbers)
         EXPECT_EQ(n.find(' '), std::string::npos) << "no POP abroad while the country has its own";
-    }
     // Enable flags as the database says; weights rise down the list.
     const auto miami = std::find(numbers.begin(), numbers.end(), "305-555-0199");
     ASSERT_NE(miami, numbers.end());
@@ -228,21 +213,20 @@ TEST_F(SimulatorTest, AnIspListSavedWithAnIspOffLeavesItsPopsOutOfTheDialList) {
     };
     const Names names = isps(0);
     ASSERT_EQ(names, (Names{"Bluewave Online", "Meridian Dial"}));
-    Variant save = IspSave(0, {{"Meridian Dial", "1"}, {"Bluewave Online", "0"}});
+    Variant save = SaveRows(0, 6, {{"Meridian Dial", "1", "0"}, {"Bluewave Online", "0", "1"}});
     ASSERT_TRUE(Ok(engine_->SaveISPList(kLab, save)));
     EXPECT_EQ(isps(0), (Names{"Meridian Dial", "Bluewave Online"}));
     EXPECT_EQ(isps(3), (Names{"1", "0"}));
-    for (const auto& isp : Column(DialList("Home Office", kLab), 2)) {
+    for (const auto& isp : Column(DialList("Home Office", kLab), 2))
         EXPECT_EQ(isp, "Meridian Dial");
-    }
     EXPECT_TRUE(Ok(engine_->RefreshISPList(kLab)));
     EXPECT_EQ(isps(0), names);
 }
 
 TEST_F(SimulatorTest, AnIspListWhoseRowsEndAtTheTopOfTheIndexRangeIsSavedWhole) {
     Start();
-    Variant save = IspSave(std::numeric_limits<std::int32_t>::max() - 1,
-                           {{"Meridian Dial", "1"}, {"Bluewave Online", "0"}});
+    Variant save = SaveRows(std::numeric_limits<std::int32_t>::max() - 1, 6,
+                            {{"Meridian Dial", "1"}, {"Bluewave Online", "0"}});
     ASSERT_TRUE(Ok(engine_->SaveISPList(kLab, save)));
     Variant isps;
     engine_->GetISPList(kLab, isps);
@@ -261,16 +245,18 @@ TEST_F(SimulatorTest, EachUserKeepsTheirOwnSavedDialList) {
     EXPECT_EQ(Column(DialList("Home Office", kCorporate), 1), computed);
 }
 
-TEST_F(SimulatorTest, AUserWithoutTheRightsChangesNeitherListsNorLogins) {
+TEST_F(SimulatorTest, AUserWithoutTheRightsChangesNeitherListsNorLoginsNorCards) {
     Start("", "guest", "guest");
     const Variant computed = DialList("Home Office", kCorporate);
     Variant pops = ReversedAndOff(computed);
     EXPECT_FALSE(Ok(engine_->SavePOPList("Home Office", kCorporate, pops)));
-    Variant isps = IspSave(0, {{"Meridian Dial", "0"}});
+    Variant isps = SaveRows(0, 6, {{"Meridian Dial", "0"}});
     EXPECT_FALSE(Ok(engine_->SaveISPList(kLab, isps)));
     std::string user = "guest";
     std::string isp = "Bluewave Online";
     EXPECT_FALSE(Ok(engine_->SetISPLogin(user, isp, "g1", "pw")));
+    std::string card = "1";
+    EXPECT_FALSE(Ok(engine_->SetCallingCardNumber(card, "0000"))) << "CCdialing is 0";
     EXPECT_EQ(Column(DialList("Home Office", kCorporate), 1), Column(computed, 1));
     EXPECT_EQ(Column(DialList("Home Office", kCorporate), 6), Column(computed, 6));
 }
@@ -294,8 +280,6 @@ TEST_F(SimulatorTest, OverAnExistingConnectionNothingIsDialled) {
     Hangup(handle);
     EXPECT_EQ(sink_.Codes(), (std::vector<int>{202, 201, 1, 232, 231, 31, 32}));
 }
-
-// ---- the data files ----------------------------------------------------------------------------
 
 // The engine's data says how long a dial list takes: the answer is an event that long after.
 TEST_F(SimulatorTest, TheDialListArrivesAfterTheDelayTheDataSets) {
@@ -334,12 +318,8 @@ TEST_F(SimulatorTest, AMalformedDataFileStopsTheStartNamingTheFileAndTheLine) {
         {"engine.ini", longLine, {"engine.ini, line 2", "found \"xxxx"}},
         {"countries.txt", kFolder, {"countries.txt is a folder"}},
         {"orderings.ini", kFolder, {"orderings.ini is a folder"}},
-        {"pops.txt",
-         "# a comment\n\nBluewave Online | 1 | 512 | 5\n",
-         {"pops.txt, line 3", "9 fields"}},
-        {"pops.txt",
-         "Nobody Net | 1 | 5 | 5 | A | B | C | 1 | 1\n",
-         {"pops.txt, line 1", "Nobody Net"}},
+        {"pops.txt", "# a\n\nBluewave Online | 1 | 5\n", {"pops.txt, line 3", "9 fields"}},
+        {"pops.txt", "Nobody Net|1|5|5|A|B|C|1|1\n", {"pops.txt, line 1", "Nobody Net"}},
         {"accounts.ini", "[*]\nPassword = *\nPOPordering\n", {"accounts.ini, line 3"}},
         {"accounts.ini", "[*]\nColour = red\n", {"accounts.ini, line 2", "policy key"}},
         {"isps.txt", "Bluewave Online | 1 | w | 2 | 1\n", {"isps.txt, line 1", "1 or 0"}},
@@ -370,9 +350,8 @@ TEST_F(SimulatorTest, AMalformedDataFileStopsTheStartNamingTheFileAndTheLine) {
         });
         EXPECT_EQ(f.Number(), 429) << "the engine must not start on half its data: " << c.told[0];
         EXPECT_LT(f.Description().size(), 500u) << "a screenful says where the damage is";
-        for (const auto& part : c.told) {
+        for (const auto& part : c.told)
             EXPECT_NE(f.Description().find(part), std::string::npos) << f.Description();
-        }
     }
 }
 
