@@ -12,13 +12,11 @@ namespace dravlink::testing {
 namespace {
 
 using kw::automation::CDbl;
-using kw::automation::CLng;
 using kw::automation::Failure;
 
 // The figures of one second as the client reads them.
 struct Figures {
-    double rx, tx, vpnTx, rttMs;
-    int loss, crc, framing;
+    double rx, tx, vpnTx;
     Variant ispReceived, vpnReceived;
 };
 
@@ -31,8 +29,7 @@ std::vector<Figures> Seconds(LinkProfile line, int seconds) {
         const auto [isp, vpn] = statistics.Tick(random, true);
         const SafeArray& a = isp.ToArray();
         const SafeArray& b = vpn.ToArray();
-        run.push_back({CDbl(a.Get(3)), CDbl(a.Get(5)), CDbl(b.Get(3)), CDbl(b.Get(5)),
-                       CLng(b.Get(4)), CLng(a.Get(6)), CLng(a.Get(7)), a.Get(2), b.Get(0)});
+        run.push_back({CDbl(a.Get(3)), CDbl(a.Get(5)), CDbl(b.Get(3)), a.Get(2), b.Get(0)});
     }
     return run;
 }
@@ -43,14 +40,13 @@ std::vector<double> Each(const std::vector<Figures>& run, double Figures::*figur
     return v;
 }
 
-// Each kind of line: its bytes a second at most (ten bits a byte over a modem), and the round
-// trip's floor and typical ceiling in milliseconds.
+// Each kind of line with its bytes a second at most: ten bits a byte over a modem.
 const struct Line {
     const char* name;
     LinkProfile profile;
-    double capacity, rttLow, rttTypical;
-} kLines[] = {{"modem", {28800, true, Traffic::Ordinary}, 2880, 100, 400},
-              {"LAN", {10000000, false, Traffic::Ordinary}, 1250000, 5, 40}};
+    double capacity;
+} kLines[] = {{"modem", {28800, true, Traffic::Ordinary}, 2880},
+              {"LAN", {10000000, false, Traffic::Ordinary}, 1250000}};
 const LinkProfile kModem = kLines[0].profile;
 
 TEST(LinkStatisticsTest, TheReceiveRateFollowsTheLineWithBurstsAndIdleMoments) {
@@ -74,32 +70,6 @@ TEST(LinkStatisticsTest, TransmitComesNegativeAndSmallerThanReceive) {
         EXPECT_LT(s.vpnTx, 0);
         EXPECT_LT(-s.tx, s.rx + 50);
     }
-}
-
-TEST(LinkStatisticsTest, TheRoundTripJittersAroundTheLinesDelay) {
-    for (const Line& line : kLines) {
-        SCOPED_TRACE(line.name);
-        auto rtt = Each(Seconds(line.profile, 300), &Figures::rttMs);
-        std::sort(rtt.begin(), rtt.end());
-        const double median = rtt[rtt.size() / 2];
-        EXPECT_GE(rtt.front(), line.rttLow);
-        EXPECT_LT(median, line.rttTypical);
-        EXPECT_GT(rtt.back(), median * 1.5) << "now and then a stall";
-        EXPECT_GT(rtt[rtt.size() * 9 / 10] - rtt[rtt.size() / 10], 0.1 * line.rttLow) << "jitter";
-    }
-}
-
-TEST(LinkStatisticsTest, AModemLineLosesTheOddPacketAndCountsLineErrors) {
-    const auto run = Seconds(kModem, 300);
-    const auto lossy =
-        std::count_if(run.begin(), run.end(), [](const Figures& s) { return s.loss > 0; });
-    EXPECT_GT(lossy, 3);
-    EXPECT_LT(lossy, 150) << "occasional, not constant";
-    EXPECT_GT(run.back().crc, 5);
-    EXPECT_GT(run.back().framing, 1);
-    EXPECT_GE(run.back().crc, run[150].crc) << "counters only grow";
-    const auto lan = Seconds(kLines[1].profile, 300);
-    EXPECT_EQ(lan.back().crc + lan.back().framing, 0);
 }
 
 // The client's chart goes to Mb/s when a rate passes 100000 bytes a second.

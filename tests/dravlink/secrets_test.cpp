@@ -52,9 +52,8 @@ class SecretsTest : public SimulatorTest {
     std::vector<std::string> FilesHolding(const std::string& text) {
         std::vector<std::string> found;
         for (const auto& entry : fs::recursive_directory_iterator(dir_)) {
-            if (entry.is_regular_file() && Contents(entry.path()).find(text) != std::string::npos) {
+            if (entry.is_regular_file() && Contents(entry.path()).find(text) != std::string::npos)
                 found.push_back(entry.path().string());
-            }
         }
         return found;
     }
@@ -91,8 +90,7 @@ TEST_F(SecretsTest, PasswordsStoredTheOldWayBecomeReferencesAtTheNextStart) {
     EXPECT_EQ(FilesHolding("= guest\n"), std::vector<std::string>{}) << "the sample's account";
     EXPECT_EQ(EnginesUser(), (Login{"ana", kPassword}));
     EXPECT_EQ(IspLogin("ana", "Bluewave Online"), (Login{"ana.bw", kPassword}));
-    std::string guest = "guest";
-    std::string typed = "guest";
+    std::string guest = "guest", typed = "guest";
     EXPECT_TRUE(CBool(engine_->Logon(guest, typed, ""))) << "the sealed account still checks";
 }
 
@@ -102,18 +100,16 @@ TEST_F(SecretsTest, EveryFileOfTheEngineIsTheUsersAloneWhateverTheUmask) {
     SavePasswords();
     ::umask(saved);
 
+    const auto mode = [](const fs::path& path) {
+        return fs::status(path).permissions() & fs::perms::all;
+    };
     int files = 0;
     for (const auto& entry : fs::recursive_directory_iterator(dataDir_)) {
-        struct stat st {};
-        ASSERT_EQ(::stat(entry.path().c_str(), &st), 0);
-        const mode_t expected = entry.is_directory() ? 0700 : 0600;
-        EXPECT_EQ(st.st_mode & 0777, expected) << entry.path();
+        EXPECT_EQ(mode(entry), fs::perms(entry.is_directory() ? 0700 : 0600)) << entry.path();
         files += entry.is_regular_file() ? 1 : 0;
     }
     EXPECT_GE(files, 10) << "the sample's copies, the logins, the key and the sealed secrets";
-    struct stat st {};
-    ASSERT_EQ(::stat(dataDir_.c_str(), &st), 0);
-    EXPECT_EQ(st.st_mode & 0777, 0700u);
+    EXPECT_EQ(mode(dataDir_), fs::perms(0700));
 }
 
 TEST_F(SecretsTest, TwoProcessesSealingAtOnceLoseNoSecret) {
@@ -122,9 +118,7 @@ TEST_F(SecretsTest, TwoProcessesSealingAtOnceLoseNoSecret) {
     const auto keep = [&](const std::string& who) {
         Secrets secrets(SealedFileSecrets(dir_ / "vault"));
         std::ofstream out(dir_ / who);
-        for (int i = 0; i < 20; ++i) {
-            out << secrets.Keep(who + std::to_string(i)) << "\n";
-        }
+        for (int i = 0; i < 20; ++i) out << secrets.Keep(who + std::to_string(i)) << "\n";
     };
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);
@@ -139,9 +133,8 @@ TEST_F(SecretsTest, TwoProcessesSealingAtOnceLoseNoSecret) {
         std::ifstream in(dir_ / who);
         std::string reference;
         int i = 0;
-        for (; std::getline(in, reference); ++i) {
+        for (; std::getline(in, reference); ++i)
             EXPECT_EQ(secrets.Reveal(reference), who + std::to_string(i));
-        }
         EXPECT_EQ(i, 20) << who;
     }
 }

@@ -122,9 +122,8 @@ class SimulatorTest : public ::testing::Test {
     void TearDown() override {
         Stop();
         kw::registry::Configure(savedRegistry_);
-        if (!savedBus_.empty()) {
+        if (!savedBus_.empty())
             ::setenv("DBUS_SESSION_BUS_ADDRESS", savedBus_.c_str(), 1);
-        }
         std::filesystem::remove_all(dir_);
     }
     void Stop() {
@@ -132,10 +131,11 @@ class SimulatorTest : public ::testing::Test {
             engine_->Unadvise();
         engine_.reset();
     }
-    // Makes the engine (again), logged on as user, with the sink advised.
+    // Makes the engine (again), logged on as user, with the sink advised and its record cleared.
     void Start(const std::string& scenario = "", std::string user = "ana",
                std::string password = "secret") {
         Stop();
+        sink_.seen.clear();
         engine_ = std::make_shared<Simulator>(platform_, Options{dataDir_, {}, scenario});
         engine_->Advise(&sink_);
         EXPECT_TRUE(kw::automation::CBool(engine_->Logon(user, password, "")));
