@@ -163,8 +163,6 @@ class SimulatorTest : public ::testing::Test {
     std::pair<std::string, std::string> IspLogin(std::string user, std::string isp) {
         Variant login;
         EXPECT_TRUE(kw::automation::CBool(engine_->GetISPLogin(user, isp, login)));
-        if (!login.IsArray())
-            return {};
         return {CStr(login.ToArray().Get(0)), CStr(login.ToArray().Get(1))};
     }
     // A value in the client's settings key, as the client writes it.
