@@ -141,8 +141,7 @@ TEST_F(SimulatorTest, TheAlternateTunnelServerIsUsedAndAnUnreachableOneFailsTheT
         const std::string server = c.server;
         StoreSetting("AlternateTunnelServer", server);
         Call(kLab);
-        ASSERT_FALSE(sink_.Of("P202").empty()) << c.server;
-        EXPECT_EQ(sink_.Of("P202")[0], "Creating tunnel to " + server);
+        EXPECT_EQ(sink_.Of("P202"), std::vector<std::string>{"Creating tunnel to " + server});
         EXPECT_TRUE(Has(sink_.Of("S"), "alternate server " + server)) << c.server;
         EXPECT_EQ(sink_.Codes().back(), c.last) << c.server;
         EXPECT_EQ(sink_.Of("E") == std::vector<std::string>{"2010"}, c.last == 32) << c.server;
@@ -167,8 +166,7 @@ TEST_F(SimulatorTest, ARefusedIspLoginKeepsANewPairAndHangsUpWithoutOne) {
         Call(kLab);
         EXPECT_EQ(sink_.Of("LOGIN"), std::vector<std::string>{"ana"});
         EXPECT_EQ(sink_.Codes(), c.codes);
-        EXPECT_EQ(IspLogin("ana", "Bluewave Online"),
-                  (std::pair<std::string, std::string>{c.user, c.password}));
+        EXPECT_EQ(IspLogin("ana", "Bluewave Online"), (Login{c.user, c.password}));
     }
 }
 
@@ -196,8 +194,6 @@ TEST_F(SimulatorTest, ACallHomeFetchesEveryFileToTheEnd) {
     EXPECT_EQ(std::pair(CLng(first.Get(1)), CLng(first.Get(2))), std::pair(1, 3));
     EXPECT_EQ(std::pair(CLng(last.Get(1)), CLng(last.Get(3))), std::pair(3, CLng(last.Get(4))));
     EXPECT_EQ(CDbl(last.Get(7)), 100.0);
-    // Reports come a few times a second: the bytes of one are a quarter of the rate's second.
-    EXPECT_EQ(CLng(sink_.transfers.at(1).ToArray().Get(3)), 2 * CLng(first.Get(3)));
 }
 
 TEST_F(SimulatorTest, ACancelledTransferReportsNoMore) {

@@ -64,17 +64,6 @@ TEST_F(SimulatorTest, AnAccountChecksItsPasswordAndAnyoneElseMayLogOn) {
     EXPECT_EQ(CStr(list.ToArray().Get(0)), kCorporate);
 }
 
-TEST_F(SimulatorTest, PoliciesFollowTheUserAndOthersGetEveryonesOnes) {
-    Start("", "guest", "guest");
-    const auto policy = [&](std::string user, const char* key) {
-        std::string value = "?";
-        return Ok(engine_->GetPolicySetting(user, key, value)) ? value : "refused";
-    };
-    EXPECT_EQ(policy("guest", "POPordering"), "0");
-    EXPECT_EQ(policy("mira", "POPordering"), "1");
-    EXPECT_EQ(policy("mira", "Teleportation"), "refused");
-}
-
 TEST_F(SimulatorTest, ANewLocationNeedsAFreeName) {
     Start();
     EXPECT_FALSE(Ok(engine_->LocationExists("Home Office"))) << "false: the name is taken";
@@ -300,7 +289,6 @@ TEST_F(SimulatorTest, AMalformedDataFileStopsTheStartNamingTheFileAndTheLine) {
         {"countries.txt", "# none yet\n\n", {"countries.txt, line 2", "no country"}},
         {"engine.ini", longLine, {"engine.ini, line 2", "found \"xxxx"}},
         {"countries.txt", kFolder, {"countries.txt is a folder"}},
-        {"orderings.ini", kFolder, {"orderings.ini is a folder"}},
         {"pops.txt", "# a\n\nBluewave Online | 1 | 5\n", {"pops.txt, line 3", "9 fields"}},
         {"pops.txt", "Nobody Net|1|5|5|A|B|C|1|1\n", {"pops.txt, line 1", "Nobody Net"}},
         {"accounts.ini", "[*]\nPassword = *\nPOPordering\n", {"accounts.ini, line 3"}},
@@ -322,15 +310,12 @@ TEST_F(SimulatorTest, AMalformedDataFileStopsTheStartNamingTheFileAndTheLine) {
     for (const auto& c : cases) {
         fs::remove_all(dataDir_);  // the other files come from the sample
         fs::create_directories(dataDir_);
-        if (c.content == kFolder) {
+        if (c.content == kFolder)
             fs::create_directories(dataDir_ / c.file);
-        } else {
+        else
             std::ofstream(dataDir_ / c.file)
                 .write(c.content.data(), static_cast<std::streamsize>(c.content.size()));
-        }
-        const Failure f = FailureOf([&] {
-            Simulator broken(platform_, Options{dataDir_, {}, ""});
-        });
+        const Failure f = FailureOf([&] { Simulator(platform_, Options{dataDir_, {}, ""}); });
         EXPECT_EQ(f.Number(), 429) << "the engine must not start on half its data: " << c.told[0];
         EXPECT_LT(f.Description().size(), 500u) << "a screenful says where the damage is";
         for (const auto& part : c.told)

@@ -15,7 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using kw::automation::CBool;
-using Login = std::pair<std::string, std::string>;
 
 constexpr const char* kPassword = "s3cret pass";
 // kPassword as older engines stored it.

@@ -23,6 +23,7 @@ namespace dravlink::testing {
 using kw::automation::CStr;
 using kw::automation::SafeArray;
 using kw::automation::Variant;
+using Login = std::pair<std::string, std::string>;  // a user name and its password
 
 // What a client saw, in order ("P102", "S", "E", "STATS", "LIST", "OK", "YESNO", "INFO", "INPUT",
 // "LOGIN", "NLN", "XFER").
@@ -42,18 +43,16 @@ class RecordingSink : public kw::dialer::DravlinkEvents {
 
     std::vector<int> Codes() const {
         std::vector<int> codes;
-        for (const auto& s : seen) {
+        for (const auto& s : seen)
             if (s.what.size() > 1 && s.what[0] == 'P')
                 codes.push_back(std::stoi(s.what.substr(1)));
-        }
         return codes;
     }
     std::vector<std::string> Of(const std::string& what) const {
         std::vector<std::string> texts;
-        for (const auto& s : seen) {
+        for (const auto& s : seen)
             if (s.what == what)
                 texts.push_back(s.text);
-        }
         return texts;
     }
 
@@ -160,7 +159,7 @@ class SimulatorTest : public ::testing::Test {
         platform_.Advance(ms);
     }
     // The user's login to an ISP as the engine gives it back: name and password.
-    std::pair<std::string, std::string> IspLogin(std::string user, std::string isp) {
+    Login IspLogin(std::string user, std::string isp) {
         Variant login;
         EXPECT_TRUE(kw::automation::CBool(engine_->GetISPLogin(user, isp, login)));
         return {CStr(login.ToArray().Get(0)), CStr(login.ToArray().Get(1))};
