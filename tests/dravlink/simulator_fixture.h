@@ -168,9 +168,8 @@ class SimulatorTest : public ::testing::Test {
     static void StoreSetting(const std::string& name, const std::string& value) {
         namespace reg = kw::registry;
         reg::HKEY key = nullptr;
-        ASSERT_EQ(reg::RegCreateKeyExA(reg::HKEY_CURRENT_USER, kCredentialsKey, 0, nullptr, 0,
-                                       reg::KEY_ALL_ACCESS, nullptr, &key, nullptr),
-                  0);
+        reg::RegCreateKeyExA(reg::HKEY_CURRENT_USER, kCredentialsKey, 0, nullptr, 0,
+                             reg::KEY_ALL_ACCESS, nullptr, &key, nullptr);
         reg::RegSetValueExA(key, name.c_str(), 0, reg::REG_SZ,
                             reinterpret_cast<const reg::BYTE*>(value.c_str()),
                             static_cast<reg::DWORD>(value.size() + 1));
