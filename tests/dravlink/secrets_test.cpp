@@ -27,6 +27,14 @@ std::string Contents(const fs::path& path) {
 
 class SecretsTest : public SimulatorTest {
   protected:
+    // The user's password and a login to an ISP, both kPassword, saved as the client saves them.
+    void SavePasswords() {
+        std::string user = "ana";
+        std::string password = kPassword;
+        std::string isp = "Bluewave Online";
+        ASSERT_TRUE(CBool(engine_->SaveUser(user, password, "")));
+        ASSERT_TRUE(CBool(engine_->SetISPLogin(user, isp, "ana.bw", kPassword)));
+    }
     // The "Password" value as the settings file holds it.
     std::string StoredPassword() {
         const std::string text = Contents(dir_ / "user.reg");
@@ -34,7 +42,7 @@ class SecretsTest : public SimulatorTest {
         return at == std::string::npos ? ""
                                        : text.substr(at + 12, text.find('"', at + 12) - at - 12);
     }
-    std::pair<std::string, std::string> EnginesUser() {
+    Login EnginesUser() {
         std::string user, password, third;
         EXPECT_TRUE(CBool(engine_->GetUser(user, password, third)));
         return {user, password};
@@ -43,9 +51,8 @@ class SecretsTest : public SimulatorTest {
     std::vector<std::string> FilesHolding(const std::string& text) {
         std::vector<std::string> found;
         for (const auto& entry : fs::recursive_directory_iterator(dir_)) {
-            if (entry.is_regular_file() && Contents(entry.path()).find(text) != std::string::npos) {
+            if (entry.is_regular_file() && Contents(entry.path()).find(text) != std::string::npos)
                 found.push_back(entry.path().string());
-            }
         }
         return found;
     }
@@ -53,20 +60,16 @@ class SecretsTest : public SimulatorTest {
 
 TEST_F(SecretsTest, NoFileGivesThePasswordBackWithoutTheUsersKey) {
     Start();
-    std::string user = "ana";
-    std::string password = kPassword;
-    ASSERT_TRUE(CBool(engine_->SaveUser(user, password, "")));
-    std::string isp = "Bluewave Online";
-    ASSERT_TRUE(CBool(engine_->SetISPLogin(user, isp, "ana.bw", kPassword)));
-
+    SavePasswords();
     const std::string reference = StoredPassword();
     EXPECT_TRUE(Secrets::IsReference(reference)) << reference;
     for (const std::string& form : {std::string(kPassword), std::string(kOldForm).substr(4)}) {
         EXPECT_EQ(FilesHolding(form), std::vector<std::string>{}) << form;
     }
-    // The client hands the reference back to Logon; a fresh engine reveals it.
+    // The client hands the reference back to Logon; a fresh engine reveals both passwords.
     Start("", "ana", reference);
     EXPECT_EQ(EnginesUser().second, kPassword);
+    EXPECT_EQ(IspLogin("ana", "Bluewave Online"), (Login{"ana.bw", kPassword}));
     fs::remove(dataDir_ / "secrets" / "key");
     Start();
     EXPECT_EQ(EnginesUser().second, "") << "without the key the reference opens nothing";
@@ -75,19 +78,8 @@ TEST_F(SecretsTest, NoFileGivesThePasswordBackWithoutTheUsersKey) {
 TEST_F(SecretsTest, PasswordsStoredTheOldWayBecomeReferencesAtTheNextStart) {
     Start();
     Stop();
-    {
-        namespace reg = kw::registry;
-        reg::HKEY key = nullptr;
-        ASSERT_EQ(reg::RegCreateKeyExA(reg::HKEY_CURRENT_USER, "Software\\Ostvarra\\Kestrelway", 0,
-                                       nullptr, 0, reg::KEY_ALL_ACCESS, nullptr, &key, nullptr),
-                  0);
-        for (const auto& [name, value] : {std::pair{"UserName", "ana"}, {"Password", kOldForm}}) {
-            reg::RegSetValueExA(key, name, 0, reg::REG_SZ,
-                                reinterpret_cast<const reg::BYTE*>(value),
-                                static_cast<reg::DWORD>(std::string(value).size() + 1));
-        }
-        reg::RegCloseKey(key);
-    }
+    StoreSetting("UserName", "ana");
+    StoreSetting("Password", kOldForm);
     std::ofstream(dataDir_ / "isplogins.ini", std::ios::trunc)
         << "[ana|Bluewave Online]\nUser = ana.bw\nPassword = " << kOldForm << "\n";
 
@@ -95,39 +87,28 @@ TEST_F(SecretsTest, PasswordsStoredTheOldWayBecomeReferencesAtTheNextStart) {
     EXPECT_TRUE(Secrets::IsReference(StoredPassword())) << StoredPassword();
     EXPECT_EQ(FilesHolding(std::string(kOldForm).substr(4)), std::vector<std::string>{});
     EXPECT_EQ(FilesHolding("= guest\n"), std::vector<std::string>{}) << "the sample's account";
-    EXPECT_EQ(EnginesUser(), (std::pair<std::string, std::string>{"ana", kPassword}));
-    std::string user = "ana";
-    std::string isp = "Bluewave Online";
-    Variant login;
-    ASSERT_TRUE(CBool(engine_->GetISPLogin(user, isp, login)));
-    EXPECT_EQ(CStr(login.ToArray().Get(1)), kPassword);
-    std::string guest = "guest";
-    std::string typed = "guest";
+    EXPECT_EQ(EnginesUser(), (Login{"ana", kPassword}));
+    EXPECT_EQ(IspLogin("ana", "Bluewave Online"), (Login{"ana.bw", kPassword}));
+    std::string guest = "guest", typed = "guest";
     EXPECT_TRUE(CBool(engine_->Logon(guest, typed, ""))) << "the sealed account still checks";
 }
 
 TEST_F(SecretsTest, EveryFileOfTheEngineIsTheUsersAloneWhateverTheUmask) {
     const mode_t saved = ::umask(022);
     Start();
-    std::string user = "ana";
-    std::string password = kPassword;
-    engine_->SaveUser(user, password, "");
-    std::string isp = "Bluewave Online";
-    engine_->SetISPLogin(user, isp, "ana.bw", kPassword);
+    SavePasswords();
     ::umask(saved);
 
+    const auto mode = [](const fs::path& path) {
+        return fs::status(path).permissions() & fs::perms::all;
+    };
     int files = 0;
     for (const auto& entry : fs::recursive_directory_iterator(dataDir_)) {
-        struct stat st {};
-        ASSERT_EQ(::stat(entry.path().c_str(), &st), 0);
-        const mode_t expected = entry.is_directory() ? 0700 : 0600;
-        EXPECT_EQ(st.st_mode & 0777, expected) << entry.path();
+        EXPECT_EQ(mode(entry), fs::perms(entry.is_directory() ? 0700 : 0600)) << entry.path();
         files += entry.is_regular_file() ? 1 : 0;
     }
     EXPECT_GE(files, 10) << "the sample's copies, the logins, the key and the sealed secrets";
-    struct stat st {};
-    ASSERT_EQ(::stat(dataDir_.c_str(), &st), 0);
-    EXPECT_EQ(st.st_mode & 0777, 0700u);
+    EXPECT_EQ(mode(dataDir_), fs::perms(0700));
 }
 
 TEST_F(SecretsTest, TwoProcessesSealingAtOnceLoseNoSecret) {
@@ -136,9 +117,7 @@ TEST_F(SecretsTest, TwoProcessesSealingAtOnceLoseNoSecret) {
     const auto keep = [&](const std::string& who) {
         Secrets secrets(SealedFileSecrets(dir_ / "vault"));
         std::ofstream out(dir_ / who);
-        for (int i = 0; i < 20; ++i) {
-            out << secrets.Keep(who + std::to_string(i)) << "\n";
-        }
+        for (int i = 0; i < 20; ++i) out << secrets.Keep(who + std::to_string(i)) << "\n";
     };
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);
@@ -153,9 +132,8 @@ TEST_F(SecretsTest, TwoProcessesSealingAtOnceLoseNoSecret) {
         std::ifstream in(dir_ / who);
         std::string reference;
         int i = 0;
-        for (; std::getline(in, reference); ++i) {
+        for (; std::getline(in, reference); ++i)
             EXPECT_EQ(secrets.Reveal(reference), who + std::to_string(i));
-        }
         EXPECT_EQ(i, 20) << who;
     }
 }

@@ -11,7 +11,9 @@
 #include <vector>
 
 #include "client/ui/dialer/engine/dravlink.h"
+#include "dravlink/credentials.h"
 #include "dravlink/simulator.h"
+#include "platform/automation/failure.h"
 #include "platform/automation/safe_array.h"
 #include "platform/headless/headless_platform.h"
 #include "platform/registry/registry.h"
@@ -21,49 +23,37 @@ namespace dravlink::testing {
 using kw::automation::CStr;
 using kw::automation::SafeArray;
 using kw::automation::Variant;
+using Login = std::pair<std::string, std::string>;  // a user name and its password
 
 // What a client saw, in order ("P102", "S", "E", "STATS", "LIST", "OK", "YESNO", "INFO", "INPUT",
-// "LOGIN", "NLN", "XFER"), with the virtual time it arrived.
+// "LOGIN", "NLN", "XFER").
 struct Seen {
     std::string what;
     std::string text;
-    std::int64_t at = 0;
 };
 
 // A sink that records everything and hands each event to the test's hook as it arrives; what the
 // hook gives is the answer to a prompt (any text is Yes to a question).
 class RecordingSink : public kw::dialer::DravlinkEvents {
   public:
-    explicit RecordingSink(kw::headless::HeadlessPlatform& platform) : platform_(platform) {}
-
     std::vector<Seen> seen;
     std::vector<Variant> lists, transfers;
     std::vector<std::pair<Variant, Variant>> stats;
-    std::vector<std::string> choicesOffered;
     std::function<std::string(const Seen&)> on;
 
     std::vector<int> Codes() const {
         std::vector<int> codes;
-        for (const auto& s : seen) {
+        for (const auto& s : seen)
             if (s.what.size() > 1 && s.what[0] == 'P')
                 codes.push_back(std::stoi(s.what.substr(1)));
-        }
         return codes;
     }
     std::vector<std::string> Of(const std::string& what) const {
         std::vector<std::string> texts;
-        for (const auto& s : seen) {
+        for (const auto& s : seen)
             if (s.what == what)
                 texts.push_back(s.text);
-        }
         return texts;
-    }
-    std::int64_t TimeOf(const std::string& what) const {
-        for (const auto& s : seen) {
-            if (s.what == what)
-                return s.at;
-        }
-        return -1;
     }
 
     void CHXferUpdate(Variant&, Variant& transfer) override {
@@ -79,12 +69,7 @@ class RecordingSink : public kw::dialer::DravlinkEvents {
         lists.push_back(list);
         Add("LIST", message);
     }
-    void GetUserInfo(std::string& prompt, Variant& choices, std::string& answer) override {
-        const SafeArray& a = choices.ToArray();
-        choicesOffered.clear();
-        for (std::int32_t i = a.LBound(); i <= a.UBound(); ++i) {
-            choicesOffered.push_back(CStr(a.Get(i)));
-        }
+    void GetUserInfo(std::string& prompt, Variant&, std::string& answer) override {
         answer = Add("INFO", prompt);
     }
     void GetUserInput(std::string& prompt, std::string&, std::string& answer) override {
@@ -109,11 +94,10 @@ class RecordingSink : public kw::dialer::DravlinkEvents {
 
   private:
     std::string Add(std::string what, std::string text) {
-        seen.push_back(Seen{std::move(what), std::move(text), platform_.Now()});
+        seen.push_back(Seen{std::move(what), std::move(text)});
         const Seen event = seen.back();  // the hook may bring more events
         return on ? on(event) : "";
     }
-    kw::headless::HeadlessPlatform& platform_;
 };
 
 // A fresh data directory seeded from the shipped sample, and a settings hive of its own.
@@ -137,9 +121,8 @@ class SimulatorTest : public ::testing::Test {
     void TearDown() override {
         Stop();
         kw::registry::Configure(savedRegistry_);
-        if (!savedBus_.empty()) {
+        if (!savedBus_.empty())
             ::setenv("DBUS_SESSION_BUS_ADDRESS", savedBus_.c_str(), 1);
-        }
         std::filesystem::remove_all(dir_);
     }
     void Stop() {
@@ -147,10 +130,11 @@ class SimulatorTest : public ::testing::Test {
             engine_->Unadvise();
         engine_.reset();
     }
-    // Makes the engine (again), logged on as user, with the sink advised.
+    // Makes the engine (again), logged on as user, with the sink advised and its record cleared.
     void Start(const std::string& scenario = "", std::string user = "ana",
                std::string password = "secret") {
         Stop();
+        sink_.seen.clear();
         engine_ = std::make_shared<Simulator>(platform_, Options{dataDir_, {}, scenario});
         engine_->Advise(&sink_);
         EXPECT_TRUE(kw::automation::CBool(engine_->Logon(user, password, "")));
@@ -174,16 +158,43 @@ class SimulatorTest : public ::testing::Test {
         engine_->Disconnect(handle);
         platform_.Advance(ms);
     }
+    // The user's login to an ISP as the engine gives it back: name and password.
+    Login IspLogin(std::string user, std::string isp) {
+        Variant login;
+        EXPECT_TRUE(kw::automation::CBool(engine_->GetISPLogin(user, isp, login)));
+        return {CStr(login.ToArray().Get(0)), CStr(login.ToArray().Get(1))};
+    }
+    // A value in the client's settings key, as the client writes it.
+    static void StoreSetting(const std::string& name, const std::string& value) {
+        namespace reg = kw::registry;
+        reg::HKEY key = nullptr;
+        reg::RegCreateKeyExA(reg::HKEY_CURRENT_USER, kCredentialsKey, 0, nullptr, 0,
+                             reg::KEY_ALL_ACCESS, nullptr, &key, nullptr);
+        reg::RegSetValueExA(key, name.c_str(), 0, reg::REG_SZ,
+                            reinterpret_cast<const reg::BYTE*>(value.c_str()),
+                            static_cast<reg::DWORD>(value.size() + 1));
+        reg::RegCloseKey(key);
+    }
 
     std::filesystem::path dir_, dataDir_;
     kw::headless::HeadlessPlatform platform_;
-    RecordingSink sink_{platform_};
+    RecordingSink sink_;
     std::shared_ptr<Simulator> engine_;
 
   private:
     kw::registry::RegistryConfig savedRegistry_;
     std::string savedBus_;
 };
+
+// The failure an engine call raised; number 0 when it raised none.
+inline kw::automation::Failure FailureOf(const std::function<void()>& call) {
+    try {
+        call();
+    } catch (const kw::automation::Failure& f) {
+        return f;
+    }
+    return kw::automation::Failure(0, "no failure");
+}
 
 inline std::vector<std::string> Column(const Variant& rows, int field) {
     std::vector<std::string> column;
