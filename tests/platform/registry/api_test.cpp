@@ -50,56 +50,7 @@ TEST_F(SizeFirstProtocol, SizeAndTypeFirstThenTooSmallGives234MissingAndDefaultV
               ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(type + size, 99u + 77u);
     ASSERT_EQ(SetString(key, "", "the default"), ERROR_SUCCESS);
-    ASSERT_EQ(SetBytes(key, "Nothing", REG_BINARY, {}), ERROR_SUCCESS);
-    Restart();
     EXPECT_EQ(QueryString(key, nullptr), "the default");
-    auto v = Query(key, "Nothing");
-    ASSERT_TRUE(v);
-    EXPECT_EQ(v->type, REG_BINARY);
-    EXPECT_TRUE(v->bytes.empty());
-    RegCloseKey(key);
-}
-
-// Each type keeps its bytes as given, and is written in the form the file format gives it.
-using TypeLayouts = RegistryTest;
-
-TEST_F(TypeLayouts, EachTypeSurvivesTheFileWithItsBytesAndItsNotation) {
-    const struct {
-        const char* name;
-        DWORD type;
-        std::vector<BYTE> bytes;
-        const char* line;
-    } cases[] = {
-        {"Str", REG_SZ, Bytes({'p', 'l', 'a', 'i', 'n', 0}), "\"Str\"=\"plain\""},
-        {"Expand", REG_EXPAND_SZ, Bytes({'%', 'T', '%', '\\', 'x', 0}),
-         "\"Expand\"=str(2):\"%T%\\\\x\""},
-        {"Multi", REG_MULTI_SZ, Bytes({'o', 'n', 'e', 0, 't', 'w', 'o', 0, 0}),
-         "\"Multi\"=str(7):\"one\\0two\\0\""},
-        {"Dw", REG_DWORD, Bytes({42, 0, 0, 0}), "\"Dw\"=dword:0000002a"},
-        {"Big", REG_DWORD_BIG_ENDIAN, Bytes({0x12, 0x34, 0x56, 0x78}),
-         "\"Big\"=hex(5):12,34,56,78"},
-        {"Bin", REG_BINARY, Bytes({0xde, 0xad, 0x00, 0xff}), "\"Bin\"=hex:de,ad,00,ff"},
-        {"NoNul", REG_SZ, Bytes({'a', 'b'}), "\"NoNul\"=hex(1):61,62"},
-        {"ShortDw", REG_DWORD, Bytes({1, 2, 3}), "\"ShortDw\"=hex(4):01,02,03"},
-        {"Qword", 11, Bytes({1, 2, 3, 4, 5, 6, 7, 8}), "\"Qword\"=hex(b):01,02,03,04,05,06,07,08"},
-    };
-    HKEY key = Create(HKEY_CURRENT_USER, kUserKey);
-    for (const auto& c : cases) ASSERT_EQ(SetBytes(key, c.name, c.type, c.bytes), 0) << c.name;
-    const std::string file = ReadFile(userHive_);
-    Restart();
-    for (const auto& c : cases) {
-        EXPECT_NE(file.find("\n" + std::string(c.line) + "\n"), std::string::npos) << c.line;
-        auto v = Query(key, c.name);
-        ASSERT_TRUE(v) << c.name;
-        EXPECT_EQ(v->type, c.type) << c.name;
-        EXPECT_EQ(v->bytes, c.bytes) << c.name;
-    }
-
-    // Overwriting changes the type and keeps one line.
-    ASSERT_EQ(SetDword(key, "Str", 7), ERROR_SUCCESS);
-    const std::string after = ReadFile(userHive_);
-    EXPECT_EQ(after.find("\"Str\"="), after.rfind("\"Str\"=")) << after;
-    EXPECT_EQ(Query(key, "Str")->type, REG_DWORD);
     RegCloseKey(key);
 }
 
