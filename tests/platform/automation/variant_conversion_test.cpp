@@ -92,11 +92,6 @@ TEST(VariantConversions, EmptyBooleanNullObjectAndArray) {
     EXPECT_EQ(FailureNumber([] { Variant("x").ToArray(); }), err::kTypeMismatch);
     EXPECT_TRUE(Variant(ObjectRef()).IsNothing());
     EXPECT_FALSE(Variant(1).IsNothing());
-
-    EXPECT_EQ(TypeName(Variant(ObjectRef())), "Nothing");
-    EXPECT_EQ(TypeName(object), "Object");
-    EXPECT_EQ(TypeName(array), "Variant()");
-    EXPECT_EQ(TypeName(null), "Null");
 }
 
 TEST(VariantToString, PlainDecimalFormsThatReadBack) {

@@ -1,8 +1,5 @@
-// The list view model: item states, selection, and what a model/view binding is told.
+// The list view model: item states and the selection.
 #include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 #include "platform/forms/controls.h"
 #include "platform/forms/form.h"
@@ -15,25 +12,6 @@ class ViewForm : public Form {
   public:
     explicit ViewForm(Platform& p) : Form(p, "ViewForm") {}
     ListView lstvRows{*this, "lstvRows"};
-};
-
-// Notes each change as a binding would receive it.
-class Binding : public ListViewObserver {
-  public:
-    void ColumnsReset(ListView&) override { log.push_back("columns"); }
-    void RowsReset(ListView& view) override {
-        log.push_back("reset:" + std::to_string(view.ItemCount()));
-    }
-    void RowsInserted(ListView&, int first, int count) override {
-        log.push_back("insert:" + std::to_string(first) + "+" + std::to_string(count));
-    }
-    void RowsRemoved(ListView&, int first, int count) override {
-        log.push_back("remove:" + std::to_string(first) + "+" + std::to_string(count));
-    }
-    void RowsChanged(ListView&, int first, int last) override {
-        log.push_back("change:" + std::to_string(first) + "-" + std::to_string(last));
-    }
-    std::vector<std::string> log;
 };
 
 class ListViewTest : public ::testing::Test {
@@ -82,29 +60,6 @@ TEST_F(ListViewTest, TheSelectionFollowsRemovalsAndGoesWithAClear) {
     view.SetSelectedItem(1);
     view.ClearItems();
     EXPECT_EQ(view.SelectedItem(), 0);
-}
-
-TEST_F(ListViewTest, ABindingHearsSingleChangesAsTheyComeAndABatchAsOne) {
-    Binding binding;
-    view.AddListObserver(&binding);
-    view.AddItem("Umbrella");
-    view.SetChecked(4, true);
-    view.RemoveItem(1);
-    {
-        ListView::Batch batch(view);
-        view.SetSubItem(1, 1, "x");
-        view.SetChecked(3, true);
-    }
-    {
-        ListView::Batch batch(view);
-        view.ClearItems();
-        view.AddItem("Only");
-    }
-    EXPECT_EQ(binding.log, (std::vector<std::string>{"insert:3+1", "change:3-3", "remove:0+1",
-                                                     "change:0-2", "reset:1"}));
-    view.RemoveListObserver(&binding);
-    view.AddItem("Unheard");
-    EXPECT_EQ(binding.log.size(), 5u);
 }
 
 }  // namespace
