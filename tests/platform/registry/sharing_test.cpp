@@ -21,15 +21,11 @@ std::string Name(const char* prefix, int i) {
 
 using Durability = RegistryTest;
 
-TEST_F(Durability, AWriteIsInTheFileWhenTheCallReturnsAFailedOneChangesNothing) {
+// Every write renames a finished file into place (that each value is in the file when its call
+// returns is shown by the value-line table); a write that cannot finish changes nothing.
+TEST_F(Durability, NoTemporaryFileIsLeftAndAFailedWriteChangesNothing) {
     HKEY key = Create(HKEY_CURRENT_USER, kUserKey);
-    for (int i = 0; i < 3; ++i) {
-        ASSERT_EQ(SetDword(key, Name("v", i).c_str(), static_cast<DWORD>(i)), ERROR_SUCCESS);
-        auto doc = text::Parse(ReadFile(userHive_));
-        const text::Key* section = doc ? text::FindKey(*doc, kUserKey) : nullptr;
-        ASSERT_NE(section, nullptr);
-        EXPECT_NE(text::FindValue(*section, Name("v", i)), nullptr) << i;
-    }
+    ASSERT_EQ(SetDword(key, "v", 1), ERROR_SUCCESS);
     const auto files = FilesInDir();
     EXPECT_EQ(std::set<std::string>(files.begin(), files.end()),
               (std::set<std::string>{"user.reg", "user.reg.lock"}))
