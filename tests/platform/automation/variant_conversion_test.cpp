@@ -63,14 +63,6 @@ TEST(VariantFromText, ReadsNumbersWithBlanksLeadingZerosAndHex) {
     }
     EXPECT_EQ(FailureNumber([] { CDbl("1e400"); }), err::kOverflow);
     EXPECT_EQ(FailureNumber([] { CLng("&H100000000"); }), err::kOverflow);
-
-    EXPECT_TRUE(Variant(" 07 ").IsNumeric());
-    EXPECT_TRUE(Variant("&HFF").IsNumeric());
-    EXPECT_TRUE(Variant().IsNumeric());
-    EXPECT_FALSE(Variant("12abc").IsNumeric());
-    EXPECT_FALSE(Variant("1e400").IsNumeric());
-    EXPECT_FALSE(Variant::Null().IsNumeric());
-    EXPECT_FALSE(Variant(SafeArray()).IsNumeric());
 }
 
 TEST(VariantConversions, EmptyBooleanNullObjectAndArray) {
@@ -100,13 +92,6 @@ TEST(VariantConversions, EmptyBooleanNullObjectAndArray) {
     EXPECT_EQ(FailureNumber([] { Variant("x").ToArray(); }), err::kTypeMismatch);
     EXPECT_TRUE(Variant(ObjectRef()).IsNothing());
     EXPECT_FALSE(Variant(1).IsNothing());
-
-    EXPECT_EQ(TypeName(Variant(ObjectRef())), "Nothing");
-    EXPECT_EQ(TypeName(object), "Object");
-    EXPECT_EQ(TypeName(array), "Variant()");
-    EXPECT_EQ(TypeName(Variant::FromArray(SafeArray::OneDim(0, 1, SafeArray::ElementType::String))),
-              "String()");
-    EXPECT_EQ(TypeName(null), "Null");
 }
 
 TEST(VariantToString, PlainDecimalFormsThatReadBack) {
@@ -124,50 +109,43 @@ TEST(VariantToString, PlainDecimalFormsThatReadBack) {
 }
 
 TEST(VariantToBoolean, NumbersWordsAndNumericText) {
-    EXPECT_TRUE(CBool(0.001));
-    EXPECT_FALSE(CBool(0.0));
-    EXPECT_TRUE(CBool("tRUE"));
-    EXPECT_FALSE(CBool(" FALSE "));
-    EXPECT_TRUE(CBool("5"));
-    EXPECT_FALSE(CBool("0"));
-    EXPECT_TRUE(CBool("&H1"));
+    for (const auto& [in, out] : {std::pair{Variant(0.001), true},
+                                  {Variant(0.0), false},
+                                  {Variant("tRUE"), true},
+                                  {Variant(" FALSE "), false},
+                                  {Variant("5"), true},
+                                  {Variant("0"), false},
+                                  {Variant("&H1"), true}}) {
+        EXPECT_EQ(CBool(in), out) << CStr(in);
+    }
     EXPECT_EQ(FailureNumber([] { CBool("yes"); }), err::kTypeMismatch);
     EXPECT_EQ(FailureNumber([] { CBool(""); }), err::kTypeMismatch);
 }
 
+// An array is a value: a change through one holder, even the first, leaves every copy alone.
 TEST(VariantCopies, AChangeToTheFirstHolderOfAnArrayLeavesItsCopiesAlone) {
     SafeArray rows = SafeArray::OneDim(0, 1);
     rows.Set(0, "kept");
     Variant original(rows);
     const Variant copy = original;
+    Variant assigned;
+    assigned = original;
     Variant nested(SafeArray::OneDim(0, 0));
     nested.ToArray().Set(0, original);
     original.ToArray().Set(0, "changed");
     EXPECT_EQ(CStr(copy.ToArray().Get(0)), "kept");
+    EXPECT_EQ(CStr(assigned.ToArray().Get(0)), "kept");
     EXPECT_EQ(CStr(nested.ToArray().Get(0).ToArray().Get(0)), "kept");
     EXPECT_EQ(CStr(original.ToArray().Get(0)), "changed");
+    EXPECT_FALSE(original == copy);
 }
 
-TEST(VariantCopies, ArraysAreCopiedObjectsAreSharedEqualityIsTypeAndValue) {
-    SafeArray rows = SafeArray::OneDim(1, 2);
-    rows.Set(1, "first");
-    Variant original(rows);
-    Variant copy = original;
-    copy.ToArray().Set(1, "changed");
-    EXPECT_EQ(CStr(original.ToArray().Get(1)), "first");
-    EXPECT_FALSE(original == copy);
-    Variant assigned;
-    assigned = original;
-    EXPECT_EQ(assigned, original);
-    assigned.ToArray().Set(2, 5);
-    EXPECT_TRUE(original.ToArray().Get(2).IsEmpty());
-
+TEST(VariantCopies, ObjectsAreSharedAndEqualityIsTypeAndValue) {
     const auto thing = std::make_shared<Thing>();
-    Variant a{ObjectRef(thing)};
-    Variant b = a;
+    const Variant a{ObjectRef(thing)};
+    const Variant b = a;
     EXPECT_EQ(b.ToObject().get(), thing.get());
     EXPECT_FALSE(a == Variant(ObjectRef(std::make_shared<Thing>())));
-
     EXPECT_FALSE(Variant(1) == Variant(std::int16_t{1}));
     EXPECT_FALSE(Variant(1) == Variant("1"));
     EXPECT_FALSE(Variant() == Variant::Null());

@@ -1,5 +1,4 @@
-// The chart model: points with gaps along ascending X, the left axis, and the point under the
-// mouse as the drawing places it.
+// The chart model: the left axis, and the point under the mouse as the drawing places it.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -34,19 +33,6 @@ class ChartTest : public ::testing::Test {
     Chart& chart = window.chart;
     int bars = 0;
 };
-
-TEST_F(ChartTest, GapsKeepTheirPlaceAndPointsFollowTheLastX) {
-    chart.AddNull(bars);
-    chart.AddNull(bars);
-    chart.AddXY(bars, chart.LastX(bars) + 1, 5);
-    EXPECT_EQ(chart.PointCount(bars), 3);
-    EXPECT_EQ(chart.LastX(bars), 2);
-    EXPECT_TRUE(chart.IsNull(bars, 0));
-    EXPECT_FALSE(chart.IsNull(bars, 2));
-    chart.DeletePoint(bars, 0);
-    EXPECT_EQ(chart.LastX(bars), 2) << "deleting the oldest leaves the X values alone";
-    EXPECT_EQ(chart.YValue(bars, 1), 5);
-}
 
 TEST_F(ChartTest, PointsAndSeriesOutsideTheChartFailAsSubscripts) {
     chart.AddXY(bars, 0, 1);

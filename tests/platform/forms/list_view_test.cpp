@@ -1,11 +1,6 @@
-// The list view model: check boxes by item state, styles, columns, selection, label edits, and
-// what a model/view binding is told.
+// The list view model: item states and the selection.
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
-#include "platform/automation/failure.h"
 #include "platform/forms/controls.h"
 #include "platform/forms/form.h"
 #include "platform/headless/headless_platform.h"
@@ -17,25 +12,6 @@ class ViewForm : public Form {
   public:
     explicit ViewForm(Platform& p) : Form(p, "ViewForm") {}
     ListView lstvRows{*this, "lstvRows"};
-};
-
-// Notes each change as a binding would receive it.
-class Binding : public ListViewObserver {
-  public:
-    void ColumnsReset(ListView&) override { log.push_back("columns"); }
-    void RowsReset(ListView& view) override {
-        log.push_back("reset:" + std::to_string(view.ItemCount()));
-    }
-    void RowsInserted(ListView&, int first, int count) override {
-        log.push_back("insert:" + std::to_string(first) + "+" + std::to_string(count));
-    }
-    void RowsRemoved(ListView&, int first, int count) override {
-        log.push_back("remove:" + std::to_string(first) + "+" + std::to_string(count));
-    }
-    void RowsChanged(ListView&, int first, int last) override {
-        log.push_back("change:" + std::to_string(first) + "-" + std::to_string(last));
-    }
-    std::vector<std::string> log;
 };
 
 class ListViewTest : public ::testing::Test {
@@ -58,16 +34,6 @@ class ListViewTest : public ::testing::Test {
     ListView& view = form.lstvRows;
 };
 
-TEST_F(ListViewTest, TheCheckBoxIsReadAndWrittenByRowFromZeroInItemStateCodes) {
-    view.SetItemState(1, Box(true));
-    EXPECT_TRUE(view.Item(2).checked);
-    EXPECT_EQ(view.ItemState(1, -4096), 0x2000);
-    EXPECT_EQ(view.ItemState(0, -4096), 0x1000);
-    EXPECT_EQ(view.ItemState(1, 0x2), 0) << "the mask limits the answer";
-    view.SetItemState(1, Box(false));
-    EXPECT_FALSE(view.Item(2).checked);
-}
-
 TEST_F(ListViewTest, AStateChangeNeedsTheStateMaskAndARowInTheList) {
     LvItem noMask = Box(true);
     noMask.mask = 0;
@@ -84,14 +50,6 @@ TEST_F(ListViewTest, AStateChangeNeedsTheStateMaskAndARowInTheList) {
     EXPECT_FALSE(view.Item(3).checked) << "a mask without the box leaves it";
 }
 
-TEST_F(ListViewTest, TheExtendedStyleCarriesTheCheckBoxes) {
-    EXPECT_FALSE(view.Checkboxes());
-    view.SetExtendedStyle(view.ExtendedStyle() | 52);
-    EXPECT_TRUE(view.Checkboxes());
-    view.SetCheckboxes(false);
-    EXPECT_EQ(view.ExtendedStyle(), 0x30);
-}
-
 TEST_F(ListViewTest, TheSelectionFollowsRemovalsAndGoesWithAClear) {
     view.SetSelectedItem(3);
     view.RemoveItem(1);
@@ -102,50 +60,6 @@ TEST_F(ListViewTest, TheSelectionFollowsRemovalsAndGoesWithAClear) {
     view.SetSelectedItem(1);
     view.ClearItems();
     EXPECT_EQ(view.SelectedItem(), 0);
-}
-
-TEST_F(ListViewTest, TheBeforeLabelEditAnswerDecidesWhetherAnEditStarts) {
-    EXPECT_TRUE(view.UserBeginLabelEdit(1));
-    view.BeforeLabelEdit = [](int& cancel) { cancel = 1; };
-    EXPECT_FALSE(view.UserBeginLabelEdit(1));
-}
-
-TEST_F(ListViewTest, MouseUpAndDoubleClickReachTheViewOnlyWhileItTakesInput) {
-    std::vector<std::string> heard;
-    view.MouseUp = [&heard](int button, int, float x, float y) {
-        heard.push_back(std::to_string(button) + "@" + std::to_string(static_cast<int>(x)) + "," +
-                        std::to_string(static_cast<int>(y)));
-    };
-    view.DblClick = [&heard] { heard.push_back("dbl"); };
-    view.UserMouseUp(2, 0, 7, 9);
-    view.UserDblClick();
-    form.SetEnabled(false);
-    view.UserMouseUp(1, 0, 1, 1);
-    view.UserDblClick();
-    EXPECT_EQ(heard, (std::vector<std::string>{"2@7,9", "dbl"}));
-}
-
-TEST_F(ListViewTest, ABindingHearsSingleChangesAsTheyComeAndABatchAsOne) {
-    Binding binding;
-    view.AddListObserver(&binding);
-    view.AddItem("Umbrella");
-    view.SetChecked(4, true);
-    view.RemoveItem(1);
-    {
-        ListView::Batch batch(view);
-        view.SetSubItem(1, 1, "x");
-        view.SetChecked(3, true);
-    }
-    {
-        ListView::Batch batch(view);
-        view.ClearItems();
-        view.AddItem("Only");
-    }
-    EXPECT_EQ(binding.log, (std::vector<std::string>{"insert:3+1", "change:3-3", "remove:0+1",
-                                                     "change:0-2", "reset:1"}));
-    view.RemoveListObserver(&binding);
-    view.AddItem("Unheard");
-    EXPECT_EQ(binding.log.size(), 5u);
 }
 
 }  // namespace

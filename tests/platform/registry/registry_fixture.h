@@ -30,6 +30,7 @@ class RegistryTest : public ::testing::Test {
     }
 
     void TearDown() override {
+        SetWallClock({});
         Configure(RegistryConfig{dir_ + "/gone/user.reg", dir_ + "/gone/system.reg"});
         std::error_code ignored;
         std::filesystem::permissions(dir_, std::filesystem::perms::owner_all, ignored);
