@@ -16,7 +16,7 @@ struct NumberText {
 // or &H hex / &O octal. Nothing when the text is not a number.
 std::optional<NumberText> ParseNumber(std::string_view text);
 
-// The number at the start of text (used by Val once blanks are gone); length is what it took.
+// The number at the start of text; length is what it took.
 std::optional<NumberText> ScanNumber(std::string_view text, std::size_t& length);
 
 }  // namespace kw::automation::detail
