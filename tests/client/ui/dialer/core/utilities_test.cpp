@@ -21,10 +21,8 @@ TEST(PathTest, FileNameAndDirectorySplitAtTheLastSeparator) {
         const char* file;
         const char* directory;
     } cases[] = {
-        {"C:\\Program Files\\Kestrelway\\history.log", "history.log",
-         "C:\\Program Files\\Kestrelway\\"},
-        {"/home/ana/.local/share/Kestrelway/rx.log", "rx.log",
-         "/home/ana/.local/share/Kestrelway/"},
+        {"C:\\Kestrelway\\history.log", "history.log", "C:\\Kestrelway\\"},
+        {"/home/ana/rx.log", "rx.log", "/home/ana/"},
         {"C:\\logs/today\\rx.log", "rx.log", "C:\\logs/today\\"},
         {"/home/ana\\logs/rx.log", "rx.log", "/home/ana\\logs/"},
         {"history.log", "history.log", ""},

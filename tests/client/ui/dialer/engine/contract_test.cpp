@@ -1,14 +1,9 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <filesystem>
 
 #include "client/ui/dialer/engine/dravlink.h"
 #include "client/ui/dialer/engine/engine_factory.h"
 #include "platform/automation/failure_number.h"
-#include "platform/automation/safe_array.h"
 #include "platform/headless/headless_platform.h"
-#include "platform/registry/registry.h"
 #include "support/scripted_engine.h"
 
 namespace kw::dialer {
@@ -40,59 +35,22 @@ TEST(EngineContract, ACallByNameWithTooFewArgumentsFailsWith450) {
     EXPECT_EQ(FailureNumber([&] { CallByName(engine, "GetLocationProperty", tooFew); }), 450);
 }
 
-class NamedEngines : public ::testing::Test {
-  protected:
-    void SetUp() override {
-        saved = registry::DefaultConfig();
-        std::filesystem::create_directories(dir);
-        registry::Configure({(dir / "user.reg").string(), (dir / "system.reg").string()});
-        EngineFactory::Register("test.scripted", [](const EngineContext&) {
-            return std::make_shared<ScriptedEngine>();
-        });
-    }
-    void TearDown() override {
-        EngineFactory::Unregister("test.scripted");
-        registry::Configure(saved);
-        std::filesystem::remove_all(dir);
-    }
-    void SetMachineEngine(const std::string& name) {
-        namespace reg = registry;
-        reg::HKEY key = nullptr;
-        ASSERT_EQ(reg::RegCreateKeyExA(reg::HKEY_LOCAL_MACHINE, "Software\\Ostvarra", 0, nullptr, 0,
-                                       reg::KEY_ALL_ACCESS, nullptr, &key, nullptr),
-                  reg::ERROR_SUCCESS);
-        reg::RegSetValueExA(key, "Engine", 0, reg::REG_SZ,
-                            reinterpret_cast<const reg::BYTE*>(name.c_str()),
-                            static_cast<reg::DWORD>(name.size() + 1));
-        reg::RegCloseKey(key);
-    }
-
-    const std::filesystem::path dir = std::filesystem::temp_directory_path() /
-                                      ("kw-engine-setting-" + std::to_string(::getpid()));
-    registry::RegistryConfig saved;
+TEST(EngineFactory, ARegisteredEngineIsCreatedAfreshEachTimeAMissingOneFails429) {
     headless::HeadlessPlatform platform;
     EngineContext context{platform};
-};
-
-TEST_F(NamedEngines, ARegisteredEngineIsCreatedAfreshEachTimeAMissingOneFails429) {
+    EngineFactory::Register(
+        "test.scripted", [](const EngineContext&) { return std::make_shared<ScriptedEngine>(); });
     auto first = EngineFactory::Create("test.scripted", context);
     EXPECT_NE(first, nullptr);
     EXPECT_NE(first, EngineFactory::Create("test.scripted", context));
+    EngineFactory::Unregister("test.scripted");
     try {
-        EngineFactory::Create("dravlink.nowhere", context);
+        EngineFactory::Create("test.scripted", context);
         FAIL() << "creating an unregistered engine must fail";
     } catch (const Failure& failure) {
         EXPECT_EQ(failure.Number(), 429);
         EXPECT_EQ(failure.Description(), "ActiveX component can't create object");
     }
-}
-
-TEST_F(NamedEngines, TheMachineSettingChoosesTheEngineAndTheSimulatorIsTheDefault) {
-    EXPECT_EQ(ConfiguredEngineName(), "dravlink.sim");
-    SetMachineEngine("test.scripted");
-    EXPECT_NE(std::dynamic_pointer_cast<ScriptedEngine>(CreateEngine(context)), nullptr);
-    SetMachineEngine("dravlink.retired");
-    EXPECT_EQ(FailureNumber([&] { CreateEngine(context); }), 429);
 }
 
 }  // namespace

@@ -77,11 +77,6 @@ TEST_F(CallUpTest, EachLightsTipAndTheStatusLineTellTheCodesText) {
     EXPECT_EQ(Win().imgAuthorizingTunnel.ToolTipText(), "Connected");
 }
 
-TEST_F(CallUpTest, TheIspsAuthorisationTurnsTheConnectLightOn) {
-    engine->RaiseProgressUpdate(105, "Logging on to ISP");
-    EXPECT_EQ(Win().imgConnectLight.Picture(), Win().imgConnectLightOn.Picture());
-}
-
 TEST_F(ProgressTest, Code1AloneLightsOnlyTheTunnelAuthorisationAndTheLogo) {
     StartIdle();
     DisplayRecorder recorder;
@@ -118,6 +113,7 @@ TEST_F(ProgressTest, Code132DarkensTheModemLightsEndsTheMonitorAndKeepsTheTunnel
     EXPECT_FALSE(app->Form<PerfPulldown>().Monitoring());
 }
 
+// 105 is what turns the connect light on.
 TEST_F(ProgressTest, Code32InIdleResetsHarmlesslyAndTheConnectLightStaysOn) {
     StartIdle();
     engine->RaiseProgressUpdate(105, "ISP auth");

@@ -43,7 +43,7 @@ class PromptsTest : public ProgramTest {
     }
 };
 
-TEST_F(PromptsTest, IspLoginAnswersNameCaretPasswordAndForgetsThePassword) {
+TEST_F(PromptsTest, IspLoginAnswersNameCaretPasswordOrNothingOnCancel) {
     WhenAsked<frmISPLogin>("frmISPLogin", [](frmISPLogin& dialog) {
         EXPECT_EQ(dialog.txtTitle.Caption(), kRefused);
         EXPECT_EQ(dialog.txtUserName.Text(), "joe");
@@ -53,9 +53,6 @@ TEST_F(PromptsTest, IspLoginAnswersNameCaretPasswordAndForgetsThePassword) {
     });
     EXPECT_EQ(engine->RaiseGetUsernamePassword(kRefused, "joe"), "joe^p4ss");
     EXPECT_EQ(app->Form<frmISPLogin>().txtPassword.Text(), "") << "nothing lingers";
-}
-
-TEST_F(PromptsTest, IspLoginAnswersNothingOnCancel) {
     WhenAsked<frmISPLogin>("frmISPLogin", [](frmISPLogin& d) { d.cmdCancel.UserClick(); });
     EXPECT_EQ(engine->RaiseGetUsernamePassword(kRefused, "joe"), "");
 }
@@ -102,38 +99,24 @@ TEST_F(PromptsTest, DebugTextShowsInAnInformationBox) {
 
 // A box or a modal form of the program already open: the engine gets a placeholder and no login
 // is stacked on it.
-TEST_F(PromptsTest, IspLoginWhileABoxIsUpAnswersAPlaceholderAndShowsNothing) {
-    const std::pair<const char*, std::function<void()>> boxes[] = {
-        {"timed note", [this] { engine->RaiseGetUserOk("Your tunnel server is busy"); }},
-        {"yes/no question", [this] { engine->RaiseGetUserYesNo("Use compression?"); }},
-    };
-    for (const auto& [box, raise] : boxes) {
-        SCOPED_TRACE(box);
-        std::string answer;
+TEST_F(PromptsTest, IspLoginWhileABoxOrTheVpnLoginIsUpAnswersAPlaceholderAndShowsNothing) {
+    std::vector<std::string> answers;
+    auto prompt = [&] { answers.push_back(engine->RaiseGetUsernamePassword(kRefused, "joe")); };
+    for (int box = 0; box < 2; ++box) {
         platform.AnswerNextBox([&](const headless::BoxRecord&) {
-            answer = engine->RaiseGetUsernamePassword(kRefused, "joe");
+            prompt();
             return kResultOk;
         });
-        raise();
-        EXPECT_EQ(answer, "joe^qqq");
-        EXPECT_TRUE(platform.ModalsShown().empty());
     }
-}
-
-using VpnLoginOpenTest = ProgramTest;
-
-TEST_F(VpnLoginOpenTest, IspLoginWhileTheVpnLoginIsOpenAnswersAPlaceholderAndShowsNothing) {
-    StoreUser("anna", "secret");
-    ScriptLists();
-    engine->Then("Logon", Variant(false));
-    std::string answer;
-    platform.AnswerNextModal("frmLogin", [&](forms::Form&) {
-        answer = engine->RaiseGetUsernamePassword(kRefused, "joe");
-        app->Form<frmLogin>().cmdOK.UserClick();
+    engine->RaiseGetUserOk("Your tunnel server is busy");
+    engine->RaiseGetUserYesNo("Use compression?");
+    WhenAsked<frmLogin>("frmLogin", [&](frmLogin& login) {
+        prompt();
+        login.Hide();
     });
-    ASSERT_TRUE(Start());
-    EXPECT_EQ(answer, "joe^qqq");
-    EXPECT_EQ(platform.ModalsShown(), (std::vector<std::string>{"frmLogin"}));
+    app->Form<frmLogin>().Show(forms::kModal);
+    EXPECT_EQ(answers, std::vector<std::string>(3, "joe^qqq"));
+    EXPECT_EQ(platform.ModalsShown(), std::vector<std::string>{"frmLogin"});
 }
 
 // Centred on the main window where it stands at each prompt; a place left of the screen is

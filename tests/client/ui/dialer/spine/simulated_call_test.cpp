@@ -1,5 +1,5 @@
-// A whole call on the headless platform with the engine simulator: start with a stored user,
-// connect, watch the lights, take statistics, disconnect, and close.
+// Whole calls on the headless platform with the engine simulator: start with a stored user,
+// connect, take statistics, answer the engine, disconnect, and close.
 #include <gtest/gtest.h>
 
 #include "client/ui/dialer/engine/frm_isp_login.h"
@@ -25,12 +25,9 @@ class SimulatedCallTest : public ProgramTest {
                 win.cmboTo.UserSelect(i);
         }
         ASSERT_EQ(win.cmboTo.Text(), destination.empty() ? win.cmboTo.List(0) : destination);
-        app->EventManagerObject.registerForEvent(1, &codes);
-        app->EventManagerObject.registerForEvent(32, &codes);
         win.btnConnect.UserClick();
         ASSERT_TRUE(RunUntil([&] { return win.IsConnected; })) << win.lblStatus.Caption();
     }
-    BusListener codes;
 };
 
 // The lab is a destination that asks nothing during its call.
@@ -41,19 +38,15 @@ class LabCallTest : public SimulatedCallTest {
         StartAndConnect("", "Engineering Lab");
     }
     void Disconnect() {
+        app->EventManagerObject.registerForEvent(32, &codes);
         MainWin& win = Win();
         ASSERT_TRUE(win.btnConnect.AcceptsInput());
         win.btnConnect.UserClick();
         ASSERT_TRUE(RunUntil([&] { return !win.IsConnected && !win.IsConnecting; }))
             << win.lblStatus.Caption();
     }
+    BusListener codes;  // outlives the program: never deregisters
 };
-
-TEST_F(LabCallTest, TheCallEndsOnCode1WithTheButtonAtDisconnect) {
-    EXPECT_EQ(codes.heard, std::vector<std::int32_t>{1});
-    EXPECT_EQ(Win().lblConnect.Caption(), "Disconnect");
-    EXPECT_TRUE(Win().imgLogoOn.Visible());
-}
 
 TEST_F(LabCallTest, StatisticsComeOnceASecondWhileTheCallStands) {
     PerfPulldown& perf = app->Form<PerfPulldown>();
@@ -66,7 +59,7 @@ TEST_F(LabCallTest, StatisticsComeOnceASecondWhileTheCallStands) {
 
 TEST_F(LabCallTest, DisconnectEndsOnCode32WithTheWindowAtRest) {
     Disconnect();
-    EXPECT_EQ(codes.heard.back(), 32);
+    EXPECT_EQ(codes.heard, std::vector<std::int32_t>{32});
     EXPECT_EQ(Win().lblConnect.Caption(), "Connect");
     EXPECT_FALSE(Win().imgLogoOn.Visible());
     EXPECT_FALSE(app->Form<PerfPulldown>().Monitoring());
