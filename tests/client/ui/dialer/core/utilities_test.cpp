@@ -1,8 +1,7 @@
-// Path, combo, country and colour helpers at their edges.
+// Path, combo and country helpers at their edges.
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 #include "client/ui/dialer/core/utilities.h"
 #include "platform/automation/failure_number.h"
@@ -60,21 +59,6 @@ TEST(CountryNameTest, TextBeforeTheBlankBeforeTheParenthesisOrFailure5) {
     EXPECT_EQ(CountryNameFromText(" (44)"), "");
     for (const char* text : {"UNITED STATES", "", "(1) UNITED STATES"}) {
         EXPECT_EQ(FailureNumber([&] { CountryNameFromText(text); }), 5) << text;
-    }
-}
-
-TEST(SplitColourTest, RedIsTheLowestByteAndBlueKeepsWhatLiesAbove) {
-    const struct {
-        std::int32_t colour;
-        std::int16_t red, green, blue;
-    } cases[] = {{0x0000FF00, 0, 255, 0},  // the key colour of the artwork
-                 {0x00C08040, 0x40, 0x80, 0xC0},
-                 {0x01000203, 3, 2, 256}};
-    for (const auto& c : cases) {
-        std::int16_t red = -1, green = -1, blue = -1;
-        SplitColour(c.colour, red, green, blue);
-        EXPECT_EQ(std::vector<int>({red, green, blue}), std::vector<int>({c.red, c.green, c.blue}))
-            << std::hex << c.colour;
     }
 }
 

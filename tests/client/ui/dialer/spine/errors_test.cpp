@@ -18,16 +18,8 @@ constexpr int kSystemStop = 4112;
 const std::string kSerious =
     "A serious application error has occurred.  Please call Technical Support for assistance.";
 
-// What the box says, under which caption and with which flags.
-struct Box {
-    std::string text;
-    std::string caption;
-    int flags;
-    bool operator==(const Box&) const = default;
-};
-void PrintTo(const Box& box, std::ostream* os) {
-    *os << "\"" << box.text << "\" captioned \"" << box.caption << "\" flags " << box.flags;
-}
+// What a box says, under which caption and with which flags.
+using Box = std::tuple<std::string, std::string, int>;
 
 class ErrorsTest : public ProgramTest {
   protected:
@@ -43,6 +35,7 @@ class ErrorsTest : public ProgramTest {
         const auto& last = platform.Boxes().back();
         return {last.text, last.caption, last.flags};
     }
+    std::string LastText() const { return platform.Boxes().back().text; }
 };
 
 TEST_F(ErrorsTest, EngineErrorCodesShowTheirTextsInAWarningBox) {
@@ -60,7 +53,7 @@ TEST_F(ErrorsTest, EngineErrorCodesShowTheirTextsInAWarningBox) {
     };
     for (const auto& [code, text] : cases) {
         engine->RaiseErrorEvent(code);
-        EXPECT_EQ(LastBox(), (Box{text, "Kestrelway", kWarning})) << code;
+        EXPECT_EQ(LastBox(), Box(text, "Kestrelway", kWarning)) << code;
     }
     EXPECT_EQ(engine->CountOf("Disconnect"), 0) << "only 2008 changes any state";
 }
@@ -69,7 +62,7 @@ TEST_F(ErrorsTest, InvalidNumberTearsTheCallDownThroughTheDisconnectBranch) {
     Win().btnConnect.UserClick();
     engine->RaiseProgressUpdate(103, "Dialing");
     engine->RaiseErrorEvent("2008");
-    EXPECT_EQ(LastBox().text, "Attempted to dial an invalid number.");
+    EXPECT_EQ(LastText(), "Attempted to dial an invalid number.");
     ASSERT_EQ(engine->CountOf("Disconnect"), 1);
     EXPECT_EQ(engine->CallsTo("Disconnect")[0].args[0].ToLong(), 7);
     EXPECT_FALSE(Win().IsConnected);
@@ -90,13 +83,13 @@ TEST_F(ErrorsTest, CaughtFailureNumbersGiveTheirOwnWordsWithoutACaption) {
     };
     for (const auto& [number, text] : cases) {
         Win().COMErrHandler(Failure(number, "engine busy"));
-        EXPECT_EQ(LastBox(), (Box{text, "", kWarning})) << number;
+        EXPECT_EQ(LastBox(), Box(text, "", kWarning)) << number;
     }
 }
 
 TEST_F(ErrorsTest, BadFromNumberOpensTheFromPulloutUnlessItIsOpen) {
     Win().COMErrHandler(Failure(1020, "bad number"));
-    EXPECT_EQ(LastBox().text,
+    EXPECT_EQ(LastText(),
               "Please enter a valid from phone number on the from pullout.\r\ni.e., area code, "
               "exchange, and number.");
     EXPECT_TRUE(app->Form<FromPullout>().Visible());

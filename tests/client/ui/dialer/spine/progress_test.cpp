@@ -77,16 +77,6 @@ TEST_F(CallUpTest, EachLightsTipAndTheStatusLineTellTheCodesText) {
     EXPECT_EQ(Win().imgAuthorizingTunnel.ToolTipText(), "Connected");
 }
 
-TEST_F(ProgressTest, Code1AloneLightsOnlyTheTunnelAuthorisationAndTheLogo) {
-    StartIdle();
-    DisplayRecorder recorder;
-    Win().AddObserver(&recorder);
-    engine->RaiseProgressUpdate(1, "Connected");
-    Win().RemoveObserver(&recorder);
-    EXPECT_EQ(recorder.lights, (std::vector<std::string>{"+imgAuthorizingTunnel", "+imgLogoOn"}));
-    EXPECT_TRUE(Win().IsConnected);
-}
-
 TEST_F(ProgressTest, InvalidCodesShowTheirNumberAndTheBusHearsNothing) {
     StartIdle();
     Listen({0, 200});

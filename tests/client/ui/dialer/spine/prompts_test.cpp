@@ -146,27 +146,17 @@ TEST_F(PromptsTest, IspLoginComesUpCentredOnTheMainWindow) {
 
 // A note nobody answers closes itself; three asterisks make it the message of the day.
 TEST_F(PromptsTest, ANoteClosesItselfAfterTheTimeItsAsterisksSay) {
-    const struct {
-        const char* sent;
-        const char* shown;
-        const char* caption;
-        std::int64_t ms;
-    } cases[] = {
-        {"***Welcome back, the network is yours.", "Welcome back, the network is yours.",
-         "Message of the Day", 30000},
-        {"**Line quality is poor", "**Line quality is poor", "Ostvarra Prescriber", 60000},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.sent);
+    for (const auto& [sent, shown, caption, ms] :
+         {std::tuple{"***Welcome back.", "Welcome back.", "Message of the Day", 30000},
+          {"**Line quality is poor", "**Line quality is poor", "Ostvarra Prescriber", 60000}}) {
+        SCOPED_TRACE(sent);
         platform.AnswerNextBox(kResultTimeout);  // nobody presses OK
         const std::int64_t shownAt = platform.Now();
-        engine->RaiseGetUserOk(c.sent);
+        engine->RaiseGetUserOk(sent);
         const auto& box = platform.Boxes().back();
-        EXPECT_EQ(box.text, c.shown);
-        EXPECT_EQ(box.caption, c.caption);
-        EXPECT_EQ(box.flags, 0x10000);
-        EXPECT_EQ(box.result, kResultOk);
-        EXPECT_EQ(platform.Now() - shownAt, c.ms);
+        EXPECT_EQ(std::tie(box.text, box.caption, box.flags, box.result),
+                  std::tuple(shown, caption, 0x10000, kResultOk));
+        EXPECT_EQ(platform.Now() - shownAt, ms);
     }
 }
 
@@ -277,18 +267,6 @@ TEST_F(PromptsTest, IspLoginRefusesOnlyAPasswordWithoutANameCaptionedKestrelway)
     CheckLoginTable(platform, app->Form<frmISPLogin>(),
                     {{"joe", "pw", true}, {"joe", "", true}, {"", "", true}, {"", "pw", false}},
                     "Kestrelway");
-}
-
-TEST_F(PromptsTest, LoginDialogsAreEnteredWithTheirTextSelected) {
-    frmLogin& login = app->Form<frmLogin>();
-    login.txtUserName.SetText("anna");
-    login.txtPassword.SetText("secret");
-    login.Show();
-    EXPECT_TRUE(login.txtPassword.HasFocus());
-    EXPECT_EQ(login.txtPassword.SelLength(), 6);
-    login.txtUserName.UserFocus();
-    EXPECT_EQ(login.txtUserName.SelStart(), 0);
-    EXPECT_EQ(login.txtUserName.SelLength(), 4);
 }
 
 }  // namespace

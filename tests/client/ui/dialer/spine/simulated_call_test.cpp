@@ -1,5 +1,5 @@
 // Whole calls on the headless platform with the engine simulator: start with a stored user,
-// connect, take statistics, answer the engine, disconnect, and close.
+// connect, answer the engine, disconnect.
 #include <gtest/gtest.h>
 
 #include "client/ui/dialer/engine/frm_isp_login.h"
@@ -10,10 +10,10 @@
 namespace kw::dialer::testing {
 namespace {
 
-// A stored user started on the simulator, the dial list arrived, connected to `destination` (the
-// first one when empty).
 class SimulatedCallTest : public ProgramTest {
   protected:
+    // A stored user started on the simulator, the dial list arrived, connected to `destination`
+    // (the first one when empty).
     void StartAndConnect(const std::string& scenario, const std::string& destination) {
         UseSimulator(scenario);
         StoreUser("anna", "secret");
@@ -28,48 +28,22 @@ class SimulatedCallTest : public ProgramTest {
         win.btnConnect.UserClick();
         ASSERT_TRUE(RunUntil([&] { return win.IsConnected; })) << win.lblStatus.Caption();
     }
-};
-
-// The lab is a destination that asks nothing during its call.
-class LabCallTest : public SimulatedCallTest {
-  protected:
-    void SetUp() override {
-        SimulatedCallTest::SetUp();
-        StartAndConnect("", "Engineering Lab");
-    }
-    void Disconnect() {
-        app->EventManagerObject.registerForEvent(32, &codes);
-        MainWin& win = Win();
-        ASSERT_TRUE(win.btnConnect.AcceptsInput());
-        win.btnConnect.UserClick();
-        ASSERT_TRUE(RunUntil([&] { return !win.IsConnected && !win.IsConnecting; }))
-            << win.lblStatus.Caption();
-    }
     BusListener codes;  // outlives the program: never deregisters
 };
 
-TEST_F(LabCallTest, StatisticsComeOnceASecondWhileTheCallStands) {
-    PerfPulldown& perf = app->Form<PerfPulldown>();
-    EXPECT_TRUE(perf.Monitoring());
-    const int before = perf.Samples();
-    platform.Advance(5000);
-    EXPECT_GE(perf.Samples() - before, 4);
-    EXPECT_LE(perf.Samples() - before, 6);
-}
-
-TEST_F(LabCallTest, DisconnectEndsOnCode32WithTheWindowAtRest) {
-    Disconnect();
+// The lab is a destination that asks nothing during its call.
+TEST_F(SimulatedCallTest, DisconnectEndsOnCode32WithTheWindowAtRest) {
+    StartAndConnect("", "Engineering Lab");
+    MainWin& win = Win();
+    EXPECT_TRUE(app->Form<PerfPulldown>().Monitoring());
+    app->EventManagerObject.registerForEvent(32, &codes);
+    win.btnConnect.UserClick();
+    ASSERT_TRUE(RunUntil([&] { return !win.IsConnected && !win.IsConnecting; }))
+        << win.lblStatus.Caption();
     EXPECT_EQ(codes.heard, std::vector<std::int32_t>{32});
-    EXPECT_EQ(Win().lblConnect.Caption(), "Connect");
-    EXPECT_FALSE(Win().imgLogoOn.Visible());
+    EXPECT_EQ(win.lblConnect.Caption(), "Connect");
+    EXPECT_FALSE(win.imgLogoOn.Visible());
     EXPECT_FALSE(app->Form<PerfPulldown>().Monitoring());
-}
-
-TEST_F(LabCallTest, CloseAfterTheCallEndsTheProcessAndUnloadsTheWindow) {
-    Disconnect();
-    EXPECT_THROW(Win().btnCloseWin.UserClick(), headless::ProcessEnded);
-    EXPECT_EQ(platform.EndedWith(), 0);
-    EXPECT_FALSE(app->Forms().IsLoaded<MainWin>());
 }
 
 // The dialog's loop keeps the engine's timers running while the user types: the call waits.
