@@ -204,10 +204,8 @@ TEST_F(PromptsTest, ChoiceListsBeyondTheDialogsIndexAreRefused) {
         dialog.btnOK.UserClick();
     });
     for (const auto& [count, refused] : {std::pair{32768, false}, {32769, true}, {65540, true}}) {
-        std::vector<std::string> names;
-        for (std::int32_t i = 0; i < count; ++i) {
-            names.push_back("vpn-" + std::to_string(i));
-        }
+        std::vector<std::string> names(static_cast<std::size_t>(count), "vpn");
+        names.back() = "the last";
         const int before = asked;
         try {
             const std::string answer = engine->RaiseGetUserInfo("Choose", NameList(names));
@@ -223,32 +221,29 @@ TEST_F(PromptsTest, ChoiceListsBeyondTheDialogsIndexAreRefused) {
 
 // ---- the two login dialogs ----
 
-// The two login dialogs accept different pairs and refuse them under different captions.
-struct LoginCase {
-    std::string user;
-    std::string password;
-    bool accepted;
-};
+// The two login dialogs accept different pairs (user, password, accepted) and refuse them under
+// different captions.
+using LoginCase = std::tuple<std::string, std::string, bool>;
 
 template <class Dialog>
 void CheckLoginTable(headless::HeadlessPlatform& platform, Dialog& login,
                      const std::vector<LoginCase>& cases, const std::string& refusalCaption) {
     platform.AnswerBoxes([](const headless::BoxRecord&) { return kResultOk; });
-    for (const LoginCase& c : cases) {
-        SCOPED_TRACE(c.user + "/" + c.password);
+    for (const auto& [user, password, accepted] : cases) {
+        SCOPED_TRACE(user + "/" + password);
         login.LoginAccepted = false;
         platform.ClearBoxes();
         login.Show();
-        login.txtUserName.SetText(c.user);
-        login.txtPassword.SetText(c.password);
+        login.txtUserName.SetText(user);
+        login.txtPassword.SetText(password);
         login.cmdOK.UserClick();
-        EXPECT_EQ(login.LoginAccepted, c.accepted);
-        EXPECT_EQ(login.Visible(), !c.accepted) << "a refused entry leaves the dialog open";
-        if (!c.accepted) {
+        EXPECT_EQ(login.LoginAccepted, accepted);
+        EXPECT_EQ(login.Visible(), !accepted) << "a refused entry leaves the dialog open";
+        if (!accepted) {
             ASSERT_EQ(platform.Boxes().size(), 1u);
-            EXPECT_EQ(platform.Boxes()[0].text, "Invalid User Name, try again!");
-            EXPECT_EQ(platform.Boxes()[0].caption, refusalCaption);
-            EXPECT_EQ(platform.Boxes()[0].flags, 0x10000);
+            const auto& box = platform.Boxes()[0];
+            EXPECT_EQ(std::tie(box.text, box.caption, box.flags),
+                      std::tuple("Invalid User Name, try again!", refusalCaption, 0x10000));
             EXPECT_TRUE(login.txtUserName.HasFocus());
         }
         login.Hide();
