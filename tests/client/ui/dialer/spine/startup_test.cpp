@@ -61,13 +61,6 @@ TEST_F(StoredUserStartTest, TheFirstDialListIsAskedForTheChosenPairAndConnectWai
     EXPECT_FALSE(Win().btnConnect.Enabled());
 }
 
-TEST_F(StoredUserStartTest, TheDialListsArrivalEnablesConnectAndThePullouts) {
-    engine->RaiseGetGenericISPList("", Variant());
-    EXPECT_TRUE(Win().btnConnect.Enabled());
-    EXPECT_EQ(Win().lblStatus.Caption(), "");
-    EXPECT_TRUE(Win().btnFromPullout.Enabled());
-}
-
 TEST_F(StartupTest, RefusedStoredPasswordShowsTheLoginAgainEvenAfterCancel) {
     StoreUser("anna", "stale");
     engine->Then("Logon", Variant(false)).Then("Logon", Variant(false));
@@ -108,22 +101,6 @@ TEST_F(StartupTest, NoStoredUserAndOkSavesThePairThroughTheEngineAndLogsOn) {
     ASSERT_EQ(engine->CountOf("Logon"), 1);
     EXPECT_EQ(engine->CallsTo("Logon")[0].args[0].ToString(), "bob");
 }
-
-// A list from the engine that holds no array is a type mismatch, which fails the load.
-class ListNoArrayTest : public StartupTest, public ::testing::WithParamInterface<const char*> {};
-
-TEST_P(ListNoArrayTest, FailsTheLoadWithATypeMismatch) {
-    StoreUser("anna", "secret");
-    engine->Default(GetParam(), Variant(true), {{0, Variant(std::string("Corporate"))}});
-    platform.AnswerBoxes([](const headless::BoxRecord&) { return forms::mb::kResultOk; });
-    ASSERT_TRUE(Start());
-    EXPECT_TRUE(Win().IsLoading) << "the load's failure path";
-    ASSERT_EQ(platform.Boxes().size(), 1u);
-    EXPECT_EQ(platform.Boxes()[0].text, " Error [13] Type mismatch");
-}
-
-INSTANTIATE_TEST_SUITE_P(EngineLists, ListNoArrayTest,
-                         ::testing::Values("GetPhoneList", "GetLocationList"));
 
 TEST_F(StartupTest, FailedLoadAnswersEveryCloseWithTheLoadingMessage) {
     StoreUser("anna", "secret");
@@ -183,37 +160,14 @@ TEST_F(StartupTest, LastLocationBeyondTheListSelectsNothing) {
     EXPECT_EQ(engine->CountOf("BuildDialList"), 0);
 }
 
-// ---- a settings file the program cannot use is named once, with the reason, before the logon
-// loop ----
-
-class SettingsFileTest : public StartupTest {
-  protected:
-    // Starts with the user's hive at `hive`, cancelling the login; gives what went to stderr.
-    std::string StartWithHive(const fs::path& hive) {
-        registry::Configure({hive.string(), (dir / "system.reg").string()});
-        platform.AnswerBoxes([](const headless::BoxRecord&) { return forms::mb::kResultOk; });
-        WhenLoginShows([](frmLogin& login) { login.cmdCancel.UserClick(); });
-        ::testing::internal::CaptureStderr();
-        Start();
-        return ::testing::internal::GetCapturedStderr();
-    }
-    int BoxesNaming(const std::string& text) const {
-        int count = 0;
-        for (const auto& box : platform.Boxes()) {
-            count += box.text.find(text) != std::string::npos ? 1 : 0;
-        }
-        return count;
-    }
-};
-
+// A settings file the program cannot use is named once, with the reason, before the logon loop.
 struct Unusable {
     const char* name;
     const char* hive;  // under the test's folder: "folder.reg/", "plain", "locked.reg" (mode 0)
     const char* reason;
 };
 
-class UnusableSettingsTest : public SettingsFileTest,
-                             public ::testing::WithParamInterface<Unusable> {};
+class UnusableSettingsTest : public StartupTest, public ::testing::WithParamInterface<Unusable> {};
 
 TEST_P(UnusableSettingsTest, IsNamedOnceWithTheReasonAndTheLogonLoopGoesOn) {
     if (std::string(GetParam().name) == "Unreadable" && ::geteuid() == 0) {
@@ -224,14 +178,22 @@ TEST_P(UnusableSettingsTest, IsNamedOnceWithTheReasonAndTheLogonLoopGoesOn) {
     fs::permissions(dir / "locked.reg", fs::perms::none);
     fs::create_directories(dir / "folder.reg");
     const fs::path hive = dir / GetParam().hive;
-    const std::string err = StartWithHive(hive);
-    EXPECT_NE(err.find(hive.string()), std::string::npos) << err;
-    EXPECT_NE(err.find(GetParam().reason), std::string::npos) << err;
-    ASSERT_FALSE(platform.Boxes().empty());
-    const auto& first = platform.Boxes().front();
-    EXPECT_NE(first.text.find(hive.string()), std::string::npos) << first.text;
-    EXPECT_NE(first.text.find(GetParam().reason), std::string::npos) << first.text;
-    EXPECT_EQ(BoxesNaming(hive.string()), 1) << "said once";
+    registry::Configure({hive.string(), (dir / "system.reg").string()});
+    platform.AnswerBoxes([](const headless::BoxRecord&) { return forms::mb::kResultOk; });
+    WhenLoginShows([](frmLogin& login) { login.cmdCancel.UserClick(); });
+    ::testing::internal::CaptureStderr();
+    Start();
+    const std::string err = ::testing::internal::GetCapturedStderr();
+    for (const std::string& told :
+         {err, platform.Boxes().empty() ? "" : platform.Boxes()[0].text}) {
+        EXPECT_NE(told.find(hive.string()), std::string::npos) << told;
+        EXPECT_NE(told.find(GetParam().reason), std::string::npos) << told;
+    }
+    int naming = 0;
+    for (const auto& box : platform.Boxes()) {
+        naming += box.text.find(hive.string()) != std::string::npos ? 1 : 0;
+    }
+    EXPECT_EQ(naming, 1) << "said once";
     EXPECT_EQ(platform.ModalsShown(), std::vector<std::string>{"frmLogin"})
         << "the logon loop goes on";
 }
@@ -242,12 +204,6 @@ INSTANTIATE_TEST_SUITE_P(Hives, UnusableSettingsTest,
                                                     "a folder on its path is a file"},
                                            Unusable{"Unreadable", "locked.reg", "cannot be read"}),
                          [](const auto& param) { return std::string(param.param.name); });
-
-TEST_F(SettingsFileTest, AUsableFileSaysNothing) {
-    const std::string err = StartWithHive(dir / "user.reg");
-    EXPECT_EQ(BoxesNaming("settings file"), 0);
-    EXPECT_EQ(err.find("settings file"), std::string::npos) << err;
-}
 
 }  // namespace
 }  // namespace kw::dialer::testing
