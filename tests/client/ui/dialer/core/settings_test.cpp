@@ -1,11 +1,9 @@
-// The settings helpers on hives in a temporary folder: first start, the missing value that reads
-// as success, the type a string is stored with, the types that cannot be read, and the box when
-// the user key cannot be made.
+// The settings helpers on hives in a temporary folder: the types values are stored with, the
+// percent rule, and values that other programs wrote.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "client/ui/dialer/core/settings.h"
@@ -57,25 +55,6 @@ class SettingsTest : public ::testing::Test {
         return std::to_string(failure) + ":" + v.ToString();
     }
 };
-
-TEST_F(SettingsTest, KeyThatCannotBeMadeIsToldOnceAndReadsAsDefaults) {
-    // A plain file where the hive's folder should be: nothing can be created below it.
-    std::ofstream(dir / "blocker") << "not a folder";
-    reg::Configure({(dir / "blocker" / "user.reg").string(), (dir / "system.reg").string()});
-    platform.AnswerNextBox(forms::mb::kResultOk);
-    key = OpenSettingsKey(platform);
-    EXPECT_EQ(key, nullptr);
-    ASSERT_EQ(platform.Boxes().size(), 1u);
-    EXPECT_EQ(platform.Boxes()[0].text, "Error creating registry keys");
-    EXPECT_EQ(platform.Boxes()[0].flags,
-              forms::mb::kOkOnly | forms::mb::kCritical | forms::mb::kSetForeground);
-    // Callers go on with the handle as it is; every read keeps its default and says nothing.
-    Variant location(std::int32_t{4});
-    EXPECT_EQ(QueryValueEx(key, settings::kLastSelectedLocation, location), 0);
-    EXPECT_EQ(location.ToLong(), 4);
-    EXPECT_NE(SetValueEx(Variant(std::int32_t{2}), key, settings::kLastSelectedLocation), 0);
-    EXPECT_EQ(platform.Boxes().size(), 1u);
-}
 
 TEST_F(SettingsTest, ShortsAndLongsAreDoubleWordsAndOtherKindsAreNotWritten) {
     key = OpenSettingsKey(platform);

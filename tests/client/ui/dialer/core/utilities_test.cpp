@@ -1,13 +1,10 @@
-// Path, combo and country helpers at their edges.
+// Path and country helpers at their edges.
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include "client/ui/dialer/core/utilities.h"
 #include "platform/automation/failure_number.h"
-#include "platform/forms/controls.h"
-#include "platform/forms/form.h"
-#include "platform/headless/headless_platform.h"
 
 namespace kw::dialer {
 namespace {
@@ -35,21 +32,6 @@ TEST(PathTest, FileNameAndDirectorySplitAtTheLastSeparator) {
         EXPECT_EQ(FileNameFromPath(c.path), c.file) << c.path;
         EXPECT_EQ(DirectoryFromPath(c.path), c.directory) << c.path;
     }
-}
-
-TEST(FindComboEntryTest, MissAndFirstEntryBothGiveZero) {
-    headless::HeadlessPlatform platform;
-    forms::Form form(platform, "FromPullout");
-    forms::ComboBox cmboFrom(form, "cmboFrom");
-    EXPECT_EQ(FindComboEntry(cmboFrom, "Home"), 0);
-    for (const char* name : {"Home", "Office", "Hotel", "Office"}) {
-        cmboFrom.AddItem(name);
-    }
-    EXPECT_EQ(FindComboEntry(cmboFrom, "Airport"), 0);
-    EXPECT_EQ(FindComboEntry(cmboFrom, "Hotel"), 2);
-    EXPECT_EQ(FindComboEntry(cmboFrom, "Office"), 1);  // the first of equal entries
-    EXPECT_EQ(FindComboEntry(cmboFrom, "hotel"), 0);   // exact, case included
-    EXPECT_EQ(cmboFrom.ListIndex(), -1);               // looking selects nothing
 }
 
 TEST(CountryNameTest, TextBeforeTheBlankBeforeTheParenthesisOrFailure5) {
