@@ -30,6 +30,7 @@ class SettingsTest : public ::testing::Test {
         ASSERT_NE(mkdtemp(pattern.data()), nullptr);
         dir = pattern;
         reg::Configure({(dir / "user.reg").string(), (dir / "system.reg").string()});
+        key = OpenSettingsKey(platform);
     }
     void TearDown() override {
         reg::RegCloseKey(key);
@@ -57,7 +58,6 @@ class SettingsTest : public ::testing::Test {
 };
 
 TEST_F(SettingsTest, ShortsAndLongsAreDoubleWordsAndOtherKindsAreNotWritten) {
-    key = OpenSettingsKey(platform);
     // A calling card id written as a short is a double word, read back as a Long.
     ASSERT_EQ(SetValueEx(Variant(std::int16_t{-2}), key, settings::kCallingCard), 0);
     EXPECT_EQ(TypeOf(settings::kCallingCard), reg::REG_DWORD);
@@ -79,7 +79,6 @@ TEST_F(SettingsTest, ShortsAndLongsAreDoubleWordsAndOtherKindsAreNotWritten) {
 
 // A "%" with another at least two further on makes an expandable string, which reads fail with 91.
 TEST_F(SettingsTest, PercentPairMakesAnExpandableStringThatCannotBeReadBack) {
-    key = OpenSettingsKey(platform);
     for (const char* text : {"50% of C:\\logs\\history.log", "C:\\100%%\\rx.log", "%%", "ab%"}) {
         ASSERT_EQ(SetValueEx(Variant(text), key, settings::kConnectHistoryFileName), 0) << text;
         EXPECT_EQ(TypeOf(settings::kConnectHistoryFileName), reg::REG_SZ) << text;
@@ -97,22 +96,14 @@ TEST_F(SettingsTest, PercentPairMakesAnExpandableStringThatCannotBeReadBack) {
 }
 
 TEST_F(SettingsTest, TextWrittenByOthersLosesItsLastCharacterWhateverItIs) {
-    key = OpenSettingsKey(platform);
-    const struct {
-        const char* name;
-        reg::DWORD type;
-        std::string bytes;
-        std::string read;
-    } cases[] = {
-        {"Multi", reg::REG_MULTI_SZ, std::string("one\0two\0\0", 9),
-         std::string("0:one\0two\0", 10)},
-        {"Bare", reg::REG_SZ, "abc", "0:ab"},
-        {"Empty", reg::REG_SZ, "", "5:x"},  // no room at all for the buffer
-        {"Big", reg::REG_DWORD_BIG_ENDIAN, std::string("\0\0\0\x2a", 4), "91:x"},
-    };
-    for (const auto& c : cases) {
-        PutRaw(key, c.name, c.type, c.bytes);
-        EXPECT_EQ(Read(c.name), c.read) << c.name;
+    using namespace std::string_literals;
+    for (const auto& [name, type, bytes, read] :
+         {std::tuple{"Multi", reg::REG_MULTI_SZ, "one\0two\0\0"s, "0:one\0two\0"s},
+          {"Bare", reg::REG_SZ, "abc"s, "0:ab"s},
+          {"Empty", reg::REG_SZ, ""s, "5:x"s},  // no room at all for the buffer
+          {"Big", reg::REG_DWORD_BIG_ENDIAN, "\0\0\0\x2a"s, "91:x"s}}) {
+        PutRaw(key, name, type, bytes);
+        EXPECT_EQ(Read(name), read) << name;
     }
     EXPECT_EQ(GetRegistryString("Bare", settings::kUserKey, reg::HKEY_CURRENT_USER), "ab");
     EXPECT_EQ(GetRegistryString("Bare", settings::kMachineKey, reg::HKEY_LOCAL_MACHINE), "")

@@ -63,8 +63,8 @@ class ConnectTest : public ProgramTest {
 TEST_F(ConnectTest, ConnectAsksTheEngineForTheChosenDestinationAndKeepsTheHandle) {
     Win().btnConnect.UserClick();
     ASSERT_EQ(engine->CountOf("Connect"), 1);
-    EXPECT_EQ(engine->CallsTo("Connect")[0].args[0].ToString(), "Corporate");
-    EXPECT_FALSE(engine->CallsTo("Connect")[0].args[1].ToBoolean());
+    EXPECT_EQ(engine->CallsTo("Connect")[0].args,
+              (std::vector<Variant>{Variant("Corporate"), Variant(false)}));
     EXPECT_EQ(Win().ConnectionHandle, 7);
 }
 
@@ -85,40 +85,30 @@ TEST_F(ConnectTest, VetoOfTheConnectLeavesTheStateIdleAndTheFaceAtRest) {
     ExpectIdle();
 }
 
-// A second click during set-up, the ISP lights on and the tunnel not yet, answered Yes.
-class CallInSetUpTest : public ConnectTest {
-  protected:
-    void SetUp() override {
-        ConnectTest::SetUp();
-        Win().btnConnect.UserClick();
-        engine->RaiseProgressUpdate(102, "Modem found");
-        engine->RaiseProgressUpdate(105, "Authenticating");
-        platform.AnswerNextBox(forms::mb::kResultYes);
-        Win().btnConnect.UserClick();
-    }
-};
-
-TEST_F(CallInSetUpTest, ASecondClickAsksWhetherToTerminateIt) {
+TEST_F(ConnectTest, ASecondClickDuringSetUpAsksWhetherToTerminateAndNoKeepsTheCallGoing) {
+    Win().btnConnect.UserClick();
+    platform.AnswerNextBox(forms::mb::kResultNo);
+    Win().btnConnect.UserClick();
     EXPECT_EQ(LastBox(), Box("There is a connection still in progress do you wish to terminate it?",
                              "Ostvarra - Disconnect", 0x10104))
         << "Yes/No, no icon, No by default, to the foreground";
+    EXPECT_EQ(engine->CountOf("Disconnect"), 0);
+    EXPECT_TRUE(Win().IsConnecting);
 }
 
-TEST_F(CallInSetUpTest, YesDisconnectsItsHandleAndWithoutTheTunnelTheWindowResetsAtOnce) {
+// The ISP lights on and the tunnel not yet.
+TEST_F(ConnectTest, YesDuringSetUpDisconnectsItsHandleAndWithoutTheTunnelTheWindowResetsAtOnce) {
+    Win().btnConnect.UserClick();
+    engine->RaiseProgressUpdate(102, "Modem found");
+    engine->RaiseProgressUpdate(105, "Authenticating");
+    platform.AnswerNextBox(forms::mb::kResultYes);
+    Win().btnConnect.UserClick();
     ASSERT_EQ(engine->CountOf("Disconnect"), 1);
     EXPECT_EQ(engine->CallsTo("Disconnect")[0].args[0].ToLong(), 7);
     ExpectIdle();
     EXPECT_FALSE(Win().imgModemDetected.Visible());
     EXPECT_FALSE(Win().imgAuthorizingISP.Visible());
     EXPECT_TRUE(Win().btnConnect.Enabled());
-}
-
-TEST_F(ConnectTest, AnsweringNoToTheTerminateQuestionKeepsTheCallGoing) {
-    Win().btnConnect.UserClick();
-    platform.AnswerNextBox(forms::mb::kResultNo);
-    Win().btnConnect.UserClick();
-    EXPECT_EQ(engine->CountOf("Disconnect"), 0);
-    EXPECT_TRUE(Win().IsConnecting);
 }
 
 TEST_F(ConnectTest, DisconnectWithTheTunnelUpWaitsForCode32) {
@@ -197,9 +187,7 @@ TEST_F(ConnectTest, EndOfTheDesktopSessionAsksNothingAboutTheCall) {
     EXPECT_TRUE(platform.Boxes().empty());
 }
 
-// ---- failures ----
-
-class ErrorsTest : public ConnectTest {};
+class ErrorsTest : public ConnectTest {};  // failures in the program's own words
 
 TEST_F(ErrorsTest, EngineErrorCodesShowTheirTextsInAWarningBox) {
     const std::vector<std::pair<std::string, std::string>> cases = {

@@ -9,8 +9,6 @@
 namespace kw::dialer::testing {
 namespace {
 
-using automation::Variant;
-
 // The codes of a call that comes up, in the order the engine sends them, with each one's light.
 const std::vector<std::tuple<std::int16_t, std::string, std::string>> kCallUp = {
     {102, "Modem found", "imgModemDetected"},

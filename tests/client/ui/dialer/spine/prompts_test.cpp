@@ -13,7 +13,6 @@
 namespace kw::dialer::testing {
 namespace {
 
-using automation::Variant;
 using forms::mb::kResultCancel;
 using forms::mb::kResultNo;
 using forms::mb::kResultOk;
@@ -60,8 +59,8 @@ TEST_F(PromptsTest, IspLoginAnswersNameCaretPasswordOrNothingOnCancel) {
 TEST_F(PromptsTest, YesNoQuestionAnswersTrueOnlyForYes) {
     platform.AnswerNextBox(kResultYes);
     EXPECT_TRUE(engine->RaiseGetUserYesNo("Use the backup tunnel server?"));
-    EXPECT_EQ(platform.Boxes().back().caption, "Ostvarra Prescriber");
-    EXPECT_EQ(platform.Boxes().back().flags, 0x10004);
+    EXPECT_EQ(std::tie(platform.Boxes().back().caption, platform.Boxes().back().flags),
+              std::tuple("Ostvarra Prescriber", 0x10004));
     platform.AnswerNextBox(kResultNo);
     EXPECT_FALSE(engine->RaiseGetUserYesNo("Use the backup tunnel server?", true));
 }
@@ -218,8 +217,6 @@ TEST_F(PromptsTest, ChoiceListsBeyondTheDialogsIndexAreRefused) {
         }
     }
 }
-
-// ---- the two login dialogs ----
 
 // The two login dialogs accept different pairs (user, password, accepted) and refuse them under
 // different captions.

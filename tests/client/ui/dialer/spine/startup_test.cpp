@@ -49,8 +49,8 @@ TEST_F(StartupTest, TheFirstDialListIsAskedForTheChosenPairAndConnectWaitsForIt)
     StoreUser("anna", "secret");
     ASSERT_TRUE(Start());
     ASSERT_EQ(engine->CountOf("BuildDialList"), 1);
-    EXPECT_EQ(engine->CallsTo("BuildDialList")[0].args[0].ToString(), "Home");
-    EXPECT_EQ(engine->CallsTo("BuildDialList")[0].args[1].ToString(), "Corporate");
+    EXPECT_EQ(engine->CallsTo("BuildDialList")[0].args,
+              (std::vector<Variant>{Variant("Home"), Variant("Corporate")}));
     EXPECT_EQ(Win().lblStatus.Caption(), "Getting dial list please wait..");
     EXPECT_FALSE(Win().btnConnect.Enabled());
 }
