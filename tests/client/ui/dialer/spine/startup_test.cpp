@@ -1,6 +1,10 @@
 // Start-up and shut-down as the user meets them: the logon loop, a second instance, a load that
-// fails, and a close whose Logoff keeps failing.
+// fails, a settings file that cannot be used, and a close whose Logoff keeps failing.
 #include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <functional>
 
 #include "client/ui/dialer/engine/frm_login.h"
 #include "program_fixture.h"
@@ -11,6 +15,7 @@ namespace {
 using automation::Failure;
 using automation::Variant;
 using headless::ProcessEnded;
+namespace fs = std::filesystem;
 
 constexpr const char* kStillLoading =
     "The Kestrelway is still in the process of loading. Please wait a few moments and try to exit "
@@ -23,54 +28,38 @@ class StartupTest : public ProgramTest {
         ProgramTest::SetUp();
         ScriptLists();
     }
-};
-
-// A stored user, started.
-class StoredUserStartTest : public StartupTest {
-  protected:
-    void SetUp() override {
-        StartupTest::SetUp();
-        StoreUser("anna", "secret");
-        ASSERT_TRUE(Start());
+    // The login dialog's next showing, answered by the user.
+    void WhenLoginShows(std::function<void(frmLogin&)> user) {
+        platform.AnswerNextModal("frmLogin",
+                                 [this, user](forms::Form&) { user(app->Form<frmLogin>()); });
     }
 };
 
-TEST_F(StoredUserStartTest, TheStoredUserLogsOnFirstAndTheListsFillTheCombos) {
+TEST_F(StartupTest, TheStoredUserLogsOnFirstAndTheListsFillTheCombos) {
+    StoreUser("anna", "secret");
+    ASSERT_TRUE(Start());
     EXPECT_EQ(engine->CallNames()[0], "Logon");
     EXPECT_EQ(engine->CallsTo("Logon")[0].args[0].ToString(), "anna");
     EXPECT_EQ(Win().cmboTo.ListCount(), 2);
     EXPECT_EQ(Win().cmboTo.Text(), "Corporate");
     EXPECT_EQ(Win().cmboFrom.Text(), "Home") << "LastSelectedLocation is absent: index 0";
-    EXPECT_FALSE(Win().IsLoading);
 }
 
-TEST_F(StoredUserStartTest, TheFirstDialListIsAskedForTheChosenLocationAndDestination) {
+TEST_F(StartupTest, TheFirstDialListIsAskedForTheChosenPairAndConnectWaitsForIt) {
+    StoreUser("anna", "secret");
+    ASSERT_TRUE(Start());
     ASSERT_EQ(engine->CountOf("BuildDialList"), 1);
-    EXPECT_EQ(engine->CallsTo("BuildDialList")[0].args[0].ToString(), "Home");
-    EXPECT_EQ(engine->CallsTo("BuildDialList")[0].args[1].ToString(), "Corporate");
-}
-
-TEST_F(StoredUserStartTest, WhileTheDialListIsAwaitedTheStatusLineSaysSoAndConnectWaits) {
-    EXPECT_TRUE(Win().IsGettingDialList) << "the list comes with an event";
+    EXPECT_EQ(engine->CallsTo("BuildDialList")[0].args,
+              (std::vector<Variant>{Variant("Home"), Variant("Corporate")}));
     EXPECT_EQ(Win().lblStatus.Caption(), "Getting dial list please wait..");
     EXPECT_FALSE(Win().btnConnect.Enabled());
-}
-
-TEST_F(StoredUserStartTest, TheDialListsArrivalEnablesConnectAndThePullouts) {
-    engine->RaiseGetGenericISPList("", Variant());
-    EXPECT_FALSE(Win().IsGettingDialList);
-    EXPECT_TRUE(Win().btnConnect.Enabled());
-    EXPECT_EQ(Win().lblStatus.Caption(), "");
-    EXPECT_TRUE(Win().btnFromPullout.Enabled());
 }
 
 TEST_F(StartupTest, RefusedStoredPasswordShowsTheLoginAgainEvenAfterCancel) {
     StoreUser("anna", "stale");
     engine->Then("Logon", Variant(false)).Then("Logon", Variant(false));
-    platform.AnswerNextModal("frmLogin",
-                             [this](forms::Form&) { app->Form<frmLogin>().cmdCancel.UserClick(); });
-    platform.AnswerNextModal("frmLogin", [this](forms::Form&) {
-        frmLogin& login = app->Form<frmLogin>();
+    WhenLoginShows([](frmLogin& login) { login.cmdCancel.UserClick(); });
+    WhenLoginShows([](frmLogin& login) {
         login.txtPassword.UserSetText("fresh");
         login.cmdOK.UserClick();
     });
@@ -86,21 +75,17 @@ TEST_F(StartupTest, RefusedStoredPasswordShowsTheLoginAgainEvenAfterCancel) {
 TEST_F(StartupTest, NoStoredUserAndCancelEndsTheProcessBeforeAnyListIsRead) {
     platform.SetLoggedOnUser("traveller");
     std::string offered;
-    platform.AnswerNextModal("frmLogin", [&](forms::Form&) {
-        frmLogin& login = app->Form<frmLogin>();
+    WhenLoginShows([&](frmLogin& login) {
         offered = login.txtUserName.Text();
         login.cmdCancel.UserClick();
     });
     EXPECT_FALSE(Start());
     EXPECT_EQ(offered, "traveller") << "the desktop's user is offered";
-    EXPECT_EQ(engine->CountOf("Logon"), 0);
-    EXPECT_EQ(engine->CountOf("GetPhoneList"), 0);
-    EXPECT_EQ(engine->CountOf("GetLocationList"), 0);
+    EXPECT_TRUE(engine->Calls().empty()) << "no logon, no list";
 }
 
 TEST_F(StartupTest, NoStoredUserAndOkSavesThePairThroughTheEngineAndLogsOn) {
-    platform.AnswerNextModal("frmLogin", [&](forms::Form&) {
-        frmLogin& login = app->Form<frmLogin>();
+    WhenLoginShows([](frmLogin& login) {
         login.txtUserName.UserSetText("bob");
         login.txtPassword.UserSetText("pw");
         login.cmdOK.UserClick();
@@ -111,41 +96,17 @@ TEST_F(StartupTest, NoStoredUserAndOkSavesThePairThroughTheEngineAndLogsOn) {
     EXPECT_EQ(engine->CallsTo("Logon")[0].args[0].ToString(), "bob");
 }
 
-// A list from the engine that holds no array is a type mismatch, which fails the load.
-class ListNoArrayTest : public StartupTest, public ::testing::WithParamInterface<const char*> {};
-
-TEST_P(ListNoArrayTest, FailsTheLoadWithATypeMismatch) {
-    StoreUser("anna", "secret");
-    engine->Default(GetParam(), Variant(true), {{0, Variant(std::string("Corporate"))}});
-    platform.AnswerBoxes([](const headless::BoxRecord&) { return forms::mb::kResultOk; });
-    ASSERT_TRUE(Start());
-    EXPECT_TRUE(Win().IsLoading) << "the load's failure path";
-    ASSERT_EQ(platform.Boxes().size(), 1u);
-    EXPECT_EQ(platform.Boxes()[0].text, " Error [13] Type mismatch");
-}
-
-INSTANTIATE_TEST_SUITE_P(EngineLists, ListNoArrayTest,
-                         ::testing::Values("GetPhoneList", "GetLocationList"));
-
 TEST_F(StartupTest, FailedLoadAnswersEveryCloseWithTheLoadingMessage) {
     StoreUser("anna", "secret");
     engine->ThenFail("GetPhoneList", Failure(1019, "no device"));
     platform.AnswerBoxes([](const headless::BoxRecord&) { return forms::mb::kResultOk; });
     ASSERT_TRUE(Start());
     MainWin& win = Win();
-    EXPECT_TRUE(win.IsLoading);
-    EXPECT_EQ(platform.Boxes()[0].text,
-              "Unable to connect\r\nPlease check to see if you have either a modem or VPN device "
-              "install.\r\nPlease See release notes.");
     platform.ClearBoxes();
     win.btnCloseWin.UserClick();
     EXPECT_FALSE(win.UserClose());
-    ASSERT_EQ(platform.Boxes().size(), 2u);
-    for (const auto& box : platform.Boxes()) {
-        EXPECT_EQ(box.text, kStillLoading);
-        EXPECT_EQ(box.caption, "Kestrelway");
-        EXPECT_EQ(box.flags, forms::mb::kOkOnly | forms::mb::kSetForeground);
-    }
+    EXPECT_EQ(CountBoxesWithText(kStillLoading), 2);
+    EXPECT_EQ(platform.Boxes().back().flags, forms::mb::kOkOnly | forms::mb::kSetForeground);
     EXPECT_TRUE(win.IsLoaded());
     EXPECT_EQ(engine->CountOf("Logoff"), 0);
 }
@@ -155,7 +116,6 @@ TEST_F(StartupTest, SecondInstanceRestoresTheFirstAndMakesNoEngine) {
         headless::ForeignWindow{"ThunderRT5Form", "Kestrelway", forms::show::kMinimized};
     EXPECT_FALSE(Start());
     EXPECT_EQ(platform.PreviousInstance()->showState, forms::show::kNormal);
-    EXPECT_TRUE(platform.PreviousInstance()->foreground);
     EXPECT_EQ(enginesMade, 0);
     EXPECT_FALSE(app->Forms().IsLoaded<MainWin>());
 }
@@ -163,8 +123,7 @@ TEST_F(StartupTest, SecondInstanceRestoresTheFirstAndMakesNoEngine) {
 TEST_F(StartupTest, LogoffFailingTenTimesDelaysTheCloseByTenSecondsAndNoMore) {
     StoreUser("anna", "secret");
     engine->Default("Logoff", Variant(false));
-    ASSERT_TRUE(Start());
-    engine->RaiseGetGenericISPList("", Variant());
+    StartIdle();
     EXPECT_THROW(Win().btnCloseWin.UserClick(), ProcessEnded);
     EXPECT_EQ(engine->CountOf("Logoff"), 10);
     EXPECT_EQ(platform.SleptMs(), 10000);
@@ -173,16 +132,11 @@ TEST_F(StartupTest, LogoffFailingTenTimesDelaysTheCloseByTenSecondsAndNoMore) {
 
 TEST_F(StartupTest, CloseSavesTheLastLocationForTheNextStart) {
     StoreUser("anna", "secret");
-    ASSERT_TRUE(Start());
-    engine->RaiseGetGenericISPList("", Variant());
+    StartIdle();
     Win().cmboFrom.UserSelect(1);
     engine->RaiseGetGenericISPList("", Variant());
     EXPECT_THROW(Win().btnCloseWin.UserClick(), ProcessEnded);
-    EXPECT_EQ(engine->CountOf("Logoff"), 1);
-
-    // The next start comes back to the hotel.
-    app = std::make_unique<Application>(platform);
-    engine->ClearCalls();
+    app = std::make_unique<Application>(platform);  // the next start comes back to the hotel
     ASSERT_TRUE(Start());
     EXPECT_EQ(Win().cmboFrom.Text(), "Hotel");
 }
@@ -194,6 +148,53 @@ TEST_F(StartupTest, LastLocationBeyondTheListSelectsNothing) {
     EXPECT_EQ(Win().cmboFrom.ListIndex(), -1);
     EXPECT_EQ(engine->CountOf("BuildDialList"), 0);
 }
+
+// A settings file the program cannot use is named once, with the reason, before the logon loop.
+struct Unusable {
+    const char* name;
+    const char* hive;  // under the test's folder: "folder.reg/", "plain", "locked.reg" (mode 0)
+    const char* reason;
+};
+
+class UnusableSettingsTest : public StartupTest, public ::testing::WithParamInterface<Unusable> {};
+
+TEST_P(UnusableSettingsTest, IsNamedOnceWithTheReasonAndTheLogonLoopGoesOn) {
+    if (std::string(GetParam().name) == "Unreadable" && ::geteuid() == 0) {
+        GTEST_SKIP() << "root reads any file";
+    }
+    std::ofstream(dir / "plain") << "a file where a folder should be\n";
+    std::ofstream(dir / "locked.reg") << "WINE REGISTRY Version 2\n";
+    fs::permissions(dir / "locked.reg", fs::perms::none);
+    fs::create_directories(dir / "folder.reg");
+    const fs::path hive = dir / GetParam().hive;
+    registry::Configure({hive.string(), (dir / "system.reg").string()});
+    platform.AnswerBoxes([](const headless::BoxRecord&) { return forms::mb::kResultOk; });
+    WhenLoginShows([](frmLogin& login) { login.cmdCancel.UserClick(); });
+    ::testing::internal::CaptureStderr();
+    Start();
+    const std::string err = ::testing::internal::GetCapturedStderr();
+    for (const std::string& told :
+         {err, platform.Boxes().empty() ? "" : platform.Boxes()[0].text}) {
+        EXPECT_NE(told.find(hive.string()), std::string::npos) << told;
+        EXPECT_NE(told.find(GetParam().reason), std::string::npos) << told;
+    }
+    int naming = 0;
+    for (const auto& box : platform.Boxes()) {
+        naming += box.text.find(hive.string()) != std::string::npos ? 1 : 0;
+    }
+    EXPECT_EQ(naming, 1) << "said once";
+    EXPECT_EQ(CountBoxesWithText("Error creating registry keys"), 1)
+        << "and the user key that cannot be made, once too";
+    EXPECT_EQ(platform.ModalsShown(), std::vector<std::string>{"frmLogin"})
+        << "the logon loop goes on";
+}
+
+INSTANTIATE_TEST_SUITE_P(Hives, UnusableSettingsTest,
+                         ::testing::Values(Unusable{"Folder", "folder.reg", "it is a folder"},
+                                           Unusable{"FileAsFolder", "plain/user.reg",
+                                                    "a folder on its path is a file"},
+                                           Unusable{"Unreadable", "locked.reg", "cannot be read"}),
+                         [](const auto& param) { return std::string(param.param.name); });
 
 }  // namespace
 }  // namespace kw::dialer::testing
