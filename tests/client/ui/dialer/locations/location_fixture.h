@@ -21,6 +21,9 @@ struct CountryRow {
     float code;
 };
 
+// The country table in the engine's flat layout, five fields a country.
+automation::Variant CountryRows(const std::vector<CountryRow>& rows);
+
 // A card row: position, identifier, number, name, long distance rule, same area rule.
 struct CardRow {
     int index;
