@@ -88,31 +88,33 @@ TEST_F(SavingTest, AfterASaveTheRowsAreTheEnginesAnswerAndTheSelectionIsGone) {
     EXPECT_EQ(View().SelectedItem(), 0);
 }
 
-TEST_F(SavingTest, ARefreshAnsweredNoLeavesRowsFlagsAndSaveAsTheyWere) {
-    VisitIspMode();
-    Edit();
-    AnswerBoxes(forms::mb::kResultNo);
-    To().btnRefresh.UserClick();
-    ASSERT_EQ(platform.Boxes().size(), 1u);
-    EXPECT_EQ(platform.Boxes()[0].text,
-              "Refreshing your POP list will discard your saved list, do you wish to continue?");
-    EXPECT_EQ(engine->CountOf("RefreshPOPList") + engine->CountOf("BuildDialList"), 0);
-    EXPECT_TRUE(To().btnSaveList.Enabled() && To().popListChanged());
-    EXPECT_TRUE(Ticked(1));
-}
+struct RefreshCase {
+    int answer;
+    int refreshes;
+    bool saveEnabled;
+};
 
-TEST_F(SavingTest, ARefreshAnsweredYesSendsTheDestinationFirstAndKeepsTheFlags) {
+// No leaves rows, flags and Save as they were; Yes refreshes and rebuilds, keeping the flags.
+TEST_F(SavingTest, ARefreshIsAskedAndTheAnswerDecides) {
+    const RefreshCase cases[] = {{forms::mb::kResultNo, 0, true},
+                                 {forms::mb::kResultYes, 1, false}};
     VisitIspMode();
-    Edit();
-    AnswerBoxes(forms::mb::kResultYes);
-    To().btnRefresh.UserClick();
-    ASSERT_EQ(engine->CountOf("RefreshPOPList"), 1);
-    const auto args = engine->CallsTo("RefreshPOPList")[0].args;
-    EXPECT_EQ(args[0].ToString(), "Corporate");
-    EXPECT_EQ(args[1].ToString(), "Home");
-    EXPECT_EQ(engine->CountOf("BuildDialList"), 1);
-    EXPECT_FALSE(To().btnSaveList.Enabled());
-    EXPECT_TRUE(To().popListChanged());
+    for (const RefreshCase& c : cases) {
+        SCOPED_TRACE(c.answer);
+        Edit();
+        AnswerBoxes(c.answer);
+        To().btnRefresh.UserClick();
+        ASSERT_EQ(platform.Boxes().size(), 1u);
+        EXPECT_EQ(
+            platform.Boxes()[0].text,
+            "Refreshing your POP list will discard your saved list, do you wish to continue?");
+        EXPECT_EQ(engine->CountOf("RefreshPOPList"), c.refreshes);
+        EXPECT_EQ(engine->CountOf("BuildDialList"), c.refreshes);
+        EXPECT_EQ(To().btnSaveList.Enabled(), c.saveEnabled);
+        EXPECT_TRUE(To().popListChanged());
+    }
+    const auto args = engine->CallsTo("RefreshPOPList").at(0).args;
+    EXPECT_EQ(args[0].ToString() + "|" + args[1].ToString(), "Corporate|Home");
 }
 
 TEST_F(SavingTest, AnIspRefreshAsksItsOwnQuestionAndReadsTheIspRowsAgain) {

@@ -175,12 +175,4 @@ std::vector<std::string> LocationTest::BoxTexts() const {
     return texts;
 }
 
-std::vector<std::string> LocationTest::KeysWritten() const {
-    std::vector<std::string> keys;
-    for (const auto& call : engine->CallsTo("SetLocationProperty")) {
-        keys.push_back(call.args[1].ToString());
-    }
-    return keys;
-}
-
 }  // namespace kw::dialer::testing

@@ -57,8 +57,6 @@ class LocationTest : public ProgramTest {
     // Every box answered with result from now on.
     void AnswerBoxes(int result);
     std::vector<std::string> BoxTexts() const;
-    // The keys written, in order, since the engine's calls were last cleared.
-    std::vector<std::string> KeysWritten() const;
 
     // What the engine holds: names in its own order, and the fields of each.
     std::vector<std::string> order = {"Home", "Hotel"};
