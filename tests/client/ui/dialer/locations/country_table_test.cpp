@@ -14,12 +14,8 @@ namespace {
 using automation::SafeArray;
 using automation::Variant;
 
-class CountryTableTest : public ::testing::Test {
-  protected:
+TEST(CountryTableTest, ATableEndingAtTheTopOfTheIndexRangeIsReadOnce) {
     test::ScriptedEngine engine;
-};
-
-TEST_F(CountryTableTest, ATableEndingAtTheTopOfTheIndexRangeIsReadOnce) {
     const std::int32_t top = std::numeric_limits<std::int32_t>::max();
     SafeArray flat = SafeArray::OneDim(top - 9, top);
     for (std::int32_t k = 0; k < 10; ++k) {
@@ -31,15 +27,6 @@ TEST_F(CountryTableTest, ATableEndingAtTheTopOfTheIndexRangeIsReadOnce) {
     table.SetupCountries();
     ASSERT_EQ(table.Count(), 2);
     EXPECT_EQ(table.item(2)->code(), 46);
-}
-
-TEST_F(CountryTableTest, ARefusedListLeavesTheTableAsItWas) {
-    engine.Then("GetCountryList", Variant(true), {{0, CountryRows({{"GERMANY", 49}})}});
-    engine.Then("GetCountryList", Variant(false));
-    CountryList table(engine);
-    table.SetupCountries();
-    table.SetupCountries();
-    EXPECT_EQ(table.Count(), 1);
 }
 
 // ---- what the form shows of the table -------------------------------------------------------

@@ -283,16 +283,6 @@ TEST_F(FromPulloutTest, AnExistingConnectionStoresThePlaceholdersAndShowsEmptyNu
     EXPECT_EQ(From().chkUseExisting.Value(), kChecked);
 }
 
-TEST_F(FromPulloutTest, AnExistingConnectionAbroadShowsTheStoredNumber) {
-    stored["Hotel"] = UsFields("999", "123", "4567");
-    stored["Hotel"]["CountryName"] = "GERMANY";
-    stored["Hotel"]["CountryCode"] = "49";
-    stored["Hotel"]["TunnelOverLAN"] = "1";
-    StartOnHotel();
-    EXPECT_EQ(From().cmboCountries.Text(), "GERMANY (49)");
-    EXPECT_EQ(From().txtPhoneNumber.Text(), "4567");
-}
-
 // ---- calling cards on the form -----------------------------------------------------------
 
 struct StoredCardCase {
@@ -322,16 +312,6 @@ TEST_F(FromPulloutTest, AStoredCardIsIgnoredWhenTheCardControlsAreHidden) {
     EXPECT_FALSE(From().chkCallingCard.Visible());
     EXPECT_EQ(From().chkCallingCard.Value(), kUnchecked);
     EXPECT_EQ(From().lblCallingCardName.Caption(), "");
-}
-
-TEST_F(FromPulloutTest, ANewLocationStoresTheCurrentCardWhenItsBoxIsSet) {
-    cards = {{0, 7, "111", "Bluewave"}, {1, 9, "222", "Meridian"}};
-    StartWithPullout();
-    TypeNewOffice();
-    From().chkCallingCard.UserClick();
-    EXPECT_EQ(From().lblCallingCardName.Caption(), "Bluewave");
-    From().btnAdd.UserClick();
-    EXPECT_EQ(stored["Office"]["CallingCard"], "9") << "the last card listed is current";
 }
 
 // ---- policies ----------------------------------------------------------------------------------
