@@ -1,4 +1,4 @@
-// The dial list view: rows and columns, ticks at mouse up under the policies, moves, modes, the
+// The dial list view: its rows, ticks at mouse up under the policies, moves, modes, the
 // ISP login, the destination list and the bus.
 #include <gtest/gtest.h>
 
