@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "client/ui/dialer/diallist/cisp_db_link_list.h"
 #include "client/ui/dialer/diallist/cpop_db_link_list.h"
 #include "platform/automation/failure.h"
 
@@ -14,6 +13,7 @@ namespace kw::dialer {
 namespace {
 
 using automation::Failure;
+using Texts = std::vector<std::string>;
 
 std::shared_ptr<CpopCell> Pop(const std::string& number, const std::string& isp,
                               const std::string& index) {
@@ -24,140 +24,107 @@ std::shared_ptr<CpopCell> Pop(const std::string& number, const std::string& isp,
     return cell;
 }
 
-CpopCell PopKey(const std::string& number, const std::string& isp) {
+CpopCell PopKey(const std::string& number, const std::string& isp = "Acme") {
     CpopCell key;
     key.SetPopNumber(number);
     key.SetIspName(isp);
     return key;
 }
 
-CispCell IspKey(const std::string& name) {
-    CispCell key;
-    key.SetIspName(name);
-    return key;
+// "number:index" along the list from the first row; each back link checked on the way.
+Texts Rows(const CpopDbLinkList& list) {
+    Texts out;
+    for (auto c = list.head()->nextCell(); c != list.tail(); c = c->nextCell()) {
+        EXPECT_EQ(c->prevCell()->nextCell(), c) << c->popNumber();
+        out.push_back(c->popNumber() + ":" + c->popIndex);
+    }
+    return out;
 }
 
-// Numbers and index values along the list, from the first row.
-std::vector<std::string> Numbers(const CpopDbLinkList& list) {
-    std::vector<std::string> out;
-    for (auto c = list.head()->nextCell(); c != list.tail(); c = c->nextCell()) {
-        out.push_back(c->popNumber());
+// Rows A, B and C of Acme, with index values 1, 2 and 3.
+void FillABC(CpopDbLinkList& list) {
+    for (const auto& [n, i] : {std::pair{"A", "1"}, {"B", "2"}, {"C", "3"}}) {
+        list.Add(Pop(n, "Acme", i));
     }
-    return out;
-}
-std::vector<std::string> Indexes(const CpopDbLinkList& list) {
-    std::vector<std::string> out;
-    for (auto c = list.head()->nextCell(); c != list.tail(); c = c->nextCell()) {
-        out.push_back(c->popIndex);
-    }
-    return out;
 }
 
 class PopListTest : public ::testing::Test {
   protected:
-    void SetUp() override {
-        list.Add(Pop("A", "Acme", "1"));
-        list.Add(Pop("B", "Acme", "2"));
-        list.Add(Pop("C", "Acme", "3"));
-    }
+    void SetUp() override { FillABC(list); }
     CpopDbLinkList list;
 };
 
 struct MoveCase {
-    const char* what;
     const char* row;
     bool down;
     bool moved;
-    std::vector<std::string> order;
+    Texts rows;
 };
 
-TEST_F(PopListTest, MovesTradeRowsAndLeaveTheIndexValuesInPlace) {
+TEST(CellListMoveTest, MovesTradeRowsAndLeaveTheIndexValuesInPlace) {
     const MoveCase cases[] = {
-        {"the middle row down", "B", true, true, {"A", "C", "B"}},
-        {"the middle row up", "B", false, true, {"B", "A", "C"}},
-        {"the first row down", "A", true, true, {"B", "A", "C"}},
-        {"the last row up", "C", false, true, {"A", "C", "B"}},
-        {"the last row down", "C", true, false, {"A", "B", "C"}},
-        {"the first row up", "A", false, false, {"A", "B", "C"}},
+        {"B", true, true, {"A:1", "C:2", "B:3"}},  {"B", false, true, {"B:1", "A:2", "C:3"}},
+        {"A", true, true, {"B:1", "A:2", "C:3"}},  {"C", false, true, {"A:1", "C:2", "B:3"}},
+        {"C", true, false, {"A:1", "B:2", "C:3"}}, {"A", false, false, {"A:1", "B:2", "C:3"}},
     };
     for (const MoveCase& c : cases) {
-        CpopDbLinkList fresh;
-        for (const auto& [n, i] : {std::pair{"A", "1"}, {"B", "2"}, {"C", "3"}}) {
-            fresh.Add(Pop(n, "Acme", i));
-        }
-        const CpopCell key = PopKey(c.row, "Acme");
-        const bool moved = c.down ? fresh.moveDown(key) : fresh.moveUp(key);
-        EXPECT_EQ(moved, c.moved) << c.what;
-        EXPECT_EQ(Numbers(fresh), c.order) << c.what;
-        EXPECT_EQ(Indexes(fresh), (std::vector<std::string>{"1", "2", "3"})) << c.what;
-        EXPECT_EQ(fresh.numOfItems(), 3) << c.what;
-        // The back links follow the new order.
-        for (auto cell = fresh.head()->nextCell(); cell; cell = cell->nextCell()) {
-            EXPECT_EQ(cell->prevCell()->nextCell(), cell) << c.what;
-        }
+        SCOPED_TRACE(std::string(c.row) + (c.down ? " down" : " up"));
+        CpopDbLinkList list;
+        FillABC(list);
+        EXPECT_EQ(c.down ? list.moveDown(PopKey(c.row)) : list.moveUp(PopKey(c.row)), c.moved);
+        EXPECT_EQ(Rows(list), c.rows);
+        EXPECT_EQ(list.numOfItems(), 3);
     }
 }
 
 TEST_F(PopListTest, TheOtherCellGetsTheMovedIndexBackAsANumber) {
     list.head()->nextCell()->popIndex = "03";
-    ASSERT_TRUE(list.moveDown(PopKey("A", "Acme")));
-    EXPECT_EQ(Indexes(list), (std::vector<std::string>{"3", "2", "3"}));
+    ASSERT_TRUE(list.moveDown(PopKey("A")));
+    EXPECT_EQ(Rows(list), (Texts{"B:3", "A:2", "C:3"}));
 }
 
 TEST_F(PopListTest, AnIndexThatIsNoNumberFailsAfterTheRowsTradedPlaces) {
     list.head()->nextCell()->popIndex = "one";
-    EXPECT_THROW(list.moveDown(PopKey("A", "Acme")), Failure);
-    EXPECT_EQ(Numbers(list), (std::vector<std::string>{"B", "A", "C"}));
-    EXPECT_EQ(Indexes(list), (std::vector<std::string>{"2", "one", "3"}));
-}
-
-TEST(EmptyCellListTest, MovesOnAnEmptyListGiveFalse) {
-    CpopDbLinkList pops;
-    EXPECT_FALSE(pops.moveDown(PopKey("", "")));
-    EXPECT_FALSE(pops.moveUp(PopKey("", "")));
-    CispDbLinkList isps;
-    EXPECT_FALSE(isps.moveDown(IspKey("x")));
-    EXPECT_FALSE(isps.moveUp(IspKey("x")));
-    EXPECT_EQ(pops.head()->nextCell(), pops.tail());
+    EXPECT_THROW(list.moveDown(PopKey("A")), Failure);
+    EXPECT_EQ(Rows(list), (Texts{"B:2", "A:one", "C:3"}));
 }
 
 TEST_F(PopListTest, SearchAnswersAsAWalkFromTheHead) {
     list.Add(Pop("B", "Acme", "9"));  // a duplicate key: only the first is reached
     list.Add(Pop("D", "", "4"));
-    EXPECT_EQ(list.find(PopKey("B", "Acme"))->popIndex, "2");
+    EXPECT_EQ(list.find(PopKey("B"))->popIndex, "2");
     EXPECT_EQ(list.find(PopKey("A", "")), list.tail()) << "an empty ISP name finds the tail";
-    EXPECT_EQ(list.find(PopKey("Z", "Acme")), list.tail());
+    EXPECT_EQ(list.find(PopKey("Z")), list.tail());
     EXPECT_EQ(list.find(PopKey("", "")), list.head());
     EXPECT_EQ(list.find(PopKey("D", ""))->popIndex, "4");
 }
 
 TEST_F(PopListTest, AKeyChangedInPlaceIsFoundUnderItsNewKey) {
-    auto b = list.find(PopKey("B", "Acme"));
-    b->SetPopNumber("A");  // now ahead of nothing: A stays the first "A"
+    auto b = list.find(PopKey("B"));
+    b->SetPopNumber("A");
     list.head()->nextCell()->SetPopNumber("Q");
-    EXPECT_EQ(list.find(PopKey("A", "Acme")), b);
-    EXPECT_EQ(list.find(PopKey("B", "Acme")), list.tail());
+    EXPECT_EQ(list.find(PopKey("A")), b);
+    EXPECT_EQ(list.find(PopKey("B")), list.tail());
 }
 
+// The list keeps an index for its searches: after any mix of its operations it must answer as
+// the walk from the head does.
 TEST(CellListIndexTest, TheIndexAnswersAsTheWalkAfterAnyMix) {
     CpopDbLinkList list;
     std::mt19937 random(7);
     const auto pick = [&](int n) { return std::to_string(random() % static_cast<unsigned>(n)); };
     for (int step = 0; step < 3000; ++step) {
         const CpopCell key = PopKey(pick(12), pick(2));
-        switch (random() % 5) {
+        const auto op = random() % 5;
+        switch (op) {
             case 0:
             case 1:
                 list.Add(Pop(key.popNumber(), key.ispName(), pick(50)));
                 break;
             case 2:
-                if (list.find(key) != list.tail() && list.find(key) != list.head()) {
-                    list.moveDown(key);
-                }
-                break;
             case 3:
                 if (list.find(key) != list.tail() && list.find(key) != list.head()) {
-                    list.moveUp(key);
+                    (void)(op == 2 ? list.moveDown(key) : list.moveUp(key));
                 }
                 break;
             default:
@@ -172,51 +139,14 @@ TEST(CellListIndexTest, TheIndexAnswersAsTheWalkAfterAnyMix) {
     }
 }
 
-TEST(IspCellListTest, AMoveExchangesThePositionTextsAndTheWeightStaysWithItsRow) {
-    CispDbLinkList list;
-    for (const auto& [name, pos, weight] : {std::tuple{"Acme", "07", 5}, {"Globex", "x", 9}}) {
-        auto cell = std::make_shared<CispCell>();
-        cell->SetIspName(name);
-        cell->posIndex = pos;
-        cell->sortedIndex = static_cast<std::int16_t>(weight);
-        list.Add(cell);
-    }
-    ASSERT_TRUE(list.moveDown(IspKey("Acme")));
-    auto first = list.head()->nextCell();
-    EXPECT_EQ(first->ispName(), "Globex");
-    EXPECT_EQ(first->posIndex, "07");
-    EXPECT_EQ(first->sortedIndex, 9);
-    EXPECT_EQ(first->nextCell()->posIndex, "x");
-}
-
-TEST_F(PopListTest, ClearThenAddGivesOneRowBehindTheHead) {
-    auto held = list.find(PopKey("B", "Acme"));
+TEST_F(PopListTest, ClearingCutsTheBackLinksAndTheListStartsAgain) {
+    auto held = list.find(PopKey("B"));
     list.clearList();
     EXPECT_EQ(list.numOfItems(), 0);
-    EXPECT_EQ(list.head()->nextCell(), list.tail());
-    EXPECT_EQ(held->prevCell(), nullptr) << "the back links are cut";
+    EXPECT_EQ(held->prevCell(), nullptr) << "no row outlives the list through its links";
     list.Add(Pop("N", "Acme", "1"));
-    EXPECT_EQ(list.numOfItems(), 1);
-    EXPECT_EQ(list.head()->nextCell()->prevCell(), list.head());
-    EXPECT_EQ(list.find(PopKey("B", "Acme")), list.tail());
-    list.clearList();
-    list.clearList();
-    EXPECT_EQ(list.tail()->prevCell(), list.head());
-}
-
-TEST(CellListCountTest, TheCountOverflowsPast32767AfterTheLinksAreMade) {
-    CispDbLinkList list;
-    list.SetNumOfItems(32767);
-    auto cell = std::make_shared<CispCell>();
-    cell->SetIspName("late");
-    EXPECT_THROW(list.Add(cell), Failure);
-    EXPECT_EQ(list.tail()->prevCell(), cell);
-    EXPECT_EQ(list.find(IspKey("late")), cell);
-}
-
-TEST_F(PopListTest, MovingAKeyThatIsNotInTheListFailsForWantOfAnObject) {
-    EXPECT_THROW(list.moveDown(PopKey("Z", "Acme")), Failure);
-    EXPECT_EQ(Numbers(list), (std::vector<std::string>{"A", "B", "C"}));
+    EXPECT_EQ(Rows(list), Texts{"N:1"});
+    EXPECT_EQ(list.find(PopKey("B")), list.tail());
 }
 
 }  // namespace

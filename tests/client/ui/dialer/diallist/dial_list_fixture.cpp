@@ -65,12 +65,4 @@ std::vector<std::string> DialListTest::Texts() const {
     return texts;
 }
 
-std::vector<std::string> DialListTest::PolicyKeysAsked() const {
-    std::vector<std::string> keys;
-    for (const auto& call : engine->CallsTo("GetPolicySetting")) {
-        keys.push_back(call.args[1].ToString());
-    }
-    return keys;
-}
-
 }  // namespace kw::dialer::testing

@@ -34,7 +34,6 @@ class DialListTest : public ProgramTest {
     void AnswerBoxes(int result);
     std::vector<std::string> Texts() const;
     bool Ticked(int row) { return (View().ItemState(row, -4096) & forms::lvis::kChecked) != 0; }
-    std::vector<std::string> PolicyKeysAsked() const;
 
     // Value and whether the query works, per policy key.
     std::map<std::string, std::pair<std::string, bool>> policy = {{"POPordering", {"1", true}},

@@ -1,12 +1,10 @@
-// The client's copy of the country table: lookups by name, code, key and position, and what the
-// location form shows from it.
+// The client's copy of the country table, and what the location form shows from it.
 #include <gtest/gtest.h>
 
 #include <limits>
 
 #include "client/ui/dialer/locations/country_list.h"
 #include "location_fixture.h"
-#include "platform/automation/failure.h"
 #include "platform/automation/safe_array.h"
 #include "support/scripted_engine.h"
 
@@ -16,57 +14,8 @@ namespace {
 using automation::SafeArray;
 using automation::Variant;
 
-// A table read from an engine that lists these countries.
-CountryList TableOf(test::ScriptedEngine& engine, const std::vector<CountryRow>& rows) {
-    SafeArray flat = SafeArray::OneDim(0, static_cast<std::int32_t>(rows.size()) * 5 - 1);
-    std::int32_t i = 0;
-    for (const CountryRow& c : rows) {
-        for (const Variant& v : {Variant(c.name), Variant(c.code), Variant(std::string("XX")),
-                                 Variant(std::string("20")), Variant(std::string("1"))}) {
-            flat.Set(i++, v);
-        }
-    }
-    engine.Then("GetCountryList", Variant(true), {{0, Variant(std::move(flat))}});
-    CountryList table(engine);
-    table.SetupCountries();
-    return table;
-}
-
-class CountryTableTest : public ::testing::Test {
-  protected:
+TEST(CountryTableTest, ATableEndingAtTheTopOfTheIndexRangeIsReadOnce) {
     test::ScriptedEngine engine;
-};
-
-TEST_F(CountryTableTest, FindByNameMatchesExactlyAndFallsBackToTheUnitedStates) {
-    CountryList table = TableOf(engine, {{"GERMANY", 49}, {"UNITED STATES", 1}});
-    EXPECT_EQ(table.FindByName("GERMANY")->code(), 49);
-    EXPECT_EQ(table.FindByName("Germany")->name(), "UNITED STATES") << "case matters";
-    EXPECT_EQ(table.FindByName("ATLANTIS")->name(), "UNITED STATES");
-}
-
-TEST_F(CountryTableTest, WithoutTheUnitedStatesAnUnknownNameFindsNothing) {
-    CountryList table = TableOf(engine, {{"GERMANY", 49}});
-    EXPECT_EQ(table.FindByName("ATLANTIS"), nullptr);
-}
-
-TEST_F(CountryTableTest, FindByCodeGivesAnEmptyRecordForAnUnknownCode) {
-    CountryList table = TableOf(engine, {{"GERMANY", 49}, {"UNITED KINGDOM", 44}});
-    EXPECT_EQ(table.FindByCode("44")->name(), "UNITED KINGDOM");
-    const auto none = table.FindByCode("999");
-    ASSERT_NE(none, nullptr);
-    EXPECT_EQ(none->name(), "");
-    EXPECT_EQ(none->code(), 0);
-}
-
-TEST_F(CountryTableTest, ACountryWithoutANameIsReachedByPositionOnly) {
-    CountryList table = TableOf(engine, {{"", 7}, {"GERMANY", 49}});
-    ASSERT_EQ(table.Count(), 2);
-    EXPECT_EQ(table.item(1)->DisplayText(), " (7)");
-    EXPECT_EQ(table.item("GERMANY")->code(), 49);
-    EXPECT_THROW(table.item(""), automation::Failure);
-}
-
-TEST_F(CountryTableTest, ATableEndingAtTheTopOfTheIndexRangeIsReadOnce) {
     const std::int32_t top = std::numeric_limits<std::int32_t>::max();
     SafeArray flat = SafeArray::OneDim(top - 9, top);
     for (std::int32_t k = 0; k < 10; ++k) {
@@ -78,13 +27,6 @@ TEST_F(CountryTableTest, ATableEndingAtTheTopOfTheIndexRangeIsReadOnce) {
     table.SetupCountries();
     ASSERT_EQ(table.Count(), 2);
     EXPECT_EQ(table.item(2)->code(), 46);
-}
-
-TEST_F(CountryTableTest, ARefusedListLeavesTheTableAsItWas) {
-    CountryList table = TableOf(engine, {{"GERMANY", 49}});
-    engine.Then("GetCountryList", Variant(false));
-    table.SetupCountries();
-    EXPECT_EQ(table.Count(), 1);
 }
 
 // ---- what the form shows of the table -------------------------------------------------------
@@ -107,7 +49,7 @@ TEST_F(LocationTest, ATableWithoutTheUnitedStatesSelectsItsFirstCountry) {
 }
 
 TEST_F(LocationTest, AStoredCountryTheTableLacksShowsTheUnitedStates) {
-    stored["Hotel"]["CountryName"] = "ATLANTIS";
+    stored["Hotel"]["CountryName"] = "Germany";  // names match in their case only
     StartWithPullout();
     Win().cmboFrom.UserSelect(1);
     EXPECT_EQ(From().cmboCountries.Text(), "UNITED STATES (1)");

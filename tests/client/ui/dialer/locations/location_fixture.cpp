@@ -24,6 +24,18 @@ Fields UsFields(const std::string& area, const std::string& exchange, const std:
             {"ConfirmDialString", "0"}};
 }
 
+Variant CountryRows(const std::vector<CountryRow>& rows) {
+    SafeArray flat = SafeArray::OneDim(0, static_cast<std::int32_t>(rows.size()) * 5 - 1);
+    std::int32_t i = 0;
+    for (const CountryRow& c : rows) {
+        for (const Variant& v : {Variant(c.name), Variant(c.code), Variant(std::string("XX")),
+                                 Variant(std::string("20")), Variant(std::string("1"))}) {
+            flat.Set(i++, v);
+        }
+    }
+    return Variant(std::move(flat));
+}
+
 void LocationTest::SetUp() {
     ProgramTest::SetUp();
     StoreUser("anna", "secret");
@@ -90,17 +102,7 @@ void LocationTest::SetUp() {
                      {{2, Variant(ok ? it->second.first : std::string())}});
     });
     engine->OnCall("GetCountryList", [this] {
-        SafeArray flat = SafeArray::OneDim(0, static_cast<std::int32_t>(countries.size()) * 5 - 1);
-        std::int32_t i = 0;
-        for (const CountryRow& c : countries) {
-            flat.Set(i++, Variant(c.name));
-            flat.Set(i++, Variant(c.code));
-            flat.Set(i++, Variant(std::string("XX")));
-            flat.Set(i++, Variant(std::string("20")));
-            flat.Set(i++, Variant(std::string("1")));
-        }
-        engine->Then("GetCountryList", Variant(!countries.empty()),
-                     {{0, Variant(std::move(flat))}});
+        engine->Then("GetCountryList", Variant(!countries.empty()), {{0, CountryRows(countries)}});
     });
     engine->OnCall("GetCallingCardList", [this] {
         if (cards.empty()) {
@@ -171,14 +173,6 @@ std::vector<std::string> LocationTest::BoxTexts() const {
         texts.push_back(box.text);
     }
     return texts;
-}
-
-std::vector<std::string> LocationTest::KeysWritten() const {
-    std::vector<std::string> keys;
-    for (const auto& call : engine->CallsTo("SetLocationProperty")) {
-        keys.push_back(call.args[1].ToString());
-    }
-    return keys;
 }
 
 }  // namespace kw::dialer::testing

@@ -21,6 +21,9 @@ struct CountryRow {
     float code;
 };
 
+// The country table in the engine's flat layout, five fields a country.
+automation::Variant CountryRows(const std::vector<CountryRow>& rows);
+
 // A card row: position, identifier, number, name, long distance rule, same area rule.
 struct CardRow {
     int index;
@@ -54,8 +57,6 @@ class LocationTest : public ProgramTest {
     // Every box answered with result from now on.
     void AnswerBoxes(int result);
     std::vector<std::string> BoxTexts() const;
-    // The keys written, in order, since the engine's calls were last cleared.
-    std::vector<std::string> KeysWritten() const;
 
     // What the engine holds: names in its own order, and the fields of each.
     std::vector<std::string> order = {"Home", "Hotel"};

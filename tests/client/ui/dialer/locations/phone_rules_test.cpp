@@ -106,14 +106,6 @@ TEST_F(PhoneRulesTest, OutsideTheUnitedStatesAnyDigitsAreANumberAndTheDashIsRefu
     EXPECT_EQ(stored["Office"]["Number"], "2079");
 }
 
-TEST_F(PhoneRulesTest, ThePhoneFieldAsksTheCountryAtEveryKey) {
-    Type(From().txtPhoneNumber, "555-");
-    SelectCountry("GERMANY (49)");
-    Type(From().txtPhoneNumber, "30-1");
-    EXPECT_EQ(From().txtPhoneNumber.Text(), "301");
-    EXPECT_EQ(platform.Beeps(), 1);
-}
-
 struct KeyCase {
     const char* field;
     std::string typed;
@@ -137,14 +129,6 @@ INSTANTIATE_TEST_SUITE_P(Fields, KeyFilterTest,
                                            KeyCase{"txtOutsideAccess", "9,,", "9,,", 0},
                                            KeyCase{"txtLongDistance", "8,#1", "8,1", 1},
                                            KeyCase{"txtOutsideAccess", "9-", "9", 1}));
-
-TEST_F(PhoneRulesTest, APrefixWithCommasIsStoredAsTyped) {
-    Type(From().txtOutsideAccess, "9,,");
-    From().txtAreaCode.UserSetText("617");
-    From().txtPhoneNumber.UserSetText("5550123");
-    From().btnAdd.UserClick();
-    EXPECT_EQ(stored["Office"]["OutSideAccess"], "9,,");
-}
 
 TEST_F(PhoneRulesTest, EnteringAFieldSelectsAllOfIt) {
     From().txtOutsideAccess.UserSetText("9,,");

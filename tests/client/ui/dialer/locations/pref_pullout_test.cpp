@@ -22,10 +22,15 @@ class PrefPulloutTest : public LocationTest {
     void SetUp() override {
         LocationTest::SetUp();
         cards = {{0, 7, "111", "Bluewave"}, {1, 9, "222", "Meridian"}};
+        AnswerBoxes(kResultOk);
     }
     void OpenPref() {
         Win().btnMorePullout.UserClick();
         app->Form<MorePullout>().btnPref.UserClick();
+    }
+    void StartWithPref() {
+        StartWithPullout();
+        OpenPref();
     }
     std::int32_t StoredCard() {
         return UserSetting(settings::kCallingCard, automation::Variant(std::int32_t{0})).ToLong();
@@ -35,9 +40,7 @@ class PrefPulloutTest : public LocationTest {
 TEST_F(PrefPulloutTest, WithoutACardListAStoredCardIsToldAfterAMoment) {
     cards.clear();
     SetUserDword(settings::kCallingCard, 7);
-    StartWithPullout();
-    AnswerBoxes(kResultOk);
-    OpenPref();
+    StartWithPref();
     EXPECT_TRUE(platform.Boxes().empty());
     platform.Advance(100);
     ASSERT_EQ(BoxTexts(),
@@ -49,8 +52,7 @@ TEST_F(PrefPulloutTest, WithoutACardListAStoredCardIsToldAfterAMoment) {
 
 TEST_F(PrefPulloutTest, WithoutACardListAndNoStoredCardNothingIsTold) {
     cards.clear();
-    StartWithPullout();
-    OpenPref();
+    StartWithPref();
     platform.Advance(1000);
     EXPECT_TRUE(platform.Boxes().empty());
     EXPECT_FALSE(Pref().cmboCallingCards.Enabled());
@@ -58,8 +60,7 @@ TEST_F(PrefPulloutTest, WithoutACardListAndNoStoredCardNothingIsTold) {
 
 TEST_F(PrefPulloutTest, OpeningShowsTheStoredCardAndItsNumber) {
     SetUserDword(settings::kCallingCard, 7);
-    StartWithPullout();
-    OpenPref();
+    StartWithPref();
     EXPECT_EQ(Pref().cmboCallingCards.Text(), "Bluewave");
     EXPECT_EQ(Pref().txtCardNumber.Text(), "111");
     EXPECT_FALSE(Pref().btnSave.Enabled());
@@ -67,14 +68,12 @@ TEST_F(PrefPulloutTest, OpeningShowsTheStoredCardAndItsNumber) {
 
 TEST_F(PrefPulloutTest, CardRowsEndingAtTheTopOfTheIndexRangeAreEachReadOnce) {
     firstCardRow = std::numeric_limits<std::int32_t>::max() - 1;
-    StartWithPullout();
-    OpenPref();
+    StartWithPref();
     EXPECT_EQ(Pref().cmboCallingCards.ListCount(), 2);
 }
 
 TEST_F(PrefPulloutTest, ChoosingACardRemembersItForTheUser) {
-    StartWithPullout();
-    OpenPref();
+    StartWithPref();
     Pref().cmboCallingCards.UserSelect(0);
     EXPECT_EQ(StoredCard(), 7);
     EXPECT_EQ(app->CallingCardId, 7);
@@ -91,21 +90,8 @@ TEST_F(PrefPulloutTest, ChoosingACardShowsItOnTheLocationWhenItUsesOne) {
     EXPECT_EQ(From().lblCallingCardName.Caption(), "Bluewave");
 }
 
-TEST_F(PrefPulloutTest, ClearingTheCardOnTheLocationKeepsTheChosenCard) {
-    stored["Home"]["CallingCard"] = "9";
-    StartWithPullout();
-    OpenPref();
-    Pref().cmboCallingCards.UserSelect(0);
-    Win().btnFromPullout.UserClick();
-    From().chkCallingCard.UserClick();
-    EXPECT_EQ(From().lblCallingCardName.Caption(), "");
-    EXPECT_EQ(app->CurrentCallingCard->name, "Bluewave");
-    EXPECT_EQ(StoredCard(), 7);
-}
-
 TEST_F(PrefPulloutTest, SavingTheNumberSendsItForTheCardsPosition) {
-    StartWithPullout();
-    OpenPref();
+    StartWithPref();
     Pref().cmboCallingCards.UserSelect(1);
     Pref().txtCardNumber.UserSetText("4242");
     ASSERT_TRUE(Pref().btnSave.Enabled());
@@ -120,9 +106,7 @@ TEST_F(PrefPulloutTest, SavingTheNumberSendsItForTheCardsPosition) {
 
 TEST_F(PrefPulloutTest, ARefusedNumberStaysWithSaveEnabled) {
     engine->Default("SetCallingCardNumber", automation::Variant(false));
-    StartWithPullout();
-    AnswerBoxes(kResultOk);
-    OpenPref();
+    StartWithPref();
     Pref().cmboCallingCards.UserSelect(1);
     Pref().txtCardNumber.UserSetText("4242");
     Pref().btnSave.UserClick();
@@ -141,8 +125,7 @@ class CardQuestionTest : public PrefPulloutTest,
                          public ::testing::WithParamInterface<QuestionCase> {};
 
 TEST_P(CardQuestionTest, AnotherCardWithAnUnsavedNumberAsksAndTheChoiceGoesAhead) {
-    StartWithPullout();
-    OpenPref();
+    StartWithPref();
     Pref().cmboCallingCards.UserSelect(0);
     Pref().txtCardNumber.UserSetText("4242");
     platform.AnswerNextBox(GetParam().answer);
@@ -161,8 +144,7 @@ INSTANTIATE_TEST_SUITE_P(Answers, CardQuestionTest,
                                            QuestionCase{kResultNo, 0, "111"}));
 
 TEST_F(PrefPulloutTest, ConnectWithAnUnsavedNumberAsksAndYesStopsTheConnect) {
-    StartWithPullout();
-    OpenPref();
+    StartWithPref();
     Pref().txtCardNumber.UserSetText("4242");
     platform.AnswerNextBox(kResultYes);
     Win().btnConnect.UserClick();
@@ -171,8 +153,7 @@ TEST_F(PrefPulloutTest, ConnectWithAnUnsavedNumberAsksAndYesStopsTheConnect) {
 }
 
 TEST_F(PrefPulloutTest, ConfirmDialIsWrittenToTheSelectedLocationAtOnce) {
-    StartWithPullout();
-    OpenPref();
+    StartWithPref();
     ASSERT_TRUE(Pref().chkConfirmDial.Enabled());
     Pref().chkConfirmDial.UserClick();
     EXPECT_EQ(stored["Home"]["ConfirmDialString"], "1");

@@ -7,7 +7,6 @@
 #include "client/ui/dialer/locations/from_pullout.h"
 #include "client/ui/dialer/locations/pref_pullout.h"
 #include "client/ui/dialer/shell/more_pullout.h"
-#include "dravlink/simulator.h"
 
 namespace kw::dialer::testing {
 namespace {
@@ -16,20 +15,12 @@ class RoundTripTest : public ProgramTest {
   protected:
     void SetUp() override {
         ProgramTest::SetUp();
-        UseEngine([this](const EngineContext& context) {
-            dravlink::Options options;
-            options.dataDir = dir / "dravlink";
-            options.sampleDir = std::filesystem::path(KW_SOURCE_DIR) / "assets" / "dravlink";
-            return std::make_shared<dravlink::Simulator>(context.platform, options);
-        });
+        UseSimulator();
         StoreUser("anna", "secret");
         platform.AnswerBoxes([](const headless::BoxRecord&) { return forms::mb::kResultOk; });
     }
     bool DialListArrives() {
-        for (int ms = 0; ms < 60000 && Win().IsGettingDialList; ms += 100) {
-            platform.Advance(100);
-        }
-        return !Win().IsGettingDialList;
+        return RunUntil([this] { return !Win().IsGettingDialList; });
     }
     std::vector<std::string> DialNumbers() {
         std::vector<std::string> numbers;
@@ -39,14 +30,14 @@ class RoundTripTest : public ProgramTest {
         }
         return numbers;
     }
-    void Select(const std::string& name) {
-        for (int i = 0; i < Win().cmboFrom.ListCount(); ++i) {
-            if (Win().cmboFrom.List(i) == name) {
-                Win().cmboFrom.UserSelect(i);
+    static void Select(forms::ComboBox& box, const std::string& text) {
+        for (int i = 0; i < box.ListCount(); ++i) {
+            if (box.List(i) == text) {
+                box.UserSelect(i);
                 return;
             }
         }
-        FAIL() << "no location " << name;
+        FAIL() << "no " << text;
     }
 };
 
@@ -61,11 +52,7 @@ TEST_F(RoundTripTest, ALocationInGermanyWithACardIsKeptWholeAcrossARestart) {
     FromPullout& from = app->Form<FromPullout>();
     from.btnAdd.UserClick();
     from.cmboLocations.UserSetText("Berlin Office");
-    for (int i = 0; i < from.cmboCountries.ListCount(); ++i) {
-        if (from.cmboCountries.List(i) == "GERMANY (49)") {
-            from.cmboCountries.UserSelect(i);
-        }
-    }
+    Select(from.cmboCountries, "GERMANY (49)");
     from.txtPhoneNumber.UserSetText("30 1234567");
     from.txtOutsideAccess.UserSetText("0,");
     from.chkCallingCard.UserClick();
@@ -84,7 +71,7 @@ TEST_F(RoundTripTest, ALocationInGermanyWithACardIsKeptWholeAcrossARestart) {
     app = std::make_unique<Application>(platform);
     ASSERT_TRUE(Start());
     ASSERT_TRUE(DialListArrives());
-    Select("Berlin Office");
+    Select(Win().cmboFrom, "Berlin Office");
     ASSERT_TRUE(DialListArrives());
     FromPullout& again = app->Form<FromPullout>();
     EXPECT_EQ(again.cmboCountries.Text(), "GERMANY (49)");
