@@ -90,15 +90,5 @@ TEST_F(StatisticsRecordTest, ABadTunnelElementKeepsTheLaterTunnelFields) {
     EXPECT_EQ(Stats().Packets()[0], 204);
 }
 
-TEST_F(StatisticsRecordTest, RatesAreDividedByTheDivisorOfTheMoment) {
-    for (const auto& [divisor, expected] :
-         {std::pair<std::int16_t, double>{100, 25}, std::pair<std::int16_t, double>{10000, 0.25}}) {
-        Perf().rateDivisor = divisor;
-        Send(Isp({{3, Variant(2500.0)}}), Vpn({{1, Variant(2500.0)}}));
-        EXPECT_DOUBLE_EQ(Stats().Rates()[0], expected) << divisor;
-        EXPECT_DOUBLE_EQ(Stats().Rates()[2], expected) << divisor;
-    }
-}
-
 }  // namespace
 }  // namespace kw::dialer::testing

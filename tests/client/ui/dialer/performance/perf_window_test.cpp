@@ -138,13 +138,5 @@ INSTANTIATE_TEST_SUITE_P(BothWays, RotationTest,
                          ::testing::Values(RotationCase{true, {1, 2, 3, 0, 1}},
                                            RotationCase{false, {3, 2, 1, 0, 3}}));
 
-TEST_F(PerfWindowTest, TheDetachPictureDoesNothing) {
-    const std::pair<int, int> at{Perf().Left(), Perf().Top()};
-    Perf().detachBtn.UserClick();
-    EXPECT_EQ((std::pair{Perf().Left(), Perf().Top()}), at);
-    EXPECT_TRUE(Perf().Visible() && Perf().CurrentPanel() == 0);
-    EXPECT_TRUE(platform.Boxes().empty());
-}
-
 }  // namespace
 }  // namespace kw::dialer::testing

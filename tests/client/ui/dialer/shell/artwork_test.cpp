@@ -30,34 +30,6 @@ bool Inside(const Region& shape, const L::LayoutRect& r) {
     return Region::Combine(box, shape, RGN_DIFF).IsEmpty();
 }
 
-struct Sized {
-    const char* picture;
-    int width;
-    int height;
-};
-
-TEST(ArtworkTest, ShapedFormsHaveTheirSizesAndAGreenOutside) {
-    const Sized forms[] = {
-        {L::mainwin::kPicture, 128, 320},        {L::login::kLoginPicture, 200, 150},
-        {L::login::kIspLoginPicture, 200, 150},  {L::perfpulldown::kPicture, 115, 181},
-        {L::frompullout::kPicture, 400, 232},    {L::topullout::kPicture, 400, 232},
-        {L::rxpullout::kPicture, 400, 232},      {L::morepullout::kPicture, 68, 72},
-        {L::logpullout::kPicture, 320, 204},     {L::prefpullout::kPicture, 320, 204},
-        {L::displaypullout::kPicture, 320, 204},
-    };
-    for (const Sized& f : forms) {
-        SCOPED_TRACE(f.picture);
-        const BitmapBits bits = Read(f.picture);
-        EXPECT_EQ(bits.width, f.width);
-        EXPECT_EQ(bits.height, f.height);
-        EXPECT_EQ(bits.colours[0], (RgbColour{0, 255, 0}));
-        const Region shape = ShapeOf(f.picture);
-        // Shaped, not a plain rectangle, and mostly solid.
-        EXPECT_NE(shape, Region::FromRect(0, 0, f.width, f.height));
-        EXPECT_GT(shape.Area(), static_cast<long long>(f.width) * f.height / 2);
-    }
-}
-
 TEST(ArtworkTest, MainWindowControlsLieOnTheShapeAndTheNotchIsCut) {
     namespace M = L::mainwin;
     const Region shape = ShapeOf(M::kPicture);

@@ -1,8 +1,6 @@
 // The call-home transfer window as the engine's reports reach it, and the splash form.
 #include <gtest/gtest.h>
 
-#include <tuple>
-
 #include "client/ui/dialer/side/frm_file_xfer.h"
 #include "client/ui/dialer/side/frm_splash.h"
 #include "client/ui/dialer/spine/program_fixture.h"
@@ -93,32 +91,6 @@ TEST_F(FileXferTest, TheCountdownStandsStillUntilSomethingStartsIt) {
     platform.Advance(5000);
     EXPECT_FALSE(Xfer().Timer1.TimerEnabled());
     EXPECT_EQ(Xfer().lblTimeLeft.Caption(), "18 seconds");
-}
-
-struct TickCase {
-    std::int16_t h, m, s;
-    std::int16_t afterH, afterM, afterS;
-    std::string label;
-};
-
-TEST_F(FileXferTest, TheCountdownTicksDownASecondAtATime) {
-    const std::vector<TickCase> cases = {
-        {1, 0, 0, 0, 59, 59, "59 minutes 59 seconds"},
-        {2, 0, 0, 1, 59, 59, "1 hours 59 minutes 59 seconds"},
-        {0, 1, 0, 0, 0, 59, "0 minutes 59 seconds"},
-        {0, 0, 5, 0, 0, 4, "0 minutes 4 seconds"},
-        {0, 0, 0, 0, 0, 0, "0 minutes 0 seconds"},
-    };
-    frmFileXfer& x = Xfer();
-    for (const TickCase& c : cases) {
-        x.hoursLeft = c.h;
-        x.minutesLeft = c.m;
-        x.secondsLeft = c.s;
-        x.Timer1_Timer();
-        EXPECT_EQ(std::tuple(x.hoursLeft, x.minutesLeft, x.secondsLeft),
-                  std::tuple(c.afterH, c.afterM, c.afterS));
-        EXPECT_EQ(x.lblTimeLeft.Caption(), c.label);
-    }
 }
 
 TEST_F(FileXferTest, TheSplashShowsTheProgramsVersionAndTitle) {

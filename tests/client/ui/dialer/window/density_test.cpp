@@ -38,22 +38,6 @@ class DensityTest : public WindowFamilyTest, public ::testing::WithParamInterfac
     }
 };
 
-TEST_P(DensityTest, EveryControlOfTheMainWindowStandsOnItsArtworkPlace) {
-    namespace at = layout::mainwin;
-    ExpectAt(Win(), {PLACE(imgLogoOn), PLACE(btnMinimize), PLACE(lblMinButton), PLACE(btnHelp),
-                     PLACE(lblHelpButton), PLACE(btnCloseWin), PLACE(lblCloseButton),
-                     PLACE(lblFrom), PLACE(cmboFrom), PLACE(btnFromPullout), PLACE(lblTo),
-                     PLACE(cmboTo), PLACE(btnToPullout)});
-    ExpectAt(Win(),
-             {PLACE(imgModemDetected), PLACE(imgPhoneDialing), PLACE(imgConnectingISP),
-              PLACE(imgAuthorizingISP), PLACE(imgCreatingTunnel), PLACE(imgAuthorizingTunnel),
-              PLACE(btnRxPullout), PLACE(btnConnect), PLACE(lblConnect), PLACE(imgConnectLight),
-              PLACE(Label4), PLACE(btnMorePullout), PLACE(lblStatus)});
-    // The window keeps the artwork's size inside the frame its shape cuts away.
-    EXPECT_EQ(Win().Width(), at::kWidth + 2 * FrameWidth());
-    EXPECT_EQ(Win().Height(), at::kHeight + FrameHeight() + FrameWidth());
-}
-
 TEST_P(DensityTest, APulloutAndTheControlsOfItsFrameStandOnTheirArtworkPlaces) {
     namespace at = layout::prefpullout;
     Win().btnMorePullout.UserClick();

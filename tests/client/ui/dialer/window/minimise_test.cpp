@@ -28,14 +28,6 @@ TEST_F(MinimiseTest, TheButtonMinimisesAndHidesTheFamilyKeepingTheirFlags) {
     EXPECT_EQ(Win().btnMinimize.Picture(), Win().Image5.Picture()) << "the flash ends at rest";
 }
 
-TEST_F(MinimiseTest, ARestoreByTheWindowManagerBringsBackOnlyTheFlaggedWindows) {
-    Win().btnMinimize.UserClick();
-    EXPECT_TRUE(platform.WindowManagerSetState(Win(), kNormal));
-    EXPECT_EQ(Win().WindowState(), kNormal);
-    EXPECT_TRUE(Get<FromPullout>().Visible() && Get<PerfPulldown>().Visible());
-    EXPECT_FALSE(Get<ToPullout>().Visible());
-}
-
 TEST_F(MinimiseTest, TheWindowManagersMinimiseTakesMorePulloutsPanelsAlong) {
     Win().btnMorePullout.UserClick();
     Get<MorePullout>().btnPref.UserClick();
@@ -57,12 +49,6 @@ class MessageHookTest : public WindowFamilyTest {
     }
 };
 
-TEST_F(MessageHookTest, AnotherWindowsSizeMessageIsOnlyPassedOn) {
-    EXPECT_TRUE(
-        HookedWindowProc(*app, WindowHandleOf(Get<PerfPulldown>()), forms::wm::kSize, 0, 0));
-    EXPECT_FALSE(Get<RxPullout>().Visible());
-}
-
 TEST_F(MessageHookTest, TheWindowsSizeMessageReassertsItsScaleAndBringsTheFamilyBack) {
     MainWin& win = Win();
     win.SetScaleWidth(128);
@@ -72,13 +58,6 @@ TEST_F(MessageHookTest, TheWindowsSizeMessageReassertsItsScaleAndBringsTheFamily
     EXPECT_EQ(win.ScaleWidth(), 133);
     EXPECT_EQ(win.ScaleHeight(), 395);
     EXPECT_TRUE(Get<RxPullout>().Visible());
-}
-
-TEST_F(MessageHookTest, EveryMessageReachesThePreviousProcedure) {
-    for (int message : {forms::wm::kSize, forms::wm::kQueryEndSession, forms::wm::kEndSession,
-                        forms::wm::kActivate, forms::wm::kMove}) {
-        EXPECT_TRUE(platform.DeliverWindowMessage(Win(), message, 0, 0)) << message;
-    }
 }
 
 TEST_F(MessageHookTest, TheHookGoesWithTheWindowAndOnlyOnce) {

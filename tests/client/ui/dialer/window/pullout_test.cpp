@@ -76,15 +76,6 @@ TEST_F(PulloutTest, ADirtyPulloutTheUserKeepsStaysOpenWhenAnotherTabIsClicked) {
     EXPECT_EQ(Win().btnFromPullout.Picture(), Reg());
 }
 
-TEST_F(PulloutTest, ADirtyPulloutTheUserKeepsStaysOpenWhenItsOwnTabIsClicked) {
-    Win().btnToPullout.UserClick();
-    MakeToDirty();
-    UserKeepsChanges();
-    Win().btnToPullout.UserClick();
-    EXPECT_TRUE(Open(Get<ToPullout>(), Win().toShown));
-    EXPECT_EQ(Win().btnToPullout.Picture(), Left());
-}
-
 TEST_F(PulloutTest, WithNothingOpenNoPulloutIsAskedToClose) {
     // A closed ToPullout with changes would refuse if it were asked.
     MakeToDirty();
@@ -151,17 +142,6 @@ TEST_F(MorePulloutTest, ARefusalOfThePreferencesKeepsMorePulloutOpen) {
     Win().btnToPullout.UserClick();
     EXPECT_TRUE(MoreOpen());
     EXPECT_TRUE(Open(Get<PrefPullout>(), Win().prefShown));
-    EXPECT_FALSE(Win().toShown);
-}
-
-TEST_F(MorePulloutTest, ARefusalOfTheLoginInformationLeavesThePreferencesClosed) {
-    OpenPreferences();
-    MakeDisplayDirty();
-    UserKeepsChanges();
-    Win().btnToPullout.UserClick();
-    EXPECT_FALSE(Get<PrefPullout>().Visible() || Win().prefShown);
-    EXPECT_TRUE(MoreOpen());
-    EXPECT_EQ(Win().btnMorePullout.Picture(), Left());
     EXPECT_FALSE(Win().toShown);
 }
 
