@@ -13,38 +13,6 @@ ScriptedEngine::ScriptedEngine() {
     defaults_["Connect"].result = Variant(std::int32_t{1});
 }
 
-ScriptedEngine& ScriptedEngine::Then(const std::string& op, Variant result,
-                                     std::map<int, Variant> outs) {
-    queued_[op].push_back(EngineReply{std::move(result), std::move(outs), std::nullopt});
-    return *this;
-}
-
-ScriptedEngine& ScriptedEngine::ThenFail(const std::string& op, Failure failure) {
-    queued_[op].push_back(EngineReply{Variant(), {}, std::move(failure)});
-    return *this;
-}
-
-ScriptedEngine& ScriptedEngine::Default(const std::string& op, Variant result,
-                                        std::map<int, Variant> outs) {
-    defaults_[op] = EngineReply{std::move(result), std::move(outs), std::nullopt};
-    return *this;
-}
-
-ScriptedEngine& ScriptedEngine::AlwaysFail(const std::string& op, Failure failure) {
-    defaults_[op] = EngineReply{Variant(), {}, std::move(failure)};
-    return *this;
-}
-
-ScriptedEngine& ScriptedEngine::OnCall(const std::string& op, std::function<void()> action) {
-    hooks_[op] = std::move(action);
-    return *this;
-}
-
-ScriptedEngine& ScriptedEngine::SetCountryListAvailable(bool available) {
-    countryListAvailable_ = available;
-    return *this;
-}
-
 std::vector<RecordedCall> ScriptedEngine::CallsTo(const std::string& op) const {
     std::vector<RecordedCall> found;
     for (const auto& call : calls_) {
@@ -55,24 +23,12 @@ std::vector<RecordedCall> ScriptedEngine::CallsTo(const std::string& op) const {
     return found;
 }
 
-int ScriptedEngine::CountOf(const std::string& op) const {
-    return static_cast<int>(CallsTo(op).size());
-}
-
 std::vector<std::string> ScriptedEngine::CallNames() const {
     std::vector<std::string> names;
     for (const auto& call : calls_) {
         names.push_back(call.name);
     }
     return names;
-}
-
-std::size_t ScriptedEngine::PendingReplies() const {
-    std::size_t n = 0;
-    for (const auto& [op, queue] : queued_) {
-        n += queue.size();
-    }
-    return n;
 }
 
 EngineReply ScriptedEngine::Answer(const std::string& op, std::vector<Variant> args) {
@@ -103,56 +59,6 @@ dialer::DravlinkEvents& ScriptedEngine::Sink() const {
         throw std::logic_error("ScriptedEngine: an event was raised with no sink advised");
     }
     return *sink;
-}
-
-// Events --------------------------------------------------------------------------------------
-
-void ScriptedEngine::RaiseProgressUpdate(std::int16_t code, std::string text) {
-    Sink().ProgressUpdate(code, text);
-}
-void ScriptedEngine::RaiseStatusUpdate(std::string text) {
-    Sink().StatusUpdate(text);
-}
-void ScriptedEngine::RaiseErrorEvent(std::string message) {
-    Sink().ErrorEvent(message);
-}
-void ScriptedEngine::RaiseDravDebug(std::string text) {
-    Sink().DravDebug(text);
-}
-void ScriptedEngine::RaiseGetUserOk(std::string message) {
-    Sink().GetUserOk(message);
-}
-bool ScriptedEngine::RaiseGetUserYesNo(std::string question, bool answer) {
-    Sink().GetUserYesNo(question, answer);
-    return answer;
-}
-std::string ScriptedEngine::RaiseGetUserNowLaterNever(std::string question, std::string answer) {
-    Sink().GetUserNowLaterNever(question, answer);
-    return answer;
-}
-std::string ScriptedEngine::RaiseGetUsernamePassword(std::string prompt, std::string user) {
-    Sink().GetUsernamePassword(prompt, user);
-    return user;
-}
-std::string ScriptedEngine::RaiseGetUserInfo(std::string prompt, Variant choices,
-                                             std::string answer) {
-    Sink().GetUserInfo(prompt, choices, answer);
-    return answer;
-}
-std::string ScriptedEngine::RaiseGetUserInput(std::string prompt, std::string defaultText,
-                                              std::string answer) {
-    Sink().GetUserInput(prompt, defaultText, answer);
-    return answer;
-}
-
-void ScriptedEngine::RaiseGetGenericISPList(std::string message, Variant list) {
-    Sink().GetGenericISPList(message, list);
-}
-void ScriptedEngine::RaiseGetConnectionStatistics(Variant ispStats, Variant vpnStats) {
-    Sink().GetConnectionStatistics(ispStats, vpnStats);
-}
-void ScriptedEngine::RaiseCHXferUpdate(Variant transfer, Variant first) {
-    Sink().CHXferUpdate(first, transfer);
 }
 
 std::int32_t ScriptedEngine::GetIDsOfNames(const std::string& name) {

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "client/ui/dialer/engine/dravlink.h"
@@ -41,43 +42,82 @@ class ScriptedEngine : public dialer::Dravlink {
     ScriptedEngine();
 
     // The next unanswered call of op answers with this.
-    ScriptedEngine& Then(const std::string& op, Variant result, std::map<int, Variant> outs = {});
-    ScriptedEngine& ThenFail(const std::string& op, automation::Failure failure);
+    ScriptedEngine& Then(const std::string& op, Variant result, std::map<int, Variant> outs = {}) {
+        queued_[op].push_back(EngineReply{std::move(result), std::move(outs), std::nullopt});
+        return *this;
+    }
+    ScriptedEngine& ThenFail(const std::string& op, automation::Failure failure) {
+        queued_[op].push_back(EngineReply{Variant(), {}, std::move(failure)});
+        return *this;
+    }
     // What op answers when nothing is queued for it. Without one: true, or 0 for the operations
     // whose result is a long (BuildDialList, GetISPList, GetLinkSpeed), and handle 1 for Connect.
     ScriptedEngine& Default(const std::string& op, Variant result,
-                            std::map<int, Variant> outs = {});
-    ScriptedEngine& AlwaysFail(const std::string& op, automation::Failure failure);
+                            std::map<int, Variant> outs = {}) {
+        defaults_[op] = EngineReply{std::move(result), std::move(outs), std::nullopt};
+        return *this;
+    }
+    ScriptedEngine& AlwaysFail(const std::string& op, automation::Failure failure) {
+        defaults_[op] = EngineReply{Variant(), {}, std::move(failure)};
+        return *this;
+    }
     // Runs inside every call of op, after it is recorded and before it answers: the place to
     // raise events from within a call, as the engine does.
-    ScriptedEngine& OnCall(const std::string& op, std::function<void()> action);
+    ScriptedEngine& OnCall(const std::string& op, std::function<void()> action) {
+        hooks_[op] = std::move(action);
+        return *this;
+    }
     // Whether the name GetCountryList resolves (an older engine does not know it).
-    ScriptedEngine& SetCountryListAvailable(bool available);
+    ScriptedEngine& SetCountryListAvailable(bool available) {
+        countryListAvailable_ = available;
+        return *this;
+    }
 
     const std::vector<RecordedCall>& Calls() const { return calls_; }
     std::vector<RecordedCall> CallsTo(const std::string& op) const;
-    int CountOf(const std::string& op) const;
+    int CountOf(const std::string& op) const { return static_cast<int>(CallsTo(op).size()); }
     std::vector<std::string> CallNames() const;
     void ClearCalls() { calls_.clear(); }
-    // Replies queued and not used yet, over all operations.
-    std::size_t PendingReplies() const;
 
     // Events. Each raises into the advised sink and gives back the by-reference arguments as the
     // handler left them. Raising with no sink advised is a mistake of the test and throws.
-    void RaiseProgressUpdate(std::int16_t code, std::string text);
-    void RaiseStatusUpdate(std::string text);
-    void RaiseErrorEvent(std::string message);
-    void RaiseDravDebug(std::string text);
-    void RaiseGetUserOk(std::string message);
-    bool RaiseGetUserYesNo(std::string question, bool answer = false);
-    std::string RaiseGetUserNowLaterNever(std::string question, std::string answer = "");
-    std::string RaiseGetUsernamePassword(std::string prompt, std::string user);
-    std::string RaiseGetUserInfo(std::string prompt, Variant choices, std::string answer = "");
+    void RaiseProgressUpdate(std::int16_t code, std::string text) {
+        Sink().ProgressUpdate(code, text);
+    }
+    void RaiseStatusUpdate(std::string text) { Sink().StatusUpdate(text); }
+    void RaiseErrorEvent(std::string message) { Sink().ErrorEvent(message); }
+    void RaiseDravDebug(std::string text) { Sink().DravDebug(text); }
+    void RaiseGetUserOk(std::string message) { Sink().GetUserOk(message); }
+    bool RaiseGetUserYesNo(std::string question, bool answer = false) {
+        Sink().GetUserYesNo(question, answer);
+        return answer;
+    }
+    std::string RaiseGetUserNowLaterNever(std::string question, std::string answer = "") {
+        Sink().GetUserNowLaterNever(question, answer);
+        return answer;
+    }
+    std::string RaiseGetUsernamePassword(std::string prompt, std::string user) {
+        Sink().GetUsernamePassword(prompt, user);
+        return user;
+    }
+    std::string RaiseGetUserInfo(std::string prompt, Variant choices, std::string answer = "") {
+        Sink().GetUserInfo(prompt, choices, answer);
+        return answer;
+    }
     std::string RaiseGetUserInput(std::string prompt, std::string defaultText,
-                                  std::string answer = "");
-    void RaiseGetGenericISPList(std::string message, Variant list);
-    void RaiseGetConnectionStatistics(Variant ispStats, Variant vpnStats);
-    void RaiseCHXferUpdate(Variant transfer, Variant first = Variant());
+                                  std::string answer = "") {
+        Sink().GetUserInput(prompt, defaultText, answer);
+        return answer;
+    }
+    void RaiseGetGenericISPList(std::string message, Variant list) {
+        Sink().GetGenericISPList(message, list);
+    }
+    void RaiseGetConnectionStatistics(Variant ispStats, Variant vpnStats) {
+        Sink().GetConnectionStatistics(ispStats, vpnStats);
+    }
+    void RaiseCHXferUpdate(Variant transfer, Variant first = Variant()) {
+        Sink().CHXferUpdate(first, transfer);
+    }
 
     // Operations.
     Variant GetPhoneList(Variant& list) override { return Call("GetPhoneList", list); }
