@@ -92,8 +92,6 @@ TEST(ArtworkTest, SeparatePicturesExist) {
           P::kDetachBtn}) {
         EXPECT_NO_THROW(Read(picture)) << picture;
     }
-    EXPECT_EQ(Read(P::kVpnBytes).width, 34);
-    EXPECT_EQ(Read(P::kDownBtn).height, 27);
     EXPECT_EQ(Read(Pc::kImage5).width, L::mainwin::btnConnect.w);
 }
 
