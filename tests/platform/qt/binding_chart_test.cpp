@@ -109,23 +109,6 @@ TEST_F(ChartBindingTest, TheLaterSeriesIsDrawnOverTheEarlierAtTheSamePlace) {
     EXPECT_EQ(ColumnAt(8, chart.PointRect(0, 8).top + 2 - ZeroY()), kBar);  // the link, above it
 }
 
-TEST_F(ChartBindingTest, TheLeftAxisLabelsAreDrawnOnlyWhileTheAxisShows) {
-    auto inkOnZeroLine = [&] {
-        const QImage image = widget->grab().toImage();
-        int dark = 0;
-        for (int x = 4; x < 40; ++x) {
-            for (int dy = -4; dy <= 4; ++dy) {
-                dark += image.pixelColor(x, static_cast<int>(ZeroY()) + dy).value() < 100;
-            }
-        }
-        return dark;
-    };
-    const int withUnit = inkOnZeroLine();
-    chart.SetAxisVisible(forms::AxisSide::Left, false);
-    EXPECT_GT(withUnit, 36);  // the zero line alone is 36 dots long
-    EXPECT_EQ(inkOnZeroLine(), 0);
-}
-
 TEST_F(ChartBindingTest, AnAreaIsFilledUnderItsPointsAndNotUnderGaps) {
     forms::Chart health{form, "iNetHealth"};
     health.Move(10, 100, 91, 82);

@@ -11,7 +11,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
-#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -122,20 +121,6 @@ TEST_F(SimpleBindingTest, AnImageIsNamedByItsAccessibleNameElseItsToolTipElseNot
         form.imgLight1.SetToolTipText(c.toolTip);
         EXPECT_EQ(light->accessibleName(), c.spoken) << c.accessibleName << "/" << c.toolTip;
     }
-}
-
-TEST_F(SimpleBindingTest, AnImagesPictureIsSeeThroughInTheFormsKeyColour) {
-    QImage picture(2, 1, QImage::Format_RGB32);
-    picture.setPixel(0, 0, qRgb(0, 255, 0));
-    picture.setPixel(1, 0, qRgb(200, 0, 0));
-    ASSERT_TRUE(picture.save(assets.filePath("light.png")));
-    form.SetForeColor(0x00FF00);  // pure green, as 0x00BBGGRR
-    auto* light = Bind<QLabel>(form.imgLight0);
-    form.imgLight0.SetPicture("light.png");
-    const QImage mask = light->pixmap().mask().toImage();
-    ASSERT_EQ(mask.size(), QSize(2, 1));
-    EXPECT_NE(mask.pixelIndex(0, 0), mask.pixelIndex(1, 0));
-    EXPECT_EQ(light->pixmap().toImage().pixelColor(1, 0), QColor(200, 0, 0));
 }
 
 TEST_F(SimpleBindingTest, AClickWhileTheModelIsBeingShownIsNotInput) {
@@ -283,17 +268,6 @@ TEST_F(ListBindingTest, PickingAComboItemRunsClick) {
     emit combo->activated(1);  // what the popup sends when the user picks "Office"
     EXPECT_EQ(form.cmboFrom.ListIndex(), 1);
     EXPECT_THAT(form.journal, ElementsAre("cmboFrom_Click:Office"));
-}
-
-TEST_F(ListBindingTest, AnArrowKeyOnAComboChoosesAndRunsClick) {
-    auto* combo = Bind<QComboBox>(form.cmboFrom);
-    AddPlaces();
-    form.cmboFrom.SetListIndex(1);
-    form.journal.clear();
-    combo->setFocus();
-    QTest::keyClick(combo, Qt::Key_Up);
-    EXPECT_EQ(form.cmboFrom.ListIndex(), 0);
-    EXPECT_THAT(form.journal, ElementsAre("cmboFrom_Click:Home"));
 }
 
 TEST_F(ListBindingTest, ADropdownListShowsItsTextOnlyWhileNothingIsChosen) {

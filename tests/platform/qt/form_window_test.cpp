@@ -233,14 +233,5 @@ TEST_F(FormWindowTest, ClosingTheWindowUnloadsTheFormAndTheWindowGoes) {
     EXPECT_TRUE(gone.isNull());
 }
 
-TEST_F(FormWindowTest, WindowStateGoesBothWays) {
-    form.SetWindowState(forms::window_state::kMinimized);
-    EXPECT_TRUE(window->windowState().testFlag(Qt::WindowMinimized));
-    form.formEvents.clear();
-    window->setWindowState(Qt::WindowNoState);  // as the window manager restores it
-    EXPECT_EQ(form.WindowState(), forms::window_state::kNormal);
-    EXPECT_THAT(form.formEvents, ElementsAre("Resize"));
-}
-
 }  // namespace
 }  // namespace kw::qt
