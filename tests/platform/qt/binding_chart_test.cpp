@@ -38,11 +38,7 @@ class ChartBindingTest : public BindingTest {
         }
         chart.AddSeries("receive", kNavy);
         chart.AddSeries("transmit", kNavy);
-        for (int s = 0; s < 2; ++s) {
-            for (int i = 0; i < 8; ++i) {
-                chart.AddNull(s);
-            }
-        }
+        for (int i = 0; i < 16; ++i) chart.AddNull(i % 2);
     }
 
     void SetUp() override {
@@ -100,9 +96,7 @@ TEST_F(ChartBindingTest, BarsScrollLeftAsSamplesArrive) {
 
 TEST_F(ChartBindingTest, TheLaterSeriesIsDrawnOverTheEarlierAtTheSamePlace) {
     chart.AddSeries("tunnel receive", kOrange);
-    for (int i = 0; i < 8; ++i) {
-        chart.AddNull(2);
-    }
+    for (int i = 0; i < 8; ++i) chart.AddNull(2);
     Sample(8, -2);
     chart.AddXY(2, chart.LastX(2) + 1, 4);
     EXPECT_EQ(ColumnAt(8, -5), kTunnel);                                    // the tunnel, in front
@@ -112,17 +106,13 @@ TEST_F(ChartBindingTest, TheLaterSeriesIsDrawnOverTheEarlierAtTheSamePlace) {
 TEST_F(ChartBindingTest, AnAreaIsFilledUnderItsPointsAndNotUnderGaps) {
     forms::Chart health{form, "iNetHealth"};
     health.Move(10, 100, 91, 82);
-    health.SetBackColor(kAqua);
     health.SetWallColours(Rgb(255, 255, 255), kPaleYellow);
     health.SetMargins(10, 0, 0, 5);
     health.SetAxisAutomatic(false, false, false);
     health.SetAxisMaximum(1);
     health.SetAxisMinimum(0);
-    health.SetAxisIncrement(0.1);
     health.AddSeries("delay", kOrange, forms::SeriesKind::Area);
-    for (int i = 0; i < 8; ++i) {
-        health.AddNull(0);
-    }
+    for (int i = 0; i < 8; ++i) health.AddNull(0);
     auto* area = Bind<ChartWidget>(health);
     ASSERT_NE(area, nullptr);
     health.AddXY(0, health.LastX(0) + 1, 0.5);
