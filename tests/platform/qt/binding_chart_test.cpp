@@ -85,15 +85,6 @@ TEST_F(ChartBindingTest, ReceiveStandsAboveTheZeroLineAndTransmitHangsBelow) {
     }
 }
 
-TEST_F(ChartBindingTest, BarsScrollLeftAsSamplesArrive) {
-    Sample(6, -6);
-    Sample(0, 0);
-    chart.DeletePoint(0, 0);
-    chart.DeletePoint(1, 0);
-    EXPECT_EQ(ColumnAt(7, -10), kBar);
-    EXPECT_EQ(ColumnAt(8, -10), kWall);
-}
-
 TEST_F(ChartBindingTest, TheLaterSeriesIsDrawnOverTheEarlierAtTheSamePlace) {
     chart.AddSeries("tunnel receive", kOrange);
     for (int i = 0; i < 8; ++i) chart.AddNull(2);
