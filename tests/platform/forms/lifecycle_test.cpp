@@ -23,7 +23,6 @@ class Pullout : public Form {
     Journal& journal;
     int cancelQuery = 0;
     int cancelUnload = 0;
-    int lastReason = -1;
 
   protected:
     void Form_Load() override {
@@ -32,7 +31,6 @@ class Pullout : public Form {
         tmrBlink.Tick = [this] { journal.push_back("tick"); };
     }
     void Form_QueryUnload(int& cancel, int reason) override {
-        lastReason = reason;
         journal.push_back("QueryUnload:" + std::to_string(reason));
         cancel = cancelQuery;
     }
@@ -64,15 +62,6 @@ TEST_F(LifecycleTest, QueryUnloadOrUnloadCancelKeepsTheFormLoaded) {
     EXPECT_TRUE(p.Visible());
     EXPECT_EQ(journal,
               (std::vector<std::string>{"Load", "QueryUnload:1", "QueryUnload:1", "Unload"}));
-}
-
-TEST_F(LifecycleTest, UserCloseAsksWithReasonZero) {
-    Pullout& p = forms.Get<Pullout>();
-    p.Show();
-    EXPECT_TRUE(p.UserClose());
-    EXPECT_EQ(p.lastReason, unload::kFormControlMenu);
-    EXPECT_FALSE(p.IsLoaded());
-    EXPECT_FALSE(platform.IsAttached(p));
 }
 
 // Every touch reaches the one loaded instance; after an unload the next touch loads anew.

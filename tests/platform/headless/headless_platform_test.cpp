@@ -130,14 +130,6 @@ TEST(HeadlessModal, UnansweredBoxesAndFormsFailLoudlyNamingThem) {
     EXPECT_THROW(d.Show(forms::kModal), Unanswered) << "a responder that leaves it open";
 }
 
-TEST(HeadlessBoxes, QueuedAnswersComeBeforeTheStandingOne) {
-    HeadlessPlatform p;
-    p.AnswerBoxes([](const BoxRecord&) { return kResultOk; });
-    p.AnswerNextBox(kResultYes);
-    EXPECT_EQ(p.MsgBox("a"), kResultYes);
-    EXPECT_EQ(p.MsgBox("b"), kResultOk);
-}
-
 // Whatever a box is given, it quotes a screenful: the text up to the limit, then an ellipsis and
 // the whole length, cut between characters.
 TEST(HeadlessBoxes, ABoxQuotesAtMostAScreenfulOfItsText) {

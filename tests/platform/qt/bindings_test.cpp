@@ -11,7 +11,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
-#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -32,14 +31,10 @@ using TextBindingTest = testing::BindingTest;
 
 TEST_F(SimpleBindingTest, ALabelShowsItsCaptionWithoutAccessKeyMarks) {
     auto* label = Bind<QLabel>(form.lblStatus);
-    const struct {
-        const char* caption;
-        const char* shown;
-    } cases[] = {{"Dialing && waiting", "Dialing & waiting"}, {"&Status", "Status"}};
-    for (const auto& c : cases) {
-        form.lblStatus.SetCaption(c.caption);
-        EXPECT_EQ(label->text(), c.shown) << c.caption;
-    }
+    form.lblStatus.SetCaption("Dialing && waiting");
+    EXPECT_EQ(label->text(), "Dialing & waiting");
+    form.lblStatus.SetCaption("&Status");
+    EXPECT_EQ(label->text(), "Status");
 }
 
 TEST_F(SimpleBindingTest, EachCaptionedKindShowsItsCaptionAndIsNamedByIt) {
@@ -110,32 +105,13 @@ TEST_F(SimpleBindingTest, PropertiesFollowTheModel) {
 // nothing.
 TEST_F(SimpleBindingTest, AnImageIsNamedByItsAccessibleNameElseItsToolTipElseNothing) {
     auto* light = Bind<QLabel>(form.imgLight1);
-    const struct {
-        const char* accessibleName;
-        const char* toolTip;
-        const char* spoken;
-    } cases[] = {{"", "Dialing: busy", "Dialing: busy"},
-                 {"Dialing", "Dialing: busy", "Dialing"},
-                 {"", "", ""}};
-    for (const auto& c : cases) {
-        form.imgLight1.SetAccessibleName(c.accessibleName);
-        form.imgLight1.SetToolTipText(c.toolTip);
-        EXPECT_EQ(light->accessibleName(), c.spoken) << c.accessibleName << "/" << c.toolTip;
-    }
-}
-
-TEST_F(SimpleBindingTest, AnImagesPictureIsSeeThroughInTheFormsKeyColour) {
-    QImage picture(2, 1, QImage::Format_RGB32);
-    picture.setPixel(0, 0, qRgb(0, 255, 0));
-    picture.setPixel(1, 0, qRgb(200, 0, 0));
-    ASSERT_TRUE(picture.save(assets.filePath("light.png")));
-    form.SetForeColor(0x00FF00);  // pure green, as 0x00BBGGRR
-    auto* light = Bind<QLabel>(form.imgLight0);
-    form.imgLight0.SetPicture("light.png");
-    const QImage mask = light->pixmap().mask().toImage();
-    ASSERT_EQ(mask.size(), QSize(2, 1));
-    EXPECT_NE(mask.pixelIndex(0, 0), mask.pixelIndex(1, 0));
-    EXPECT_EQ(light->pixmap().toImage().pixelColor(1, 0), QColor(200, 0, 0));
+    form.imgLight1.SetToolTipText("Dialing: busy");
+    EXPECT_EQ(light->accessibleName(), "Dialing: busy");
+    form.imgLight1.SetAccessibleName("Dialing");
+    EXPECT_EQ(light->accessibleName(), "Dialing");
+    form.imgLight1.SetAccessibleName("");
+    form.imgLight1.SetToolTipText("");
+    EXPECT_EQ(light->accessibleName(), "");
 }
 
 TEST_F(SimpleBindingTest, AClickWhileTheModelIsBeingShownIsNotInput) {
@@ -283,17 +259,6 @@ TEST_F(ListBindingTest, PickingAComboItemRunsClick) {
     emit combo->activated(1);  // what the popup sends when the user picks "Office"
     EXPECT_EQ(form.cmboFrom.ListIndex(), 1);
     EXPECT_THAT(form.journal, ElementsAre("cmboFrom_Click:Office"));
-}
-
-TEST_F(ListBindingTest, AnArrowKeyOnAComboChoosesAndRunsClick) {
-    auto* combo = Bind<QComboBox>(form.cmboFrom);
-    AddPlaces();
-    form.cmboFrom.SetListIndex(1);
-    form.journal.clear();
-    combo->setFocus();
-    QTest::keyClick(combo, Qt::Key_Up);
-    EXPECT_EQ(form.cmboFrom.ListIndex(), 0);
-    EXPECT_THAT(form.journal, ElementsAre("cmboFrom_Click:Home"));
 }
 
 TEST_F(ListBindingTest, ADropdownListShowsItsTextOnlyWhileNothingIsChosen) {

@@ -26,8 +26,7 @@ TEST_F(HiveOnDisk, AHiveThatIsALinkStaysOneAndItsTargetTakesTheWrite) {
     ASSERT_EQ(SetString(key, "Second", "2"), ERROR_SUCCESS);
     RegCloseKey(key);
     EXPECT_TRUE(fs::is_symlink(userHive_));
-    std::ifstream in(target);
-    const std::string text((std::istreambuf_iterator<char>(in)), {});
+    const std::string text = ReadFile(target);
     EXPECT_NE(text.find("\"First\"=\"1\""), std::string::npos) << text;
     EXPECT_NE(text.find("\"Second\"=\"2\""), std::string::npos) << text;
 }
@@ -40,9 +39,7 @@ TEST_F(HiveOnDisk, PrivateFoldersAreMadeAndTightenedWhateverTheUmask) {
     ASSERT_TRUE(MakePrivateFolder(dir_ + "/loose"));
     ::umask(saved);
     for (const char* folder : {"/new", "/new/deeper", "/loose"}) {
-        struct stat st {};
-        ASSERT_EQ(::stat((dir_ + folder).c_str(), &st), 0);
-        EXPECT_EQ(st.st_mode & 07777, 0700u) << folder;
+        EXPECT_EQ(Mode(dir_ + folder), 0700u) << folder;
     }
 }
 
