@@ -22,7 +22,7 @@ const std::string kCorporate = "Ostvarra Corporate";
 Variant SaveRows(std::int32_t first, std::int32_t lastColumn, const std::vector<Names>& rows) {
     const auto n = static_cast<std::int32_t>(rows.size());
     auto save =
-        SafeArray::TwoDim(first, first + n - 1, 0, lastColumn, SafeArray::ElementType::String);
+        SafeArray::TwoDim(first, first + (n - 1), 0, lastColumn, SafeArray::ElementType::String);
     for (std::int32_t r = 0; r < n; ++r) {
         const Names& row = rows[static_cast<std::size_t>(r)];
         for (std::size_t c = 0; c < row.size(); ++c)
