@@ -17,6 +17,7 @@
 #include "client/ui/dialer/engine/dravlink.h"
 #include "dravlink/simulator.h"
 
+#include "link/answer_wait.h"
 #include "link/bus_dravlink.h"
 #include "link/events.h"
 #include "link/loop_platform.h"
@@ -91,7 +92,7 @@ void BM_SmallCallThroughTheBusDaemon(benchmark::State& state) {
         call.setArguments({QVariant::fromValue(engine.GetIDsOfNames("GetLinkSpeed")),
                            QVariant::fromValue(kw::link::ToWire(args))});
         for (auto _ : state) {
-            const QDBusMessage reply = raw.call(call, QDBus::BlockWithGui, INT_MAX);
+            const QDBusMessage reply = kw::link::CallAndWait(raw, call);
             if (reply.type() != QDBusMessage::ReplyMessage) {
                 state.SkipWithError("the engine refused the call");
                 break;

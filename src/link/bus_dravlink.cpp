@@ -2,10 +2,10 @@
 
 #include <QAtomicInt>
 #include <QDBusVirtualObject>
-#include <climits>
 #include <vector>
 
 #include "client/ui/dialer/engine/engine_factory.h"
+#include "link/answer_wait.h"
 #include "link/events.h"
 #include "link/wire.h"
 #include "platform/forms/platform.h"
@@ -157,8 +157,7 @@ void BusDravlink::JoinDirectly(const QString& address) {
             QDBusMessage::createMethodCall(QString(), QLatin1String(kObjectPath),
                                            QLatin1String(kInterface), QStringLiteral("Join"));
         join.setArguments({bus_.baseService()});
-        if (direct_->call(join, QDBus::BlockWithGui, INT_MAX).type() ==
-            QDBusMessage::ReplyMessage) {
+        if (CallAndWait(*direct_, join).type() == QDBusMessage::ReplyMessage) {
             return;
         }
     }
@@ -183,10 +182,10 @@ QDBusMessage BusDravlink::CallEngine(const QString& method, const QList<QVariant
     QDBusMessage message = QDBusMessage::createMethodCall(target, QLatin1String(kObjectPath),
                                                           QLatin1String(kInterface), method);
     message.setArguments(arguments);
-    // No time-out: an operation may wait on a prompt that waits on the user. BlockWithGui lets
-    // the engine's events, its prompts and this program's timers run meanwhile.
+    // No time-out: an operation may wait on a prompt that waits on the user. The wait lets the
+    // engine's events, its prompts and this program's timers run meanwhile.
     QDBusConnection& via = direct_ ? *direct_ : bus_;
-    QDBusMessage reply = via.call(message, QDBus::BlockWithGui, INT_MAX);
+    QDBusMessage reply = CallAndWait(via, message);
     if (reply.type() != QDBusMessage::ReplyMessage) {
         throw FailureFromBusError(reply, direct_ ? LinkStage::Direct : stage_);
     }

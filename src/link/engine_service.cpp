@@ -3,8 +3,8 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QFileInfo>
-#include <climits>
 
+#include "link/answer_wait.h"
 #include "link/link_errors.h"
 #include "link/wire.h"
 #include "platform/automation/failure.h"
@@ -207,7 +207,7 @@ void EngineService::Deliver(const std::string& event, std::vector<Variant>& args
         return;
     }
     // The user may take as long as they like; calls, timers and further events run meanwhile.
-    const QDBusMessage reply = via.call(call, QDBus::BlockWithGui, INT_MAX);
+    const QDBusMessage reply = CallAndWait(via, call);
     try {
         if (reply.type() == QDBusMessage::ReplyMessage && reply.arguments().size() == 1) {
             std::vector<Variant> answered = FromWire(WireListArgument(reply.arguments()[0]));
