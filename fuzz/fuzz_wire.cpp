@@ -17,54 +17,14 @@
 #include <cstring>
 #include <optional>
 
+#include "link/raw_wire.h"
 #include "link/wire.h"
 #include "platform/automation/failure.h"
 
 namespace {
 
-struct RawValue {
-    int kind = 0;
-    QVariant payload;
-};
-struct RawArray {
-    int elementType = 12;
-    QList<int> bounds;
-    QList<RawValue> elements;
-};
-
-}  // namespace
-
-Q_DECLARE_METATYPE(RawValue)
-Q_DECLARE_METATYPE(RawArray)
-
-namespace {
-
-QDBusArgument& operator<<(QDBusArgument& arg, const RawValue& v) {
-    arg.beginStructure();
-    arg << v.kind << QDBusVariant(v.payload);
-    arg.endStructure();
-    return arg;
-}
-const QDBusArgument& operator>>(const QDBusArgument& arg, RawValue& v) {
-    QDBusVariant payload;
-    arg.beginStructure();
-    arg >> v.kind >> payload;
-    arg.endStructure();
-    v.payload = payload.variant();
-    return arg;
-}
-QDBusArgument& operator<<(QDBusArgument& arg, const RawArray& a) {
-    arg.beginStructure();
-    arg << a.elementType << a.bounds << a.elements;
-    arg.endStructure();
-    return arg;
-}
-const QDBusArgument& operator>>(const QDBusArgument& arg, RawArray& a) {
-    arg.beginStructure();
-    arg >> a.elementType >> a.bounds >> a.elements;
-    arg.endStructure();
-    return arg;
-}
+using kw::link::testing::RawArray;
+using kw::link::testing::RawValue;
 
 class Recipe {
   public:
@@ -192,9 +152,7 @@ struct Loopback {
     Loopback(int* argc, char** argv)
         : app(*argc, argv), server(QStringLiteral("unix:tmpdir=/tmp")) {
         kw::link::RegisterWireTypes();
-        qDBusRegisterMetaType<RawValue>();
-        qDBusRegisterMetaType<RawArray>();
-        qDBusRegisterMetaType<QList<RawValue>>();
+        kw::link::testing::RegisterRawTypes();
         QObject::connect(&server, &QDBusServer::newConnection, [this](QDBusConnection c) {
             c.registerVirtualObject(QStringLiteral("/reader"), &reader);
             engineEnd = c;

@@ -10,6 +10,7 @@
 #include <limits>
 
 #include "link/private_bus.h"
+#include "link/raw_wire.h"
 #include "link/wire.h"
 #include "platform/automation/failure.h"
 #include "platform/automation/safe_array.h"
@@ -20,54 +21,6 @@ namespace {
 using automation::Failure;
 using automation::SafeArray;
 using automation::Variant;
-
-// A value as a faulty peer might write it: any kind with any payload.
-struct RawValue {
-    int kind = 0;
-    QVariant payload;
-};
-// An array as a faulty peer might write it.
-struct RawArray {
-    int elementType = 12;
-    QList<int> bounds;
-    QList<RawValue> elements;
-};
-
-}  // namespace
-}  // namespace kw::link::testing
-
-Q_DECLARE_METATYPE(kw::link::testing::RawValue)
-Q_DECLARE_METATYPE(kw::link::testing::RawArray)
-
-namespace kw::link::testing {
-namespace {
-
-QDBusArgument& operator<<(QDBusArgument& arg, const RawValue& v) {
-    arg.beginStructure();
-    arg << v.kind << QDBusVariant(v.payload);
-    arg.endStructure();
-    return arg;
-}
-const QDBusArgument& operator>>(const QDBusArgument& arg, RawValue& v) {
-    QDBusVariant payload;
-    arg.beginStructure();
-    arg >> v.kind >> payload;
-    arg.endStructure();
-    v.payload = payload.variant();
-    return arg;
-}
-QDBusArgument& operator<<(QDBusArgument& arg, const RawArray& a) {
-    arg.beginStructure();
-    arg << a.elementType << a.bounds << a.elements;
-    arg.endStructure();
-    return arg;
-}
-const QDBusArgument& operator>>(const QDBusArgument& arg, RawArray& a) {
-    arg.beginStructure();
-    arg >> a.elementType >> a.bounds >> a.elements;
-    arg.endStructure();
-    return arg;
-}
 
 // Reads the values it is sent and sends them back as it read them.
 class Echo : public QDBusVirtualObject {
@@ -95,9 +48,7 @@ class WireTest : public ::testing::Test {
             std::filesystem::temp_directory_path() / ("kw-wire-" + std::to_string(::getpid()));
         std::filesystem::remove_all(dir);
         bus_ = new PrivateBus(dir, {.engineInstalled = false, .scenario = {}});
-        qDBusRegisterMetaType<RawValue>();
-        qDBusRegisterMetaType<QList<RawValue>>();
-        qDBusRegisterMetaType<RawArray>();
+        RegisterRawTypes();
         server_ = new QDBusConnection(bus_->Connect(QStringLiteral("echo-server")));
         server_->registerVirtualObject(QStringLiteral("/echo"), &echo_);
         client_ = new QDBusConnection(bus_->Connect(QStringLiteral("echo-client")));
