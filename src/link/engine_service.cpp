@@ -17,8 +17,8 @@ namespace {
 
 constexpr int kJoinWithinMs = 10000;
 
-// An abstract socket in the user's runtime folder's name space: nothing is left behind when the
-// engine is killed, and the server takes only connections that prove to be this same user.
+// A socket in the user's runtime folder (libdbus picks its name); the server takes only connections
+// that prove to be this same user.
 QString ListenAddress() {
     const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
     const bool usable = !runtime.isEmpty() && QFileInfo(runtime).isDir();
@@ -40,12 +40,9 @@ EngineService::EngineService(QDBusConnection bus, std::shared_ptr<dialer::Dravli
         peer.registerVirtualObject(QLatin1String(kObjectPath), this);
         // A connection that does not say whose it is gets nothing and is not kept.
         QTimer::singleShot(kJoinWithinMs, &idle_, [this, name = peer.name()] {
-            for (const auto& [client, joined] : peerOf_) {
-                if (joined == name) {
-                    return;
-                }
+            if (ClientOfPeer(name).isEmpty()) {
+                QDBusConnection::disconnectFromPeer(name);
             }
-            QDBusConnection::disconnectFromPeer(name);
         });
     });
     QObject::connect(&watcher_, &QDBusServiceWatcher::serviceUnregistered,
@@ -116,11 +113,12 @@ bool EngineService::handleMessage(const QDBusMessage& message, const QDBusConnec
 
 QString EngineService::ClientOf(const QDBusMessage& message,
                                 const QDBusConnection& connection) const {
-    if (!message.service().isEmpty()) {
-        return message.service();
-    }
+    return message.service().isEmpty() ? ClientOfPeer(connection.name()) : message.service();
+}
+
+QString EngineService::ClientOfPeer(const QString& connectionName) const {
     for (const auto& [client, peer] : peerOf_) {
-        if (peer == connection.name()) {
+        if (peer == connectionName) {
             return client;
         }
     }

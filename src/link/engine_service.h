@@ -50,6 +50,8 @@ class EngineService : public QDBusVirtualObject {
     QDBusMessage Handle(const QDBusMessage& message, const QString& client,
                         const QDBusConnection& connection);
     QString ClientOf(const QDBusMessage& message, const QDBusConnection& connection) const;
+    // The client that joined over this direct connection; empty when none did.
+    QString ClientOfPeer(const QString& connectionName) const;
     // The connection a client's events go over, and the name to address them to on it.
     QDBusConnection ConnectionTo(const QString& client, QString& destination) const;
     void Deliver(const std::string& event, std::vector<Variant>& args);
