@@ -107,6 +107,50 @@ BENCHMARK(BM_SmallCallThroughTheBusDaemon)
     ->Repetitions(5)
     ->ReportAggregatesOnly();
 
+// The floor under the small call: the lightest request the engine answers (a dispatch id by name,
+// no automation values to marshal) over a direct connection of the same kind. What the small call
+// takes beyond this is the values and the operation; this much is the transport itself.
+void BM_IdLookupToTheEngineProcess(benchmark::State& state) {
+    const fs::path dir = Folder("floor");
+    const QString name = QStringLiteral("bench-floor");
+    const QString peerName = QStringLiteral("bench-floor-direct");
+    {
+        PrivateBus bus(dir, {.engineInstalled = true, .idleMs = 1000, .scenario = {}});
+        QDBusConnection raw = bus.Connect(name);
+        const auto call = [](const QString& target, const QString& method, QVariantList args) {
+            QDBusMessage m =
+                QDBusMessage::createMethodCall(target, QLatin1String(kw::link::kObjectPath),
+                                               QLatin1String(kw::link::kInterface), method);
+            m.setArguments(args);
+            return m;
+        };
+        const QDBusMessage attached = kw::link::CallAndWait(
+            raw, call(QLatin1String(kw::link::kServiceName), QStringLiteral("Attach"), {}));
+        const QString address = attached.arguments().value(1).toString();
+        QDBusConnection direct = QDBusConnection::connectToPeer(address, peerName);
+        const QDBusMessage joined = kw::link::CallAndWait(
+            direct, call(QString(), QStringLiteral("Join"), {raw.baseService()}));
+        if (joined.type() != QDBusMessage::ReplyMessage) {
+            state.SkipWithError("the engine offered no direct connection");
+        }
+        const QDBusMessage lookup =
+            call(QString(), QStringLiteral("GetIDsOfNames"), {QStringLiteral("GetLinkSpeed")});
+        for (auto _ : state) {
+            if (kw::link::CallAndWait(direct, lookup).type() != QDBusMessage::ReplyMessage) {
+                state.SkipWithError("the engine refused the call");
+                break;
+            }
+        }
+    }
+    QDBusConnection::disconnectFromPeer(peerName);
+    QDBusConnection::disconnectFromBus(name);
+    fs::remove_all(dir);
+}
+BENCHMARK(BM_IdLookupToTheEngineProcess)
+    ->Unit(benchmark::kMicrosecond)
+    ->Repetitions(5)
+    ->ReportAggregatesOnly();
+
 void BM_SmallCallInTheProcess(benchmark::State& state) {
     kw::link::testing::EnsureEventLoop();
     const fs::path dir = Folder("process");
