@@ -5,7 +5,8 @@ Run under an X server and a private session bus:
     xvfb-run -a -s -noreset dbus-run-session -- /usr/bin/python3 accessibility_test.py PROGRAM ASSETS
 It starts the program with the in-process engine simulator, logs on through the login dialog,
 walks the main window and the locations drawer, and makes a call with the connect button's
-press action, reading the lights and the status line as the call goes.
+press action, reading the lights and the status line as the call goes and the performance
+panel's charts while it is up.
 """
 import os
 import re
@@ -20,6 +21,14 @@ from gi.repository import GLib
 
 PROGRAM, ASSETS = sys.argv[1], sys.argv[2]
 LIGHTS = ["Modem", "Dialing", "ISP", "ISP login", "Tunnel", "Tunnel login"]
+# Each chart of the performance panel: its name, and its figures in words.
+RATE = r"[\d,.]+ [KM]b/s"
+CHARTS = {
+    r"Speed: [\d,]* bps": ", ".join(f"{link} Bytes {way}/second: {RATE}"
+                                   for link in ("ISP", "VPN") for way in ("Receive", "Transmit")),
+    r"Round Trip \(sec\)": r"Round Trip Delay: [\d,.]+ sec",
+    r"Packet Loss": r"Packet Loss: [\d,]+",
+}
 # Names a person should never hear: the forms' own names of controls.
 CONTROL_NAME = re.compile(r"^(img|btn|lbl|txt|cmbo|chk|cmd|Image\d|Label\d|frm)[A-Za-z0-9(]")
 
@@ -38,6 +47,11 @@ def wait_for(what, timeout=30.0, step=0.1):
             return found
         time.sleep(step)
     return None
+
+
+def listen(seconds):
+    """Lets the events of the next seconds arrive."""
+    wait_for(lambda: None, seconds)
 
 
 def nodes(root):
@@ -126,6 +140,20 @@ class Announcements(Listener):
     def hear(self, event):
         if event.source.getRoleName() == "status bar":
             self.heard.append(event.source.name)
+
+
+class Descriptions(Listener):
+    """The charts' descriptions as a reader is told them: (chart, words), one a change."""
+
+    def __init__(self):
+        super().__init__("object:property-change:accessible-description")
+
+    def hear(self, event):
+        if event.source.getRoleName() == "chart":
+            self.heard.append((event.source.name, event.any_data))
+
+    def of(self, chart):
+        return [words for name, words in self.heard if name == chart]
 
 
 class Focus(Listener):
@@ -353,6 +381,38 @@ class ScreenReaderTest(unittest.TestCase):
                         f"status after connecting: {status.name!r}")
         self.assertIn(status.name, announcements.heard, "the status line was not announced")
         self.assertGreater(len(set(announcements.heard)), 2, "the call's stages were not heard")
+
+    def test_6_the_charts_read_during_the_call(self):
+        panel = self.program.window("Performance")
+        self.assertIsNotNone(panel, "no performance panel")
+        self.assertNoControlNames(panel)
+        charts = {}
+        for pattern in CHARTS:
+            charts[pattern] = wait_for(lambda: next(
+                (c for c in nodes(panel) if c.getRoleName() == "chart"
+                 and re.fullmatch(pattern, c.name or "")), None), 30)
+            self.assertIsNotNone(charts[pattern], f"no chart named like {pattern!r}")
+        changes = Descriptions()
+        self.addCleanup(changes.stop)
+        started = time.monotonic()
+        for name_pattern, said in CHARTS.items():
+            chart = charts[name_pattern]
+            self.assertTrue(wait_for(lambda: re.fullmatch(said, chart.description or ""), 30),
+                            f"{chart.name}: {chart.description!r}")
+        self.assertTrue(wait_for(lambda: len(changes.heard) >= 3, 30), "no figures were heard")
+        listen(3)
+        seconds = time.monotonic() - started
+        for chart in charts.values():
+            heard = changes.of(chart.name)
+            # At most once a sample, and only words that differ from the last.
+            self.assertLessEqual(len(heard), seconds + 2,
+                                 f"{chart.name} was described {len(heard)} times in {seconds:.0f} s")
+            for before, after in zip(heard, heard[1:]):
+                self.assertNotEqual(before, after, f"{chart.name} was told the same twice")
+
+    def test_7_hanging_up_puts_the_lights_out(self):
+        window = self.main_window()
+        lights = self.lights(window)
         disconnect = wait_for(lambda: find(window, "push button", "Disconnect"), 30)
         self.assertIsNotNone(disconnect, "the button does not offer to disconnect")
         press(disconnect)

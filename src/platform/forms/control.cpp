@@ -120,6 +120,14 @@ void Control::SetAccessibleName(std::string name) {
     Notify(Property::Accessibility);
 }
 
+void Control::SetAccessibleDescription(std::string description) {
+    if (accessibleDescription_ == description) {
+        return;  // every change may be read out: an unchanged text is no news
+    }
+    accessibleDescription_ = std::move(description);
+    Notify(Property::Description);
+}
+
 void Control::SetAccessibleRole(AccessRole role) {
     accessRole_ = role;
     Notify(Property::Accessibility);

@@ -119,6 +119,10 @@ class Control {
     // the role, and the place in the Tab order (-1: the order the controls were made in).
     const std::string& AccessibleName() const { return accessibleName_; }
     void SetAccessibleName(std::string name);
+    // What assistive technology reads after the name: the control's state in words (empty: the
+    // tool tip). It may change often; only a change is passed on.
+    const std::string& AccessibleDescription() const { return accessibleDescription_; }
+    void SetAccessibleDescription(std::string description);
     AccessRole AccessibleRole() const { return accessRole_; }
     void SetAccessibleRole(AccessRole role);
     int TabIndex() const { return tabIndex_; }
@@ -195,6 +199,7 @@ class Control {
     long backColor_ = 0xFFFFFF;
     std::string tag_;
     std::string accessibleName_;
+    std::string accessibleDescription_;
     AccessRole accessRole_ = AccessRole::Automatic;
     int tabIndex_ = -1;
     const Control* namedBy_ = nullptr;

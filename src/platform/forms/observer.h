@@ -28,6 +28,7 @@ enum class Property {
     Focus,
     ZOrder,
     Accessibility,  // the spoken name, the role, the place in the Tab order
+    Description,    // the spoken description, apart: it follows live figures
 };
 
 // What changed on a form.

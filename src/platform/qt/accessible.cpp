@@ -132,6 +132,10 @@ QAccessibleInterface* SkinFactory(const QString& className, QObject* object) {
     if (className == QLatin1String("kw::qt::FormWindow")) {
         return new FormWindowAccessible(static_cast<FormWindow*>(object));
     }
+    if (className == QLatin1String("kw::qt::ChartWidget")) {
+        // Read as a chart, its figures in its description, rather than as an empty pane.
+        return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Chart);
+    }
     if (className == QLatin1String("kw::qt::PanelWidget")) {
         return new SkinContainerAccessible(static_cast<QWidget*>(object), QAccessible::Grouping);
     }

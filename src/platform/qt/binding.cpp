@@ -38,7 +38,7 @@ void ControlBinding::ApplyAll() {
          {Property::Attributes, Property::Caption, Property::Font, Property::Colors,
           Property::Picture, Property::Columns, Property::List, Property::Items, Property::Text,
           Property::Value, Property::Selection, Property::ToolTip, Property::Geometry,
-          Property::Accessibility, Property::Enabled, Property::Visible}) {
+          Property::Accessibility, Property::Description, Property::Enabled, Property::Visible}) {
         Apply(p);
     }
 }
@@ -100,8 +100,11 @@ void ControlBinding::ShowCommon(Property what) {
             break;
         case Property::ToolTip:
             widget_->setToolTip(ToQString(control_.ToolTipText()));
-            widget_->setAccessibleDescription(ToQString(control_.ToolTipText()));
+            ShowAccessibleDescription();
             ShowAccessibleName();
+            break;
+        case Property::Description:
+            ShowAccessibleDescription();
             break;
         case Property::Data:
             widget_->update();
@@ -154,6 +157,18 @@ void ControlBinding::ShowAccessibleName() {
         name = FallbackName();
     }
     widget_->setAccessibleName(name);
+}
+
+// The program's own words first; else the tool tip, which says what the control is for.
+void ControlBinding::ShowAccessibleDescription() {
+    QString description = ToQString(control_.AccessibleDescription());
+    if (description.isEmpty()) {
+        description = ToQString(control_.ToolTipText());
+    }
+    // Every set is an event a reader may speak.
+    if (description != widget_->accessibleDescription()) {
+        widget_->setAccessibleDescription(description);
+    }
 }
 
 // ---- what the kinds share -----------------------------------------------------------------

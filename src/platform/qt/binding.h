@@ -137,6 +137,7 @@ class ControlBinding : public QObject {
     void Build(QWidget* parent);
     void ShowCommon(forms::Property what);
     void ShowFont();
+    void ShowAccessibleDescription();
 
     forms::Control& control_;
     std::shared_ptr<BindingContext> context_;

@@ -1,7 +1,9 @@
+#include <QAccessible>
 #include <QImage>
 
 #include "binding_fixture.h"
 #include "platform/forms/chart.h"
+#include "platform/qt/accessible.h"
 #include "platform/qt/binding_chart.h"
 
 namespace kw::qt::testing {
@@ -117,6 +119,22 @@ TEST_F(ChartBindingTest, AnAreaIsFilledUnderItsPointsAndNotUnderGaps) {
     // Just left of the first point: a gap treated as a zero would slope up into it.
     EXPECT_EQ(PixelAt(area, first.left - 2, low), kWall);
     EXPECT_EQ(PixelAt(area, last.left + last.width / 2, plot.top + 3), kWall);
+}
+
+// A reader finds a chart, and its figures in the description the program gives it; a chart the
+// program says nothing about is described by its tool tip.
+TEST_F(ChartBindingTest, AReaderFindsAChartDescribedByTheProgramsWordsElseItsToolTip) {
+    InstallAccessibility();
+    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(widget);
+    ASSERT_NE(spoken, nullptr);
+    EXPECT_EQ(spoken->role(), QAccessible::Chart);
+    chart.SetToolTipText(" 6");
+    EXPECT_EQ(spoken->text(QAccessible::Description), " 6");
+    chart.SetAccessibleDescription("receive: 6 Kb/s");
+    chart.SetToolTipText(" 7");
+    EXPECT_EQ(spoken->text(QAccessible::Description), "receive: 6 Kb/s");
+    chart.SetAccessibleDescription("");
+    EXPECT_EQ(spoken->text(QAccessible::Description), " 7");
 }
 
 }  // namespace

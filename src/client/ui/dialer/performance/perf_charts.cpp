@@ -1,5 +1,8 @@
 // The three charts of the monitor: the last nine samples, and the left axes that follow them.
 #include <cmath>
+#include <functional>
+#include <string>
+#include <string_view>
 
 #include "client/ui/dialer/engine/res_const.h"
 #include "client/ui/dialer/performance/perf_pulldown.h"
@@ -33,6 +36,29 @@ double Int(double value) {
 // The classic assignment of a number to a 16-bit variable: rounded, failing past the range.
 std::int16_t ToInteger(double value) {
     return automation::CInt(automation::Variant(value));
+}
+
+// A figure as it is said: the format's digits without a bare trailing point.
+std::string Figure(double value, std::string_view format) {
+    std::string text = automation::Format(value, format);
+    if (!text.empty() && text.back() == '.') {
+        text.pop_back();
+    }
+    return text;
+}
+
+// "title: figure" for the latest point of every series that has one, empty before the first.
+std::string Describe(const Chart& chart, const std::function<std::string(double)>& say) {
+    std::string words;
+    for (int s = 0; s < chart.SeriesCount(); ++s) {
+        const int last = chart.PointCount(s) - 1;
+        if (last < 0 || chart.IsNull(s, last)) {
+            continue;
+        }
+        words +=
+            (words.empty() ? "" : ", ") + chart.Series(s).title + ": " + say(chart.YValue(s, last));
+    }
+    return words;
 }
 
 void DesignLooks(Chart& chart) {
@@ -119,6 +145,7 @@ void PerfPulldown::ResetCharts() {
     iNetHealth.SetAxisMinimum(0);
     iNetHealth.SetAxisLabelSize(10);
     ResetChart(iNetHealth, ResConst::kRoundTripDelay);
+    DescribeCharts(false);
 }
 
 // ---- one sample -----------------------------------------------------------------------------
@@ -134,6 +161,8 @@ void PerfPulldown::AddSamples(Chart& chart, const std::vector<double>& values) {
 }
 
 void PerfPulldown::ChartSteps() {
+    // The rates were divided before a switch of unit below: they are said in the unit they came in.
+    const bool sampledInMegabits = megabitScale;
     ++sampleCount;
     TrackPeakRate();
     GrowRateChart();
@@ -148,6 +177,7 @@ void PerfPulldown::ChartSteps() {
     AddSamples(iNetHealth, stats_->Net());
     const std::vector<std::int32_t>& packets = stats_->Packets();
     AddSamples(PktLoss, std::vector<double>(packets.begin(), packets.end()));
+    DescribeCharts(sampledInMegabits);
 }
 
 // The first rate past the peak raises it, not the largest: transmit rates count negated.
@@ -209,6 +239,20 @@ void PerfPulldown::FitAxes() {
     iNetHealth.SetAxisMaximum(peakRoundTrip * kHeadroom);
     iNetHealth.SetAxisIncrement(Int(peakRoundTrip) == 0 ? 0.1 : Int(peakRoundTrip));
     peakRoundTrip = 0;
+}
+
+// ---- the figures in words ------------------------------------------------------------------
+
+// The chart draws transmit rates below the line, without a sign on its labels: said the same way.
+void PerfPulldown::DescribeCharts(bool megabits) {
+    const std::string unit = megabits ? " Mb/s" : " Kb/s";
+    const char* const rateFormat = megabits ? "#,##0.##" : "#,##0.#";
+    RateChart.SetAccessibleDescription(Describe(
+        RateChart, [&](double rate) { return Figure(std::fabs(rate), rateFormat) + unit; }));
+    iNetHealth.SetAccessibleDescription(
+        Describe(iNetHealth, [](double delay) { return Figure(delay, "#,##0.###") + " sec"; }));
+    PktLoss.SetAccessibleDescription(
+        Describe(PktLoss, [](double lost) { return Figure(lost, "#,##0"); }));
 }
 
 // ---- the tool tip ---------------------------------------------------------------------------

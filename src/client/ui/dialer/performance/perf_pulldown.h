@@ -129,6 +129,9 @@ class PerfPulldown : public forms::Form {
     void GrowRateChart();
     void GrowRoundTrip();
     void FitAxes();
+    // The latest figures of each chart in words, for a screen reader: rates in the unit they were
+    // sampled in.
+    void DescribeCharts(bool megabits);
     void Chart_MouseMove(forms::Chart& chart, float x, float y);
 
     Application& app_;

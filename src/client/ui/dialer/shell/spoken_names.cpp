@@ -115,6 +115,10 @@ constexpr SpokenControl kControls[] = {
     {"PerfPulldown", "imgLocation", -1, kArt, nullptr, nullptr},
     {"PerfPulldown", "VpnBytes", -1, kArt, nullptr, nullptr},
     {"PerfPulldown", "ISPBytes", -1, kArt, nullptr, nullptr},
+    // Each chart by the caption of its panel; its latest figures are its description.
+    {"PerfPulldown", "RateChart", -1, kAuto, nullptr, "CMPanel", 1},
+    {"PerfPulldown", "iNetHealth", -1, kAuto, nullptr, "CMPanel", 2},
+    {"PerfPulldown", "PktLoss", -1, kAuto, nullptr, "CMPanel", 4},
 
     // The two log-on dialogs.
     {"frmLogin", "txtUserName", -1, kAuto, "User name", nullptr},
@@ -169,7 +173,7 @@ void Speak(forms::Form& form) {
             control->SetAccessibleName(row.name);
         }
         if (row.namedBy != nullptr) {
-            control->SetNamedBy(form.FindControl(row.namedBy));
+            control->SetNamedBy(form.FindControl(row.namedBy, row.namedByIndex));
         }
         if (row.role != AccessRole::Decorative && row.role != AccessRole::Indicator &&
             row.role != AccessRole::StatusLine) {

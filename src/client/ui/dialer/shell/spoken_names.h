@@ -19,8 +19,9 @@ struct SpokenControl {
     const char* control;
     int index;  // -1 unless part of a control array
     forms::AccessRole role;
-    const char* name;     // nullptr: the caption or tool tip, or namedBy's caption
-    const char* namedBy;  // nullptr: none
+    const char* name;       // nullptr: the caption or tool tip, or namedBy's caption
+    const char* namedBy;    // nullptr: none
+    int namedByIndex = -1;  // namedBy's index in its control array, -1 unless in one
 };
 
 struct SpokenWindow {

@@ -153,6 +153,56 @@ TEST_F(PerfChartsTest, ThePeakTakesTheFirstRateThatPassesItNotTheLargest) {
     EXPECT_EQ(RateScale(), Scale("Kb/s", 40));
 }
 
+// What a screen reader hears of each chart: the series' titles and their latest figures.
+class ChartWordsTest : public PerfChartsTest {
+  protected:
+    std::string RateWords() { return Perf().RateChart.AccessibleDescription(); }
+};
+
+TEST_F(ChartWordsTest, EachChartSaysItsLatestFiguresInItsUnits) {
+    SendRate(1000, -200);
+    Send(Isp({{3, Variant(2500.0)}, {5, Variant(-300.0)}}), Vpn({{1, Variant(2000.0)},
+                                                                 {3, Variant(-150.0)},
+                                                                 {4, Variant(std::int32_t{2})},
+                                                                 {5, Variant(123.0)}}));
+    EXPECT_EQ(RateWords(),
+              "ISP Bytes Receive/second: 25 Kb/s, ISP Bytes Transmit/second: 3 Kb/s, "
+              "VPN Bytes Receive/second: 20 Kb/s, VPN Bytes Transmit/second: 1.5 Kb/s");
+    EXPECT_EQ(Perf().iNetHealth.AccessibleDescription(), "Round Trip Delay: 0.123 sec");
+    EXPECT_EQ(Perf().PktLoss.AccessibleDescription(), "Packet Loss: 2");
+}
+
+TEST_F(ChartWordsTest, ChartsWithoutASampleSayNothing) {
+    for (const forms::Chart* chart : {&Perf().RateChart, &Perf().iNetHealth, &Perf().PktLoss}) {
+        EXPECT_EQ(chart->AccessibleDescription(), "") << chart->Name() << " before a sample";
+    }
+    SendRate(5000);
+    Perf().EndPerf();
+    for (const forms::Chart* chart : {&Perf().RateChart, &Perf().iNetHealth, &Perf().PktLoss}) {
+        EXPECT_EQ(chart->AccessibleDescription(), "") << chart->Name() << " after the call";
+    }
+}
+
+// The receive rate of the ISP link is said in the unit the sample was divided by, which is not
+// always the unit the axis turns to on that sample.
+TEST_F(ChartWordsTest, TheRateIsSaidInTheUnitItWasSampledIn) {
+    const struct {
+        double engineRate;
+        const char* said;
+    } cases[] = {
+        {80, "0.8 Kb/s"},       {99999, "1,000 Kb/s"},
+        {250000, "2,500 Kb/s"},  // the switch to Mb/s: this point is drawn as it came
+        {250000, "25 Mb/s"},    {12345, "1.23 Mb/s"},
+        {2.0e7, "1.23 Mb/s"},  // overflow: the sample is abandoned, its figures unsaid
+        {50000, "5 Mb/s"},
+    };
+    for (const auto& c : cases) {
+        SendRate(c.engineRate);
+        const std::string first = RateWords().substr(0, RateWords().find(", "));
+        EXPECT_EQ(first, std::string("ISP Bytes Receive/second: ") + c.said) << c.engineRate;
+    }
+}
+
 // The mouse over a chart: every series answers in turn, so the last one has the last word.
 class ToolTipTest : public PerfChartsTest {
   protected:

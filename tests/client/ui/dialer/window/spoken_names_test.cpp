@@ -50,6 +50,7 @@ TEST_F(SpokenNamesTest, EveryRowOfTheTableReachesAControlOfItsForm) {
         if (row.namedBy != nullptr) {
             ASSERT_NE(control->NamedBy(), nullptr);
             EXPECT_EQ(control->NamedBy()->Name(), row.namedBy);
+            EXPECT_EQ(control->NamedBy()->Index(), row.namedByIndex);
         }
     }
 }
