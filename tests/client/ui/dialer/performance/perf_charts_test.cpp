@@ -4,6 +4,7 @@
 
 #include <string>
 #include <tuple>
+#include <vector>
 
 #include "perf_fixture.h"
 
@@ -181,6 +182,26 @@ TEST_F(ChartWordsTest, ChartsWithoutASampleSayNothing) {
     for (const forms::Chart* chart : {&Perf().RateChart, &Perf().iNetHealth, &Perf().PktLoss}) {
         EXPECT_EQ(chart->AccessibleDescription(), "") << chart->Name() << " after the call";
     }
+}
+
+// A reader is told the charts whose figures changed, and only those.
+TEST_F(ChartWordsTest, OnlyChangedFiguresAreTold) {
+    struct Told : forms::FormObserver {
+        void ControlChanged(forms::Control& control, forms::Property what) override {
+            if (what == forms::Property::Description) {
+                charts.push_back(control.Name());
+            }
+        }
+        void FormChanged(forms::Form&, forms::FormProperty) override {}
+        std::vector<std::string> charts;
+    } told;
+    Perf().AddObserver(&told);
+    SendRoundTrip(200);
+    SendRoundTrip(200);
+    SendRoundTrip(300);
+    Perf().RemoveObserver(&told);
+    EXPECT_EQ(told.charts,
+              (std::vector<std::string>{"RateChart", "iNetHealth", "PktLoss", "iNetHealth"}));
 }
 
 // The receive rate of the ISP link is said in the unit the sample was divided by, which is not
