@@ -153,6 +153,28 @@ class Descriptions(Listener):
             self.heard.append(event.source.name)
 
 
+class PasswordEcho(Listener):
+    """What a password field tells a reader of the text typed into it."""
+
+    def __init__(self):
+        super().__init__("object:text-changed")
+
+    def hear(self, event):
+        if event.source.getRoleName() == "password text":
+            self.heard.append(event.any_data)
+
+
+class Notifications(Listener):
+    """Notifications as they appear: a reader speaks each one, wherever the focus is."""
+
+    def __init__(self):
+        super().__init__("object:state-changed:showing")
+
+    def hear(self, event):
+        if event.detail1 and event.source.getRoleName() == "notification":
+            self.heard.append(event.source.name)
+
+
 class Focus(Listener):
     """Where the keyboard focus went, in order: a combo box (or its editor) by its label,
     anything else by its name, and the window of each."""
@@ -269,7 +291,15 @@ class ScreenReaderTest(unittest.TestCase):
         press(find(refusal, "push button", "OK"))
         self.assertTrue(wait_for(lambda: not showing(refusal) or None, 30), "the box stays")
         user.queryEditableText().setTextContents("tester")
-        password.queryEditableText().setTextContents("secret")
+        # Typed from the keyboard, the password reaches a reader as its mask only.
+        echo = PasswordEcho()
+        self.addCleanup(echo.stop)
+        password.queryComponent().grabFocus()
+        self.assertTrue(wait_for(lambda: password.getState().contains(pyatspi.STATE_FOCUSED), 10))
+        for letter in "secret":
+            key(ord(letter))
+        self.assertTrue(wait_for(lambda: len(echo.heard) >= 6, 10), echo.heard)
+        self.assertFalse([said for said in echo.heard if set(said) & set("secret")], echo.heard)
         press(ok)  # any password will do for the simulator
         self.assertTrue(wait_for(lambda: not showing(dialog) or None, 30), "the dialog stays")
 
@@ -365,6 +395,8 @@ class ScreenReaderTest(unittest.TestCase):
         seen = set()
         announcements = Announcements()
         self.addCleanup(announcements.stop)
+        notifications = Notifications()
+        self.addCleanup(notifications.stop)
         press(connect)
 
         def all_lit():
@@ -378,6 +410,10 @@ class ScreenReaderTest(unittest.TestCase):
                         f"status after connecting: {status.name!r}")
         self.assertIn(status.name, announcements.heard, "the status line was not announced")
         self.assertGreater(len(set(announcements.heard)), 2, "the call's stages were not heard")
+        # Readers speak a status bar's new name only while it has the focus: each status also
+        # appears as a notification, which they speak at once.
+        self.assertTrue(wait_for(lambda: status.name in notifications.heard, 10),
+                        f"not notified: {status.name!r} (heard {notifications.heard})")
 
     def test_6_the_charts_read_during_the_call(self):
         panel = self.program.window("Performance")

@@ -2,6 +2,8 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QLineEdit>
+#include <QStyle>
 #include <QWidget>
 
 #include "platform/qt/form_window.h"
@@ -136,16 +138,83 @@ QAccessibleInterface* SkinFactory(const QString& className, QObject* object) {
         // Read as a chart, its figures in its description, rather than as an empty pane.
         return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Chart);
     }
+    if (className == QLatin1String("kw::qt::Announcement")) {
+        return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Notification);
+    }
     if (className == QLatin1String("kw::qt::PanelWidget")) {
         return new SkinContainerAccessible(static_cast<QWidget*>(object), QAccessible::Grouping);
     }
     return nullptr;
 }
 
+// ---- what a password field tells ----------------------------------------------------------
+
+QAccessible::UpdateHandler nextHandler = nullptr;
+void MaskPasswords(QAccessibleEvent* event);
+
+// The event as it stands, to whoever listened before us: the accessibility bridge takes events
+// only while no handler is installed, so ours steps aside for it.
+void PassOn(QAccessibleEvent* event) {
+    if (nextHandler != nullptr) {
+        nextHandler(event);
+        return;
+    }
+    QAccessible::installUpdateHandler(nullptr);
+    QAccessible::updateAccessibility(event);
+    QAccessible::installUpdateHandler(MaskPasswords);
+}
+
+// A line edit's text events carry the characters themselves, in a password field too, and a
+// screen reader speaks what they carry. They go on with the field's mask in their place.
+void MaskPasswords(QAccessibleEvent* event) {
+    const auto* line = qobject_cast<const QLineEdit*>(event->object());
+    if (line == nullptr || line->echoMode() == QLineEdit::Normal) {
+        PassOn(event);
+        return;
+    }
+    const QChar maskChar(
+        line->style()->styleHint(QStyle::SH_LineEdit_PasswordCharacter, nullptr, line));
+    const auto mask = [&](const QString& text) {
+        return line->echoMode() == QLineEdit::NoEcho ? QString() : QString(text.size(), maskChar);
+    };
+    switch (event->type()) {
+        case QAccessible::TextInserted: {
+            const auto* typed = static_cast<QAccessibleTextInsertEvent*>(event);
+            QAccessibleTextInsertEvent masked(event->object(), typed->changePosition(),
+                                              mask(typed->textInserted()));
+            PassOn(&masked);
+            break;
+        }
+        case QAccessible::TextRemoved: {
+            const auto* removed = static_cast<QAccessibleTextRemoveEvent*>(event);
+            QAccessibleTextRemoveEvent masked(event->object(), removed->changePosition(),
+                                              mask(removed->textRemoved()));
+            PassOn(&masked);
+            break;
+        }
+        case QAccessible::TextUpdated: {
+            const auto* updated = static_cast<QAccessibleTextUpdateEvent*>(event);
+            QAccessibleTextUpdateEvent masked(event->object(), updated->changePosition(),
+                                              mask(updated->textRemoved()),
+                                              mask(updated->textInserted()));
+            PassOn(&masked);
+            break;
+        }
+        default:
+            PassOn(event);
+            break;
+    }
+}
+
 }  // namespace
 
 void InstallAccessibility() {
     QAccessible::installFactory(SkinFactory);  // a second install of the same one adds nothing
+    static const bool masking = [] {
+        nextHandler = QAccessible::installUpdateHandler(MaskPasswords);
+        return true;
+    }();
+    (void)masking;
 }
 
 }  // namespace kw::qt

@@ -55,9 +55,15 @@ void LabelBinding::ShowRole() {
 
 void LabelBinding::Show(Property what) {
     switch (what) {
-        case Property::Caption:
-            label_->setText(LabelText(model_.Caption()));
+        case Property::Caption: {
+            const QString text = LabelText(model_.Caption());
+            const bool changed = text != label_->text();
+            label_->setText(text);
+            if (changed && model_.AccessibleRole() == forms::AccessRole::StatusLine) {
+                label_->Announce(text);
+            }
             break;
+        }
         case Property::Attributes:
             label_->setAlignment(AlignmentOf(model_.Alignment()) | Qt::AlignTop);
             ShowSurfaceColours(label_, model_, !model_.Transparent());

@@ -55,10 +55,34 @@ void LineEditBinding::Show(Property what) {
 
 void LineEditBinding::ShowText() {
     const QString text = ToQString(model_.Text());
-    if (line_->text() != text) {
-        line_->setText(text);
-        ShowLineSelection(line_, model_.SelStart(), model_.SelLength());
+    const QString shown = line_->text();
+    if (shown == text) {
+        return;
     }
+    // Only the part that changed is replaced: a screen reader then hears the character typed
+    // or deleted, not the whole field again.
+    qsizetype head = 0;
+    while (head < shown.size() && head < text.size() && shown[head] == text[head]) {
+        ++head;
+    }
+    qsizetype tail = 0;
+    while (tail < shown.size() - head && tail < text.size() - head &&
+           shown[shown.size() - 1 - tail] == text[text.size() - 1 - tail]) {
+        ++tail;
+    }
+    const QString inserted = text.mid(head, text.size() - head - tail);
+    if (line_->isReadOnly() || text.size() > line_->maxLength()) {
+        line_->setText(text);  // a field that takes no edits, or longer than it holds
+    } else {
+        line_->setCursorPosition(static_cast<int>(head));
+        line_->cursorForward(true, static_cast<int>(shown.size() - head - tail));
+        if (inserted.isEmpty()) {
+            line_->del();
+        } else {
+            line_->insert(inserted);
+        }
+    }
+    ShowLineSelection(line_, model_.SelStart(), model_.SelLength());
 }
 
 void LineEditBinding::ShowAttributes() {

@@ -236,7 +236,9 @@ void FormWindow::ControlChanged(forms::Control& control, Property what) {
         return;
     }
     binding->Apply(what);
-    if (what == Property::Caption) {
+    if (what == Property::Enabled && control.Enabled() && control.HasFocus()) {
+        KeepFocus();
+    } else if (what == Property::Caption) {
         RenameNamedBy(control);
     } else if (what == Property::Accessibility) {
         ShowTabOrder();
@@ -269,6 +271,9 @@ void FormWindow::SyncForm(FormProperty what) {
             break;
         case FormProperty::Enabled:
             setEnabled(form.Enabled());
+            if (form.Enabled() && built_) {
+                KeepFocus();
+            }
             break;
         case FormProperty::Picture:
             background_ = LoadPicture(context_->AssetsDir(), form.Picture());
@@ -437,6 +442,9 @@ void FormWindow::closeEvent(QCloseEvent* event) {
 
 void FormWindow::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && Live()) {
+        KeepFocus();
+    }
     if (event->type() != QEvent::WindowStateChange || !context_->TakesInput()) {
         return;
     }
@@ -578,6 +586,43 @@ bool FormWindow::HandleKey(ControlBinding& binding, QKeyEvent* event) {
     return true;
 }
 
+namespace {
+
+bool TakesKeyboard(const QWidget* widget) {
+    return widget != nullptr && (widget->focusPolicy() & Qt::TabFocus) != 0 &&
+           widget->isEnabled() && widget->isVisible();
+}
+
+}  // namespace
+
+void FormWindow::KeepFocus() {
+    // The toolkit moves the focus on when its widget is disabled, and the program may move it
+    // while the window is disabled under a modal form: the window comes back where the program
+    // left the focus, or to its first control.
+    if (const forms::Control* active = form_->ActiveControl()) {
+        ControlBinding* binding = BindingOf(*active);
+        QWidget* widget = binding != nullptr ? binding->Widget() : nullptr;
+        if (TakesKeyboard(widget)) {
+            if (widget != focusWidget() && !widget->isAncestorOf(focusWidget())) {
+                widget->setFocus(Qt::OtherFocusReason);
+            }
+            return;
+        }
+    }
+    if (focusWidget() == nullptr) {
+        FocusFirst();
+    }
+}
+
+void FormWindow::FocusFirst() {
+    for (QWidget* widget : tabOrder_) {
+        if (TakesKeyboard(widget)) {
+            widget->setFocus(Qt::TabFocusReason);
+            return;
+        }
+    }
+}
+
 bool FormWindow::KeyboardToNextWindow() {
     if (QApplication::activeModalWidget() != nullptr) {
         return false;  // a modal form keeps the keyboard
@@ -598,14 +643,7 @@ bool FormWindow::KeyboardToNextWindow() {
     const auto at = std::find(shown.begin(), shown.end(), this);
     FormWindow* next = at == shown.end() || at + 1 == shown.end() ? shown.front() : *(at + 1);
     if (next->focusWidget() == nullptr) {
-        // Arriving for the first time: the first control in the window's Tab order.
-        for (QWidget* widget : next->tabOrder_) {
-            if ((widget->focusPolicy() & Qt::TabFocus) != 0 && widget->isEnabled() &&
-                widget->isVisible()) {
-                widget->setFocus(Qt::TabFocusReason);
-                break;
-            }
-        }
+        next->FocusFirst();  // arriving for the first time
     }
     next->activateWindow();
     return true;

@@ -79,6 +79,10 @@ class FormWindow : public QWidget, public forms::FormObserver {
     // F6: the keyboard goes to the next of the program's windows on show, left to right. The
     // drawers are windows of their own, out of reach of Tab.
     bool KeyboardToNextWindow();
+    // Qt's focus back on the control the program gave it, when Qt moved it on its own.
+    void KeepFocus();
+    // The first control in the window's Tab order that takes the keyboard.
+    void FocusFirst();
     // The focus goes from control to control in the models' Tab order.
     void ShowTabOrder();
     // A caption changed: the controls it names say so.

@@ -66,6 +66,25 @@ void SkinLabel::Press() {
     });
 }
 
+void SkinLabel::Announce(const QString& text) {
+    if (text.isEmpty()) {
+        return;
+    }
+    if (announcement_ == nullptr) {
+        announcement_ = new Announcement(this);
+    }
+    announcement_->setAccessibleName(text);
+    // Each appearance is one announcement.
+    announcement_->hide();
+    announcement_->show();
+}
+
+Announcement::Announcement(QWidget* parent) : QWidget(parent) {
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setFocusPolicy(Qt::NoFocus);
+    setGeometry(0, 0, 1, 1);  // draws nothing
+}
+
 void SkinLabel::paintEvent(QPaintEvent* event) {
     if (role_ == forms::AccessRole::Indicator && !lit_) {
         return;  // the artwork shows the light out

@@ -43,6 +43,8 @@ class SkinLabel : public QLabel {
     void SetPress(std::function<void()> press) { press_ = std::move(press); }
     // Presses it once the event loop is back: an assistive technology waits for the answer.
     void Press();
+    // A status line: tells a screen reader its new text, which it speaks without the focus.
+    void Announce(const QString& text);
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -51,6 +53,15 @@ class SkinLabel : public QLabel {
     forms::AccessRole role_ = forms::AccessRole::Automatic;
     bool lit_ = true;
     std::function<void()> press_;
+    QWidget* announcement_ = nullptr;
+};
+
+// What a status line says, as a notification inside it: screen readers speak a notification
+// each time it appears, where they keep quiet about a change of text away from the focus.
+class Announcement : public QWidget {
+    Q_OBJECT
+  public:
+    explicit Announcement(QWidget* parent);
 };
 
 // Whether a widget says nothing to assistive technology.

@@ -97,6 +97,22 @@ TEST_F(FormWindowTest, SpaceAndEnterPressAPictureButtonUnlessTheFormKeepsEnter) 
     }
 }
 
+// The toolkit moves the focus on from a widget it disables; the program's focus stands.
+TEST_F(FormWindowTest, TheFocusComesBackWhereTheProgramLeftItOnceEnabledAgain) {
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    auto* user = Find<QLineEdit>("txtUser");
+    form.btnConnect.SetFocus();
+    form.SetEnabled(false);  // under a modal form
+    form.txtUser.SetFocus();
+    form.SetEnabled(true);
+    EXPECT_TRUE(user->hasFocus());
+
+    form.txtUser.SetEnabled(false);
+    form.txtUser.SetEnabled(true);
+    EXPECT_TRUE(user->hasFocus());
+}
+
 TEST_F(FormWindowTest, TheWindowIsReadWithoutItsDecorationAndByItsName) {
     form.SetAccessibleName("Dialling");
     form.imgLight0.SetAccessibleRole(forms::AccessRole::Decorative);
