@@ -59,6 +59,25 @@ void SmallCall(benchmark::State& state, kw::dialer::Dravlink& engine) {
     }
 }
 
+// A call to the engine's object, written out as a client that does without BusDravlink would.
+// target: the engine's name on a bus, empty on a direct connection.
+QDBusMessage EngineCall(const QString& target, const QString& method, const QVariantList& args) {
+    QDBusMessage m = QDBusMessage::createMethodCall(target, QLatin1String(kw::link::kObjectPath),
+                                                    QLatin1String(kw::link::kInterface), method);
+    m.setArguments(args);
+    return m;
+}
+
+// The same call again and again, each waiting for its answer as the client waits.
+void RepeatCall(benchmark::State& state, const QDBusConnection& via, const QDBusMessage& call) {
+    for (auto _ : state) {
+        if (kw::link::CallAndWait(via, call).type() != QDBusMessage::ReplyMessage) {
+            state.SkipWithError("the engine refused the call");
+            break;
+        }
+    }
+}
+
 void BM_SmallCallToTheEngineProcess(benchmark::State& state) {
     const fs::path dir = Folder("direct");
     {
@@ -86,18 +105,11 @@ void BM_SmallCallThroughTheBusDaemon(benchmark::State& state) {
         LogOn(engine);
         QDBusConnection raw = bus.Connect(QStringLiteral("bench-raw"));
         const Variant args[] = {Variant("Standard 33600 bps Modem")};
-        QDBusMessage call = QDBusMessage::createMethodCall(
-            engine.EngineBusName(), QLatin1String(kw::link::kObjectPath),
-            QLatin1String(kw::link::kInterface), QStringLiteral("Invoke"));
-        call.setArguments({QVariant::fromValue(engine.GetIDsOfNames("GetLinkSpeed")),
-                           QVariant::fromValue(kw::link::ToWire(args))});
-        for (auto _ : state) {
-            const QDBusMessage reply = kw::link::CallAndWait(raw, call);
-            if (reply.type() != QDBusMessage::ReplyMessage) {
-                state.SkipWithError("the engine refused the call");
-                break;
-            }
-        }
+        const QDBusMessage call =
+            EngineCall(engine.EngineBusName(), QStringLiteral("Invoke"),
+                       {QVariant::fromValue(engine.GetIDsOfNames("GetLinkSpeed")),
+                        QVariant::fromValue(kw::link::ToWire(args))});
+        RepeatCall(state, raw, call);
     }
     QDBusConnection::disconnectFromBus(QStringLiteral("bench-raw"));
     fs::remove_all(dir);
@@ -117,30 +129,18 @@ void BM_IdLookupToTheEngineProcess(benchmark::State& state) {
     {
         PrivateBus bus(dir, {.engineInstalled = true, .idleMs = 1000, .scenario = {}});
         QDBusConnection raw = bus.Connect(name);
-        const auto call = [](const QString& target, const QString& method, QVariantList args) {
-            QDBusMessage m =
-                QDBusMessage::createMethodCall(target, QLatin1String(kw::link::kObjectPath),
-                                               QLatin1String(kw::link::kInterface), method);
-            m.setArguments(args);
-            return m;
-        };
         const QDBusMessage attached = kw::link::CallAndWait(
-            raw, call(QLatin1String(kw::link::kServiceName), QStringLiteral("Attach"), {}));
+            raw, EngineCall(QLatin1String(kw::link::kServiceName), QStringLiteral("Attach"), {}));
         const QString address = attached.arguments().value(1).toString();
         QDBusConnection direct = QDBusConnection::connectToPeer(address, peerName);
         const QDBusMessage joined = kw::link::CallAndWait(
-            direct, call(QString(), QStringLiteral("Join"), {raw.baseService()}));
+            direct, EngineCall(QString(), QStringLiteral("Join"), {raw.baseService()}));
         if (joined.type() != QDBusMessage::ReplyMessage) {
             state.SkipWithError("the engine offered no direct connection");
         }
-        const QDBusMessage lookup =
-            call(QString(), QStringLiteral("GetIDsOfNames"), {QStringLiteral("GetLinkSpeed")});
-        for (auto _ : state) {
-            if (kw::link::CallAndWait(direct, lookup).type() != QDBusMessage::ReplyMessage) {
-                state.SkipWithError("the engine refused the call");
-                break;
-            }
-        }
+        RepeatCall(state, direct,
+                   EngineCall(QString(), QStringLiteral("GetIDsOfNames"),
+                              {QStringLiteral("GetLinkSpeed")}));
     }
     QDBusConnection::disconnectFromPeer(peerName);
     QDBusConnection::disconnectFromBus(name);
