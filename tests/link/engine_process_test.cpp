@@ -57,11 +57,12 @@ TEST_F(EngineProcessTest, AWholeCallRunsInTheEngineProcess) {
             at.push_back(h.at);
         }
     }
-    EXPECT_GE(at.size() - before, 3u);
+    ASSERT_GE(at.size() - before, 3u);
     EXPECT_LE(at.size() - before, 5u);
-    for (std::size_t i = before + 1; i < at.size(); ++i) {
-        EXPECT_NEAR(at[i] - at[i - 1], 1000, 350) << "between statistics " << i - 1 << " and " << i;
-    }
+    // One late delivery under load makes the next one early; the pace is what must hold.
+    const auto spacing =
+        (at.back() - at[before]) / static_cast<std::int64_t>(at.size() - before - 1);
+    EXPECT_NEAR(spacing, 1000, 200) << "mean time between statistics";
 
     std::int32_t h = handle;
     engine->Disconnect(h);
@@ -112,8 +113,11 @@ TEST_P(PromptTest, IsAnsweredAcrossTheWire) {
         return h.what == c.prompt ? std::string(c.answer) : std::string();
     };
     Dial(*engine, listener);
-    ASSERT_TRUE(RunUntil([&] { return Has(listener.Of("S"), c.outcome); }))
-        << "no status \"" << c.outcome << "\" after " << c.prompt;
+    // The message of the day follows its status line, so wait for the prompt as well.
+    ASSERT_TRUE(RunUntil([&] {
+        return Has(listener.Of("S"), c.outcome) && listener.Count(c.prompt) > 0;
+    })) << "no status \""
+        << c.outcome << "\" or no " << c.prompt;
     EXPECT_EQ(listener.Count(c.prompt), 1u);
 }
 
@@ -216,11 +220,15 @@ TEST_F(EngineProcessTest, AClientThatVanishesInAPromptDoesNotLeaveTheEngineStuck
     // The events it gets go nowhere: it never answers a prompt.
     struct Silent : QDBusVirtualObject {
         QString introspect(const QString&) const override { return {}; }
-        bool handleMessage(const QDBusMessage&, const QDBusConnection&) override {
+        bool handleMessage(const QDBusMessage& message, const QDBusConnection&) override {
             ++raised;
+            const auto args = message.arguments();
+            prompted = prompted ||
+                       (!args.isEmpty() && args[0].toString() == QLatin1String("GetUserInput"));
             return true;
         }
         int raised = 0;
+        bool prompted = false;
     } silent;
     direct->registerVirtualObject(QLatin1String(kEventsPath), &silent);
     ASSERT_EQ(call("Join", {onBus.baseService()}).type(), QDBusMessage::ReplyMessage);
@@ -232,7 +240,8 @@ TEST_F(EngineProcessTest, AClientThatVanishesInAPromptDoesNotLeaveTheEngineStuck
                               QVariant::fromValue(ToWire(connectArgs))})
                   .type(),
               QDBusMessage::ReplyMessage);
-    RunUntil([] { return false; }, 7000);  // the call reaches the passcode prompt
+    ASSERT_TRUE(RunUntil([&] { return silent.prompted; }))
+        << "the call reaches the passcode prompt";
     const auto before = listener.heard.size();
     direct->unregisterObject(QLatin1String(kEventsPath));
     direct.reset();  // the connections close with their last handles
