@@ -131,8 +131,7 @@ TEST_F(FormWindowTest, TheWindowIsReadWithoutItsDecorationAndByItsName) {
 TEST_F(FormWindowTest, AListViewsMouseUpAndDoubleClickReachTheModel) {
     form.lstvDial.AddItem("Acme");
     form.lstvDial.MouseUp = [this](int button, int, float x, float y) {
-        form.Note("lstvDial_MouseUp:" + std::to_string(button) + "@" +
-                  std::to_string(static_cast<int>(x)) + "," + std::to_string(static_cast<int>(y)));
+        form.Note("lstvDial_MouseUp:" + DialForm::At(button, x, y));
     };
     form.lstvDial.DblClick = [this] { form.Note("lstvDial_DblClick"); };
     QWidget* rows = Find<QAbstractItemView>("lstvDial")->viewport();
@@ -182,25 +181,6 @@ TEST_F(FormWindowTest, AFramedFormIsANormalWindowOfItsSizeWithATitle) {
     ASSERT_NE(button, nullptr);
     EXPECT_EQ(button->geometry(), QRect(150, 84, 80, 24)) << "the desktop's frame is outside";
     framed.Unload();
-}
-
-TEST_F(FormWindowTest, TheWindowTakesTheShapeOfTheFormsRegion) {
-    const struct {
-        const char* shape;
-        std::optional<std::vector<forms::RegionRect>> region;
-        QRegion expected;
-    } cases[] = {
-        {"banded",
-         std::vector<forms::RegionRect>{{0, 0, 100, 10}, {0, 10, 40, 30}, {60, 10, 100, 30}},
-         QRegion(0, 0, 100, 10) + QRegion(0, 10, 40, 20) + QRegion(60, 10, 40, 20)},
-        {"overlapping", std::vector<forms::RegionRect>{{10, 10, 50, 50}, {0, 0, 20, 20}},
-         QRegion(10, 10, 40, 40) + QRegion(0, 0, 20, 20)},
-        {"none", std::nullopt, QRegion()},
-    };
-    for (const auto& c : cases) {
-        form.SetRegion(c.region);
-        EXPECT_TRUE(window->mask().xored(c.expected).isEmpty()) << c.shape;
-    }
 }
 
 TEST_F(FormWindowTest, MouseOnTheBackgroundGoesToTheForm) {

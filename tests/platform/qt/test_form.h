@@ -111,7 +111,6 @@ class DialForm : public forms::Form {
         formEvents.push_back("QueryUnload:" + std::to_string(reason));
         cancel = cancelClose;
     }
-    void Form_Resize() override { formEvents.push_back("Resize"); }
     void Form_KeyPress(int& keyAscii) override {
         formEvents.push_back("KeyPress:" + std::to_string(keyAscii));
     }
