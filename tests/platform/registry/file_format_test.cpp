@@ -1,6 +1,7 @@
 // The text form of the hives: the line of each value, exact rewrites, lines kept, damage detected.
 
 #include <algorithm>
+#include <sstream>
 
 #include "platform/registry/hive_text.h"
 #include "platform/registry/registry_fixture.h"
@@ -33,24 +34,14 @@ TEST_F(ValueLines, EachValueIsWrittenAsItsLineAndComesBackUnchanged) {
          R"("Controls"="\1\2\3\4\5\6\a\b\t\n\v\f\r\16\17\20\21\22\23\24\25\26\27\30\31\32\e\34\35\36\37)"
          "\x7f"
          R"(end")"},
-        {"Octal next", REG_SZ,
-         Sz(std::string("a\x01"
-                        "7b\x02"
-                        "x",
-                        6)),
+        // Bytes in octal from here: unlike \x, an octal escape ends after three digits.
+        {"Octal next", REG_SZ, Sz("a\0017b\2x"),
          R"("Octal next"="a\0017b\2x")"},  // padded before a digit
-        {"Latin", REG_SZ,
-         Sz("caf\xc3\xa9 \xc3\xbc"
-            "A \xc3\xbc"
-            "g"),
+        {"Latin", REG_SZ, Sz("caf\303\251 \303\274A \303\274g"),
          R"("Latin"="caf\xe9 \x00fcA \xfcg")"},  // padded before a hex digit
-        {"Wide", REG_SZ,
-         Sz("\xe4\xb8\xad\xe6\x96\x87 \xe2\x82\xac"
-            "1"),
+        {"Wide", REG_SZ, Sz("\344\270\255\346\226\207 \342\202\2541"),
          R"("Wide"="\x4e2d\x6587 \x20ac1")"},
-        {"Emoji \xf0\x9f\x98\x80", REG_SZ,
-         Sz("\xf0\x9f\x98\x80"
-            "beef"),
+        {"Emoji \360\237\230\200", REG_SZ, Sz("\360\237\230\200beef"),
          R"("Emoji \xd83d\xde00"="\xd83d\xde00beef")"},
         {"Brackets [x]", REG_SZ, Sz("[]=@;#"), R"("Brackets [x]"="[]=@;#")"},
         {"", REG_SZ, Sz("default with \"quotes\""), R"(@="default with \"quotes\"")"},
@@ -131,15 +122,11 @@ TEST_F(ExactRewrite, StoreWrittenFileParsesAndSerializesToTheSameBytes) {
     EXPECT_EQ(text::Serialize(*doc), bytes);
 
     // Long binary data wraps like Wine's, and every line stays short.
-    std::size_t start = 0;
+    std::istringstream lines(bytes);
     int continued = 0;
-    while (start < bytes.size()) {
-        const std::size_t end = bytes.find('\n', start);
-        const std::string line = bytes.substr(start, end - start);
+    for (std::string line; std::getline(lines, line);) {
         EXPECT_LE(line.size(), 80u) << line;
-        if (!line.empty() && line.back() == '\\')
-            ++continued;
-        start = end + 1;
+        continued += !line.empty() && line.back() == '\\' ? 1 : 0;
     }
     EXPECT_GE(continued, 6);
     Restart();

@@ -1,4 +1,5 @@
-// The hives on disk: durability, damage, and two processes writing one hive.
+// The hives on disk: durability, damage, links and private folders, and two processes writing one
+// hive.
 
 #include <signal.h>
 #include <sys/stat.h>
@@ -10,6 +11,7 @@
 #include <set>
 
 #include "platform/registry/hive_text.h"
+#include "platform/registry/private_files.h"
 #include "platform/registry/registry_fixture.h"
 
 namespace kw::registry::testing {
@@ -42,6 +44,57 @@ TEST_F(Durability, NoTemporaryFileIsLeftAndAFailedWriteChangesNothing) {
     EXPECT_EQ(SetString(key, "UserName", "bob"), ERROR_SUCCESS);
     EXPECT_EQ(QueryString(key, "UserName"), "bob");
     RegCloseKey(key);
+}
+
+// The program writes some values at every start whether or not they changed: an unchanged write
+// leaves the file alone, with no rewrite and no fsync.
+TEST_F(Durability, AnUnchangedWriteLeavesTheFileAloneAndAChangedOneRewritesIt) {
+    const auto identity = [this] {
+        struct stat st {};
+        EXPECT_EQ(::stat(userHive_.c_str(), &st), 0);
+        return st.st_ino;  // every real write renames a new file over the old one
+    };
+    HKEY key = Create(HKEY_CURRENT_USER, kUserKey);
+    ASSERT_EQ(SetString(key, "Password", ""), ERROR_SUCCESS);
+    const ino_t first = identity();
+    ASSERT_EQ(SetString(key, "Password", ""), ERROR_SUCCESS);
+    EXPECT_EQ(identity(), first) << "the same type and bytes";
+    ASSERT_EQ(SetString(key, "Password", "", REG_EXPAND_SZ), ERROR_SUCCESS);
+    EXPECT_NE(identity(), first) << "another type is a change";
+    EXPECT_EQ(Query(key, "Password")->type, REG_EXPAND_SZ);
+    RegCloseKey(key);
+}
+
+TEST_F(Durability, AHiveThatIsALinkStaysOneAndItsTargetTakesTheWrite) {
+    namespace fs = std::filesystem;
+    const std::string target = dir_ + "/dotfiles/kestrelway.reg";
+    HKEY key = Create(HKEY_CURRENT_USER, kUserKey);
+    ASSERT_EQ(SetString(key, "First", "1"), ERROR_SUCCESS);
+    RegCloseKey(key);
+    fs::create_directories(dir_ + "/dotfiles");
+    fs::rename(userHive_, target);
+    fs::create_symlink("dotfiles/kestrelway.reg", userHive_);
+    Restart();
+
+    key = Create(HKEY_CURRENT_USER, kUserKey);
+    ASSERT_EQ(SetString(key, "Second", "2"), ERROR_SUCCESS);
+    RegCloseKey(key);
+    EXPECT_TRUE(fs::is_symlink(userHive_));
+    const std::string text = ReadFile(target);
+    EXPECT_NE(text.find("\"First\"=\"1\""), std::string::npos) << text;
+    EXPECT_NE(text.find("\"Second\"=\"2\""), std::string::npos) << text;
+}
+
+TEST_F(Durability, PrivateFoldersAreMadeAndTightenedWhateverTheUmask) {
+    const mode_t saved = ::umask(022);
+    ASSERT_TRUE(MakePrivateFolder(dir_ + "/new/deeper"));
+    std::filesystem::create_directories(dir_ + "/loose");
+    std::filesystem::permissions(dir_ + "/loose", std::filesystem::perms::all);
+    ASSERT_TRUE(MakePrivateFolder(dir_ + "/loose"));
+    ::umask(saved);
+    for (const char* folder : {"/new", "/new/deeper", "/loose"}) {
+        EXPECT_EQ(Mode(dir_ + folder), 0700u) << folder;
+    }
 }
 
 using DamagedFile = RegistryTest;
