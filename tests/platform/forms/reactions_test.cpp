@@ -1,4 +1,5 @@
-// The old toolkit's reaction semantics: what code-driven changes fire, and what user input reaches.
+// The old toolkit's reaction semantics: what code-driven changes fire, and what user input reaches;
+// the list view's item states and selection.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -28,6 +29,7 @@ class SampleForm : public Form {
     OptionButton rbPulse{*this, "rbPulse"};
     OptionButton rbOther{*this, "rbOther"};
     CommandButton btnOK{*this, "btnOK"};
+    ListView lstvRows{*this, "lstvRows"};
 
     Log log;
 
@@ -177,6 +179,52 @@ TEST_F(ReactionsTest, FailureInAReactionFiredFromCodeReachesTheCaller) {
     form.cmboFrom.Click = [] { throw Failure(5); };
     EXPECT_EQ(FailureNumber([&] { form.cmboFrom.SetListIndex(0); }), 5);
     EXPECT_TRUE(platform.Boxes().empty());
+}
+
+class ListViewTest : public ReactionsTest {
+  protected:
+    void SetUp() override {
+        ReactionsTest::SetUp();
+        for (const char* text : {"Acme", "Globex", "Initech"}) {
+            view.AddItem(text);
+        }
+    }
+    static LvItem Box(bool ticked) {
+        LvItem item;
+        item.mask = lvif::kState;
+        item.state = ticked ? 8192 : 4096;
+        item.stateMask = -4096;
+        return item;
+    }
+    ListView& view = form.lstvRows;
+};
+
+TEST_F(ListViewTest, AStateChangeNeedsTheStateMaskAndARowInTheList) {
+    LvItem noMask = Box(true);
+    noMask.mask = 0;
+    view.SetItemState(0, noMask);
+    EXPECT_FALSE(view.Item(1).checked);
+    view.SetItemState(3, Box(true));
+    view.SetItemState(-1, Box(true));
+    EXPECT_EQ(view.ItemState(3, -1), 0);
+    LvItem select;
+    select.mask = lvif::kState;
+    select.state = select.stateMask = lvis::kSelected;
+    view.SetItemState(2, select);
+    EXPECT_EQ(view.SelectedItem(), 3);
+    EXPECT_FALSE(view.Item(3).checked) << "a mask without the box leaves it";
+}
+
+TEST_F(ListViewTest, TheSelectionFollowsRemovalsAndGoesWithAClear) {
+    view.SetSelectedItem(3);
+    view.RemoveItem(1);
+    EXPECT_EQ(view.SelectedItem(), 2);
+    EXPECT_TRUE(view.Item(2).selected);
+    view.RemoveItem(2);
+    EXPECT_EQ(view.SelectedItem(), 0);
+    view.SetSelectedItem(1);
+    view.ClearItems();
+    EXPECT_EQ(view.SelectedItem(), 0);
 }
 
 }  // namespace

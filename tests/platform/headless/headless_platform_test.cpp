@@ -1,4 +1,5 @@
 // The deterministic platform: the virtual clock, timers in due order, modal nesting, boxes.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -118,12 +119,8 @@ TEST(HeadlessModal, NestedModalsUnwindInOrder) {
 
 TEST(HeadlessModal, UnansweredBoxesAndFormsFailLoudlyNamingThem) {
     HeadlessPlatform p;
-    try {
-        p.MsgBox("Are you there?");
-        FAIL();
-    } catch (const Unanswered& e) {
-        EXPECT_NE(std::string(e.what()).find("Are you there?"), std::string::npos);
-    }
+    EXPECT_THAT([&p] { p.MsgBox("Are you there?"); },
+                ::testing::ThrowsMessage<Unanswered>(::testing::HasSubstr("Are you there?")));
     Dialog d(p);
     EXPECT_THROW(d.Show(forms::kModal), Unanswered);
     p.AnswerNextModal("Dialog", [](forms::Form&) {});
