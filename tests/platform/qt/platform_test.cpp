@@ -6,7 +6,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -299,52 +298,29 @@ TEST(QtConvert, KeysReachTheRoutinesWithTheirClassicCodes) {
     }
 }
 
-// Runs each step in turn on the modal window that is up when its turn comes.
-void WhenModal(std::vector<std::function<void(QWidget&)>> steps) {
-    auto* timer = new QTimer(qApp);
-    auto remaining = std::make_shared<decltype(steps)>(std::move(steps));
-    QObject::connect(timer, &QTimer::timeout, [timer, remaining] {
-        QWidget* modal = QApplication::activeModalWidget();
-        if (modal == nullptr || !modal->isVisible()) {
-            return;
-        }
-        auto step = remaining->front();
-        remaining->erase(remaining->begin());
-        if (remaining->empty()) {
-            timer->deleteLater();
-            timer->stop();
-        }
-        step(*modal);
-    });
-    timer->start(20);
-}
-
-void TypeName(QWidget& modal, const QString& name) {
-    auto* dialog = qobject_cast<QFileDialog*>(&modal);
-    ASSERT_NE(dialog, nullptr);
-    dialog->findChild<QLineEdit*>("fileNameEdit")->setText(name);
-    dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open)->click();
-}
-
-void Answer(QWidget& modal, QMessageBox::StandardButton answer) {
-    auto* box = qobject_cast<QMessageBox*>(&modal);
-    ASSERT_NE(box, nullptr);
-    EXPECT_TRUE(box->text().contains("does not exist"));
-    box->button(answer)->click();
-}
-
 // With the create prompt a name that does not exist yet may be typed, and the user is asked
-// before it is taken.
+// before it is taken: here the user declines one name and agrees to the next.
 TEST_F(QtPlatformTest, AFileDialogTakesANewNameOnceTheUserAgreesToCreateIt) {
     QTemporaryDir dir;
-    WhenModal({[](QWidget& m) { TypeName(m, "calls.log"); },
-               [](QWidget& m) { Answer(m, QMessageBox::No); },
-               [](QWidget& m) { TypeName(m, "trips.log"); },
-               [](QWidget& m) { Answer(m, QMessageBox::Yes); }});
+    QStringList names{"calls.log", "trips.log"};
+    QList<QMessageBox::StandardButton> answers{QMessageBox::No, QMessageBox::Yes};
+    QTimer user;  // each box and the dialog come up inside the click that opened them
+    QObject::connect(&user, &QTimer::timeout, [&names, &answers] {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (auto* box = qobject_cast<QMessageBox*>(modal); box != nullptr && !answers.empty()) {
+            EXPECT_TRUE(box->text().contains("does not exist"));
+            box->button(answers.takeFirst())->click();
+        } else if (auto* files = qobject_cast<QFileDialog*>(modal); files && !names.empty()) {
+            files->findChild<QLineEdit*>("fileNameEdit")->setText(names.takeFirst());
+            files->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open)->click();
+        }
+    });
+    user.start(20);
     forms::FileDialogRequest request;
     request.initialDir = dir.path().toStdString();
     request.flags = forms::ofn::kCreatePrompt;
     const auto chosen = platform.OpenFileDialog(request);
+    EXPECT_TRUE(answers.empty()) << "the user was not asked about each name";
     ASSERT_TRUE(chosen.has_value());
     EXPECT_EQ(*chosen, dir.filePath("trips.log").toStdString());
     EXPECT_FALSE(QFileInfo::exists(dir.filePath("trips.log"))) << "the dialog creates nothing";
