@@ -304,7 +304,7 @@ TEST_F(QtPlatformTest, AFileDialogTakesANewNameOnceTheUserAgreesToCreateIt) {
     QTemporaryDir dir;
     QStringList names{"calls.log", "trips.log"};
     QList<QMessageBox::StandardButton> answers{QMessageBox::No, QMessageBox::Yes};
-    QTimer user;  // each box and the dialog come up inside the click that opened them
+    QTimer user;  // the user; a box comes up inside the click on Open that raised it
     QObject::connect(&user, &QTimer::timeout, [&names, &answers] {
         QWidget* modal = QApplication::activeModalWidget();
         if (auto* box = qobject_cast<QMessageBox*>(modal); box != nullptr && !answers.empty()) {
