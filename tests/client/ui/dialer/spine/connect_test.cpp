@@ -229,8 +229,6 @@ TEST_F(ErrorsTest, CaughtFailureNumbersGiveTheirOwnWordsWithoutACaption) {
          "install.\r\nPlease See release notes."},
         {2002, "Error On Connect"},
         {1013, " Error [1013] engine busy"},
-        {1022, " Error [1022] engine busy"},
-        {2001, " Error [2001] engine busy"},
     };
     for (const auto& [number, text] : cases) {
         Win().COMErrHandler(Failure(number, "engine busy"));

@@ -21,14 +21,12 @@ namespace kw::dialer::testing {
 // A list of names as the engine delivers them.
 automation::Variant NameList(const std::vector<std::string>& names);
 
-// Records what a form's renderer would be told: which lights went on and off, in order, and
-// every status line shown.
+// Records which lights a form's renderer would be told went on and off, in order.
 class DisplayRecorder : public forms::FormObserver {
   public:
     void ControlChanged(forms::Control& control, forms::Property what) override;
     void FormChanged(forms::Form&, forms::FormProperty) override {}
     std::vector<std::string> lights;  // "+imgModemDetected", "-imgLogoOn", ...
-    std::vector<std::string> statusLines;
 };
 
 // Hears bus events, and vetoes what it is told to.

@@ -35,16 +35,6 @@ class StartupTest : public ProgramTest {
     }
 };
 
-TEST_F(StartupTest, TheStoredUserLogsOnFirstAndTheListsFillTheCombos) {
-    StoreUser("anna", "secret");
-    ASSERT_TRUE(Start());
-    EXPECT_EQ(engine->CallNames()[0], "Logon");
-    EXPECT_EQ(engine->CallsTo("Logon")[0].args[0].ToString(), "anna");
-    EXPECT_EQ(Win().cmboTo.ListCount(), 2);
-    EXPECT_EQ(Win().cmboTo.Text(), "Corporate");
-    EXPECT_EQ(Win().cmboFrom.Text(), "Home") << "LastSelectedLocation is absent: index 0";
-}
-
 TEST_F(StartupTest, TheFirstDialListIsAskedForTheChosenPairAndConnectWaitsForIt) {
     StoreUser("anna", "secret");
     ASSERT_TRUE(Start());
@@ -67,6 +57,7 @@ TEST_F(StartupTest, RefusedStoredPasswordShowsTheLoginAgainEvenAfterCancel) {
     EXPECT_EQ(platform.ModalsShown(), (std::vector<std::string>{"frmLogin", "frmLogin"}));
     const auto logons = engine->CallsTo("Logon");
     ASSERT_EQ(logons.size(), 3u);
+    EXPECT_EQ(logons[0].args[0].ToString(), "anna") << "the stored pair is tried first";
     EXPECT_EQ(logons[1].args[1].ToString(), "stale") << "Cancel leaves the pair as it was";
     EXPECT_EQ(logons[2].args[1].ToString(), "fresh");
     EXPECT_EQ(engine->CountOf("GetPhoneList"), 1);
