@@ -106,29 +106,23 @@ TEST_F(PhoneRulesTest, OutsideTheUnitedStatesAnyDigitsAreANumberAndTheDashIsRefu
     EXPECT_EQ(stored["Office"]["Number"], "2079");
 }
 
-struct KeyCase {
-    const char* field;
-    std::string typed;
-    std::string kept;
-    int beeps;
-};
-
-class KeyFilterTest : public PhoneRulesTest, public ::testing::WithParamInterface<KeyCase> {};
+using KeyFilterTest = Cases<PhoneRulesTest, std::string, std::string, std::string, int>;
 
 TEST_P(KeyFilterTest, EachFieldLetsItsOwnKeysThrough) {
-    forms::Control* c = From().FindControl(GetParam().field);
+    const auto& [field, typed, kept, beeps] = GetParam();
+    forms::Control* c = From().FindControl(field);
     ASSERT_NE(c, nullptr);
-    Type(*c, GetParam().typed);
-    EXPECT_EQ(static_cast<forms::TextBox*>(c)->Text(), GetParam().kept);
-    EXPECT_EQ(platform.Beeps(), GetParam().beeps);
+    Type(*c, typed);
+    EXPECT_EQ(static_cast<forms::TextBox*>(c)->Text(), kept);
+    EXPECT_EQ(platform.Beeps(), beeps);
 }
 
 INSTANTIATE_TEST_SUITE_P(Fields, KeyFilterTest,
-                         ::testing::Values(KeyCase{"txtAreaCode", "6a1-7x", "617", 3},
-                                           KeyCase{"txtPhoneNumber", "555-01 2", "555-012", 1},
-                                           KeyCase{"txtOutsideAccess", "9,,", "9,,", 0},
-                                           KeyCase{"txtLongDistance", "8,#1", "8,1", 1},
-                                           KeyCase{"txtOutsideAccess", "9-", "9", 1}));
+                         ::testing::Values(std::tuple{"txtAreaCode", "6a1-7x", "617", 3},
+                                           std::tuple{"txtPhoneNumber", "555-01 2", "555-012", 1},
+                                           std::tuple{"txtOutsideAccess", "9,,", "9,,", 0},
+                                           std::tuple{"txtLongDistance", "8,#1", "8,1", 1},
+                                           std::tuple{"txtOutsideAccess", "9-", "9", 1}));
 
 TEST_F(PhoneRulesTest, EnteringAFieldSelectsAllOfIt) {
     From().txtOutsideAccess.UserSetText("9,,");
