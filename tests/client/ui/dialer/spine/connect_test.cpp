@@ -255,7 +255,6 @@ TEST_F(ErrorsTest, FatalFailuresEndTheProcessWithTheirBox) {
         {0x800706BFu,
          {"Error starting Kestrelway.  Please call Technical Support for assistance.", "Kestrelway",
           kSystemStop}},
-        {0x80010108u, {kSerious, "Kestrelway", kSystemStop}},
         {0x800706BAu, {kSerious, "Kestrelway", kSystemStop}},
     };
     for (const auto& [number, box] : cases) {

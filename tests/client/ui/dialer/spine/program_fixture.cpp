@@ -23,6 +23,16 @@ Variant NameList(const std::vector<std::string>& names) {
     return Variant(std::move(list));
 }
 
+void Choose(forms::ComboBox& box, const std::string& text) {
+    for (int i = 0; i < box.ListCount(); ++i) {
+        if (box.List(i) == text) {
+            box.UserSelect(i);
+            return;
+        }
+    }
+    FAIL() << box.Name() << " has no " << text;
+}
+
 void DisplayRecorder::ControlChanged(forms::Control& control, forms::Property what) {
     if (what == forms::Property::Visible && control.Name().rfind("img", 0) == 0) {
         lights.push_back((control.Visible() ? "+" : "-") + control.Name());

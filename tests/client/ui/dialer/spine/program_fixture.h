@@ -21,6 +21,9 @@ namespace kw::dialer::testing {
 // A list of names as the engine delivers them.
 automation::Variant NameList(const std::vector<std::string>& names);
 
+// Chooses the item of that text, as a user would; the test fails when there is none.
+void Choose(forms::ComboBox& box, const std::string& text);
+
 // Records which lights a form's renderer would be told went on and off, in order.
 class DisplayRecorder : public forms::FormObserver {
   public:
