@@ -3,7 +3,6 @@
 #include <map>
 #include <set>
 #include <string>
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -79,10 +78,5 @@ class LocationTest : public ProgramTest {
   private:
     std::map<std::string, Fields> pending_;
 };
-
-// A suite of `Base` run once per row of a table; each test names the row's fields as it reads
-// them, and a failure prints the row.
-template <class Base, class... Fields>
-class Cases : public Base, public ::testing::WithParamInterface<std::tuple<Fields...>> {};
 
 }  // namespace kw::dialer::testing

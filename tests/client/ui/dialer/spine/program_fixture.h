@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "client/ui/dialer/core/application.h"
@@ -89,5 +90,10 @@ class ProgramTest : public ::testing::Test {
     std::shared_ptr<dravlink::Simulator> simulator;
     std::unique_ptr<Application> app;
 };
+
+// A suite of `Base` run once per row of a table; each test names the row's fields as it reads
+// them, and a failure prints the row.
+template <class Base, class... Fields>
+class Cases : public Base, public ::testing::WithParamInterface<std::tuple<Fields...>> {};
 
 }  // namespace kw::dialer::testing
