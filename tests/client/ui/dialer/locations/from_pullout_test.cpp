@@ -72,41 +72,26 @@ TEST_F(FromPulloutTest, AddEmptiesTheFormAndStartsOnTheUnitedStates) {
     EXPECT_TRUE(From().btnCancel.Enabled());
 }
 
-TEST_F(FromPulloutTest, SavingANewLocationStoresItsFieldsAndSelectsItInBothLists) {
-    StartWithPullout();
-    TypeNewOffice();
-    From().btnAdd.UserClick();
-    EXPECT_EQ(stored["Office"]["Exchange"] + "|" + stored["Office"]["Number"], "555|0123");
-    EXPECT_EQ(stored["Office"]["OutSideAccess"], "9");
-    EXPECT_EQ(BoxTexts(), Names{"Saved Office"});
-    EXPECT_EQ(From().btnAdd.Caption(), "Add");
-    ExpectSameSelection("Office");
-}
-
-TEST_F(FromPulloutTest, ANewNameThatSortsFirstIsSelectedInBothLists) {
+TEST_F(FromPulloutTest, ASavedNewLocationTakesItsPlaceInTheListAndIsSelectedInBoth) {
     StartWithPullout();
     TypeNewOffice("Airport");
     From().btnAdd.UserClick();
+    EXPECT_EQ(stored["Airport"]["OutSideAccess"], "9");
     EXPECT_EQ(FromList(), (Names{"Airport", "Home", "Hotel"}));
     ExpectSameSelection("Airport");
+    EXPECT_EQ(From().btnAdd.Caption(), "Add");
 }
 
 // A new location the engine will not take stays on the form with everything typed.
-struct RefusedNewCase {
-    std::string name;
-    bool createWorks;
-    std::string message;
-};
-
-class RefusedNewTest : public FromPulloutTest,
-                       public ::testing::WithParamInterface<RefusedNewCase> {};
+using RefusedNewTest = Cases<FromPulloutTest, std::string, bool, std::string>;
 
 TEST_P(RefusedNewTest, ARefusedNewLocationKeepsEverythingTyped) {
-    createWorks = GetParam().createWorks;
+    const auto& [name, creates, message] = GetParam();
+    createWorks = creates;
     StartWithPullout();
-    TypeNewOffice(GetParam().name);
+    TypeNewOffice(name);
     From().btnAdd.UserClick();
-    EXPECT_EQ(BoxTexts(), Names{GetParam().message});
+    EXPECT_EQ(BoxTexts(), Names{message});
     EXPECT_EQ(From().btnAdd.Caption(), "Save");
     EXPECT_EQ(From().txtAreaCode.Text() + From().txtPhoneNumber.Text(), "617555-0123");
     EXPECT_EQ(FromList(), (Names{"Home", "Hotel"}));
@@ -116,9 +101,9 @@ TEST_P(RefusedNewTest, ARefusedNewLocationKeepsEverythingTyped) {
 INSTANTIATE_TEST_SUITE_P(
     Causes, RefusedNewTest,
     ::testing::Values(
-        RefusedNewCase{"Home", true,
-                       "The location you specified already exists, please try a different name!"},
-        RefusedNewCase{"Office", false, "Error saving Office"}));
+        std::tuple{"Home", true,
+                   "The location you specified already exists, please try a different name!"},
+        std::tuple{"Office", false, "Error saving Office"}));
 
 TEST_F(FromPulloutTest, CancellingANewLocationReturnsToTheOneSelectedBefore) {
     StartOnHotel();
@@ -143,33 +128,28 @@ TEST_F(FromPulloutTest, SwitchingCountryDuringANewLocationEmptiesTheNumberAndKee
 
 // ---- removing ----------------------------------------------------------------------------------
 
-struct RemoveCase {
-    int removed;
-    Names left;
-    std::string selected;
-};
-
-class RemoveTest : public FromPulloutTest, public ::testing::WithParamInterface<RemoveCase> {};
+using RemoveTest = Cases<FromPulloutTest, int, Names, std::string>;
 
 TEST_P(RemoveTest, RemovingSelectsTheOneBeforeOrTheNewFirst) {
+    const auto& [removed, left, selected] = GetParam();
     order = {"Alpha", "Beta", "Gamma"};
     for (const auto& name : order) {
         stored[name] = UsFields("512", "555", "0100");
     }
     StartWithPullout();
-    Win().cmboFrom.UserSelect(GetParam().removed);
+    Win().cmboFrom.UserSelect(removed);
     DeliverDialList();
     platform.AnswerNextBox(kResultYes);
     From().btnRemove.UserClick();
-    EXPECT_EQ(FromList(), GetParam().left);
-    EXPECT_EQ(order, GetParam().left) << "and gone from the engine";
-    ExpectSameSelection(GetParam().selected);
+    EXPECT_EQ(FromList(), left);
+    EXPECT_EQ(order, left) << "and gone from the engine";
+    ExpectSameSelection(selected);
     EXPECT_TRUE(From().btnRemove.Enabled());
 }
 
 INSTANTIATE_TEST_SUITE_P(FirstAndLater, RemoveTest,
-                         ::testing::Values(RemoveCase{0, {"Beta", "Gamma"}, "Beta"},
-                                           RemoveCase{2, {"Alpha", "Beta"}, "Beta"}));
+                         ::testing::Values(std::tuple{0, Names{"Beta", "Gamma"}, "Beta"},
+                                           std::tuple{2, Names{"Alpha", "Beta"}, "Beta"}));
 
 TEST_F(FromPulloutTest, RemovingIsAskedFirstAndNoKeepsTheLocation) {
     StartWithPullout();
@@ -285,26 +265,21 @@ TEST_F(FromPulloutTest, AnExistingConnectionStoresThePlaceholdersAndShowsEmptyNu
 
 // ---- calling cards on the form -----------------------------------------------------------
 
-struct StoredCardCase {
-    std::string stored;
-    std::string shown;
-};
-
-class StoredCardTest : public FromPulloutTest,
-                       public ::testing::WithParamInterface<StoredCardCase> {};
+using StoredCardTest = Cases<FromPulloutTest, std::string, std::string>;
 
 TEST_P(StoredCardTest, AStoredCardShowsByNameOrTheLocationHasNone) {
+    const auto& [card, shown] = GetParam();
     cards = {{0, 7, "111", "Bluewave"}, {1, 9, "222", "Meridian"}};
-    stored["Hotel"]["CallingCard"] = GetParam().stored;
+    stored["Hotel"]["CallingCard"] = card;
     StartOnHotel();
-    EXPECT_EQ(From().chkCallingCard.Value(), GetParam().shown.empty() ? kUnchecked : kChecked);
-    EXPECT_EQ(From().lblCallingCardName.Caption(), GetParam().shown);
+    EXPECT_EQ(From().chkCallingCard.Value(), shown.empty() ? kUnchecked : kChecked);
+    EXPECT_EQ(From().lblCallingCardName.Caption(), shown);
 }
 
 INSTANTIATE_TEST_SUITE_P(Identifiers, StoredCardTest,
-                         ::testing::Values(StoredCardCase{"7", "Bluewave"},
-                                           StoredCardCase{"9", "Meridian"}, StoredCardCase{"0", ""},
-                                           StoredCardCase{"5", ""}, StoredCardCase{"x", ""}));
+                         ::testing::Values(std::tuple{"7", "Bluewave"}, std::tuple{"9", "Meridian"},
+                                           std::tuple{"0", ""}, std::tuple{"5", ""},
+                                           std::tuple{"x", ""}));
 
 TEST_F(FromPulloutTest, AStoredCardIsIgnoredWhenTheCardControlsAreHidden) {
     stored["Hotel"]["CallingCard"] = "7";
@@ -316,76 +291,57 @@ TEST_F(FromPulloutTest, AStoredCardIsIgnoredWhenTheCardControlsAreHidden) {
 
 // ---- policies ----------------------------------------------------------------------------------
 
-struct PolicyCase {
-    std::string value;
-    bool works;
-    bool enabled;
-    int shown;  // the stored manual dial, as the box shows it
-};
-
-class ManualPolicyTest : public FromPulloutTest,
-                         public ::testing::WithParamInterface<PolicyCase> {};
+using ManualPolicyTest = Cases<FromPulloutTest, std::string, bool, bool, int>;
 
 TEST_P(ManualPolicyTest, TheManualDialingPolicyDecidesTheBox) {
-    policy["ManualDialing"] = {GetParam().value, GetParam().works};
+    // `shown`: the stored manual dial, as the box shows it.
+    const auto& [value, works, enabled, shown] = GetParam();
+    policy["ManualDialing"] = {value, works};
     stored["Hotel"]["ManualDial"] = "1";
     StartOnHotel();
-    EXPECT_EQ(From().chkManualDial.Enabled(), GetParam().enabled);
-    EXPECT_EQ(From().lblManualDial.Enabled(), GetParam().enabled);
-    EXPECT_EQ(From().chkManualDial.Value(), GetParam().shown);
+    EXPECT_EQ(From().chkManualDial.Enabled(), enabled);
+    EXPECT_EQ(From().lblManualDial.Enabled(), enabled);
+    EXPECT_EQ(From().chkManualDial.Value(), shown);
 }
 
 INSTANTIATE_TEST_SUITE_P(Values, ManualPolicyTest,
-                         ::testing::Values(PolicyCase{"1", true, true, kChecked},
-                                           PolicyCase{"0", true, false, kUnchecked},
-                                           PolicyCase{"", false, false, kUnchecked},
-                                           PolicyCase{"7", true, true, kUnchecked}));
+                         ::testing::Values(std::tuple{"1", true, true, kChecked},
+                                           std::tuple{"0", true, false, kUnchecked},
+                                           std::tuple{"", false, false, kUnchecked},
+                                           std::tuple{"7", true, true, kUnchecked}));
 
 // The card policy is read at load, where only a "0" forbids, and again when the connection is
 // dialled once more, where anything but a readable non-"0" forbids.
-struct CardPolicyCase {
-    std::string value;
-    bool works;
-    bool atLoad;
-    bool afterRedial;
-};
-
-class CardPolicyTest : public FromPulloutTest,
-                       public ::testing::WithParamInterface<CardPolicyCase> {};
+using CardPolicyTest = Cases<FromPulloutTest, std::string, bool, bool, bool>;
 
 TEST_P(CardPolicyTest, TheCardPolicyDecidesTheCardBox) {
-    policy["CCdialing"] = {GetParam().value, GetParam().works};
+    const auto& [value, works, atLoad, afterRedial] = GetParam();
+    policy["CCdialing"] = {value, works};
     cards = {{0, 7, "111", "Bluewave"}};
     StartWithPullout();
-    EXPECT_EQ(From().chkCallingCard.Enabled(), GetParam().atLoad);
-    EXPECT_EQ(From().lblCallingCard.Enabled(), GetParam().atLoad);
+    EXPECT_EQ(From().chkCallingCard.Enabled(), atLoad);
+    EXPECT_EQ(From().lblCallingCard.Enabled(), atLoad);
     From().chkUseExisting.UserClick();
     From().chkUseExisting.UserClick();
-    EXPECT_EQ(From().chkCallingCard.Enabled(), GetParam().afterRedial);
-    EXPECT_EQ(From().lblCallingCardName.Enabled(), GetParam().afterRedial);
+    EXPECT_EQ(From().chkCallingCard.Enabled(), afterRedial);
+    EXPECT_EQ(From().lblCallingCardName.Enabled(), afterRedial);
 }
 
 INSTANTIATE_TEST_SUITE_P(Values, CardPolicyTest,
-                         ::testing::Values(CardPolicyCase{"1", true, true, true},
-                                           CardPolicyCase{"0", true, false, false},
-                                           CardPolicyCase{"", false, true, false}));
+                         ::testing::Values(std::tuple{"1", true, true, true},
+                                           std::tuple{"0", true, false, false},
+                                           std::tuple{"", false, true, false}));
 
 // ---- a write refused in the middle -------------------------------------------------------------
 
-struct RefusedCase {
-    std::string key;
-    std::string country;
-    Names messages;
-};
-
-class RefusedWriteTest : public FromPulloutTest,
-                         public ::testing::WithParamInterface<RefusedCase> {};
+using RefusedWriteTest = Cases<FromPulloutTest, std::string, std::string, Names>;
 
 TEST_P(RefusedWriteTest, ARefusedWriteIsToldAndTheOthersStillRun) {
-    refusedKeys = {GetParam().key};
+    const auto& [key, country, told] = GetParam();
+    refusedKeys = {key};
     StartWithPullout();
     BeginNew("Office");
-    SelectCountry(GetParam().country);
+    SelectCountry(country);
     Type(From().txtAreaCode, "617");
     Type(From().txtPhoneNumber, "5550123");
     From().btnAdd.UserClick();
@@ -393,7 +349,7 @@ TEST_P(RefusedWriteTest, ARefusedWriteIsToldAndTheOthersStillRun) {
     EXPECT_EQ(engine->CountOf("CreateLocation"), 1);
     Names messages = BoxTexts();
     messages.pop_back();  // "Saved Office"
-    EXPECT_EQ(messages, GetParam().messages);
+    EXPECT_EQ(messages, told);
 }
 
 const char* const kUs = "UNITED STATES (1)";
@@ -401,38 +357,34 @@ const char* const kUs = "UNITED STATES (1)";
 INSTANTIATE_TEST_SUITE_P(
     Keys, RefusedWriteTest,
     ::testing::Values(
-        RefusedCase{"CountryName", kUs, {"Error setting the country name for Office"}},
-        RefusedCase{"Exchange", kUs, {"Error setting the exchange for Office"}},
-        RefusedCase{"Exchange", "GERMANY (49)", {}},
-        RefusedCase{"Number", "GERMANY (49)", {"Error setting the number for Office"}},
-        RefusedCase{"CallingCard", kUs, {}},
-        RefusedCase{"TunnelOverLAN", kUs, {"Error setting the prefered calling card."}}));
+        std::tuple{"CountryName", kUs, Names{"Error setting the country name for Office"}},
+        std::tuple{"Exchange", kUs, Names{"Error setting the exchange for Office"}},
+        std::tuple{"Exchange", "GERMANY (49)", Names{}},
+        std::tuple{"Number", "GERMANY (49)", Names{"Error setting the number for Office"}},
+        std::tuple{"CallingCard", kUs, Names{}},
+        std::tuple{"TunnelOverLAN", kUs, Names{"Error setting the prefered calling card."}}));
 
 // ---- closing and connecting --------------------------------------------------------------------
 
-struct ConnectCase {
-    int answer;
-    std::string stored;  // the long distance prefix afterwards, typed "1" over "8"
-    int connects;
-};
-
-class ConnectTest : public FromPulloutTest, public ::testing::WithParamInterface<ConnectCase> {};
+using ConnectTest = Cases<FromPulloutTest, int, std::string, int>;
 
 TEST_P(ConnectTest, ConnectWithAChangedFormAsksYesSavesAndStopsNoDropsTheEditAndConnects) {
+    // `prefix`: the long distance prefix afterwards, typed "1" over "8".
+    const auto& [answer, prefix, connects] = GetParam();
     StartWithPullout();
     Type(From().txtLongDistance, "1");
-    platform.AnswerNextBox(GetParam().answer);
+    platform.AnswerNextBox(answer);
     Win().btnConnect.UserClick();
     EXPECT_EQ(BoxTexts().front(),
               "The From Location form has been modified, do you wish to save the changes?");
-    EXPECT_EQ(stored["Home"]["LongDistanceAccess"], GetParam().stored);
-    EXPECT_EQ(From().txtLongDistance.Text(), GetParam().stored);
-    EXPECT_EQ(engine->CountOf("Connect"), GetParam().connects);
+    EXPECT_EQ(stored["Home"]["LongDistanceAccess"], prefix);
+    EXPECT_EQ(From().txtLongDistance.Text(), prefix);
+    EXPECT_EQ(engine->CountOf("Connect"), connects);
 }
 
 INSTANTIATE_TEST_SUITE_P(Answers, ConnectTest,
-                         ::testing::Values(ConnectCase{kResultYes, "1", 0},
-                                           ConnectCase{kResultNo, "8", 1}));
+                         ::testing::Values(std::tuple{kResultYes, "1", 0},
+                                           std::tuple{kResultNo, "8", 1}));
 
 TEST_F(FromPulloutTest, ClosingAChangedFormWithYesKeepsItOpen) {
     StartWithPullout();

@@ -147,16 +147,6 @@ void LocationTest::BeginNew(const std::string& name) {
     From().cmboLocations.UserSetText(name);
 }
 
-void LocationTest::SelectCountry(const std::string& text) {
-    for (int i = 0; i < From().cmboCountries.ListCount(); ++i) {
-        if (From().cmboCountries.List(i) == text) {
-            From().cmboCountries.UserSelect(i);
-            return;
-        }
-    }
-    FAIL() << "no country " << text;
-}
-
 void LocationTest::DeliverDialList() {
     if (Win().IsGettingDialList) {
         engine->RaiseGetGenericISPList("", Variant());

@@ -51,7 +51,7 @@ class LocationTest : public ProgramTest {
     PrefPullout& Pref() { return app->Form<PrefPullout>(); }
     // Presses Add, names the location and types the number parts.
     void BeginNew(const std::string& name);
-    void SelectCountry(const std::string& text);
+    void SelectCountry(const std::string& text) { Choose(From().cmboCountries, text); }
     // The dial list that a location change asks for arrives.
     void DeliverDialList();
     // Every box answered with result from now on.

@@ -19,36 +19,30 @@ class PhoneRulesTest : public LocationTest {
     }
 };
 
-struct NumberCase {
-    std::string phone;
-    std::string message;  // empty: accepted
-    std::string exchange;
-    std::string number;
-    int selStart;
-    int selLength;
-};
-
-class UsNumberTest : public PhoneRulesTest, public ::testing::WithParamInterface<NumberCase> {};
+// The number typed; the message that refuses it, empty when it is accepted; the exchange and
+// number stored; and the part selected for correction, none when the field loses the focus.
+using UsNumberTest =
+    Cases<PhoneRulesTest, std::string, std::string, std::string, std::string, int, int>;
 
 TEST_P(UsNumberTest, AUnitedStatesNumberIsSplitOrRefusedWithItsMessage) {
-    const NumberCase& c = GetParam();
+    const auto& [phone, message, exchange, number, selStart, selLength] = GetParam();
     From().txtAreaCode.UserSetText("617");
-    From().txtPhoneNumber.UserSetText(c.phone);
+    From().txtPhoneNumber.UserSetText(phone);
     From().btnAdd.UserClick();
-    if (c.message.empty()) {
+    if (message.empty()) {
         ASSERT_EQ(BoxTexts(), std::vector<std::string>{"Saved Office"});
-        EXPECT_EQ(stored["Office"]["Exchange"], c.exchange);
-        EXPECT_EQ(stored["Office"]["Number"], c.number);
-        EXPECT_EQ(From().txtPhoneNumber.Text(), c.exchange + "-" + c.number);
+        EXPECT_EQ(stored["Office"]["Exchange"], exchange);
+        EXPECT_EQ(stored["Office"]["Number"], number);
+        EXPECT_EQ(From().txtPhoneNumber.Text(), exchange + "-" + number);
         return;
     }
-    EXPECT_EQ(BoxTexts(), std::vector<std::string>{c.message});
+    EXPECT_EQ(BoxTexts(), std::vector<std::string>{message});
     EXPECT_EQ(engine->CountOf("LocationExists"), 0) << "nothing is written";
     EXPECT_EQ(From().btnAdd.Caption(), "Save");
-    if (c.selStart >= 0) {
+    if (selStart >= 0) {
         EXPECT_TRUE(From().txtPhoneNumber.HasFocus());
-        EXPECT_EQ(From().txtPhoneNumber.SelStart(), c.selStart);
-        EXPECT_EQ(From().txtPhoneNumber.SelLength(), c.selLength);
+        EXPECT_EQ(From().txtPhoneNumber.SelStart(), selStart);
+        EXPECT_EQ(From().txtPhoneNumber.SelLength(), selLength);
     } else {
         EXPECT_FALSE(From().txtPhoneNumber.HasFocus());
     }
@@ -59,20 +53,20 @@ const char* const kFormat = "Invalid phone number. Please use the format XXX-XXX
 INSTANTIATE_TEST_SUITE_P(
     Numbers, UsNumberTest,
     ::testing::Values(
-        NumberCase{"5550123", "", "555", "0123", -1, 0},
-        NumberCase{"555-0123", "", "555", "0123", -1, 0},
-        NumberCase{"-5550123", "Invalid phone number.  Too few numbers before the dash (-).", "",
+        std::tuple{"5550123", "", "555", "0123", -1, 0},
+        std::tuple{"555-0123", "", "555", "0123", -1, 0},
+        std::tuple{"-5550123", "Invalid phone number.  Too few numbers before the dash (-).", "",
                    "", 0, 0},
-        NumberCase{"555-12-12", "Invalid phone number.  Too many numbers after the dash (-).", "",
+        std::tuple{"555-12-12", "Invalid phone number.  Too many numbers after the dash (-).", "",
                    "", 4, 5},
-        NumberCase{"555-123", "Invalid phone number.  Too few numbers after the dash (-).", "", "",
+        std::tuple{"555-123", "Invalid phone number.  Too few numbers after the dash (-).", "", "",
                    4, 3},
-        NumberCase{"55-1212", "Invalid phone number.  Too few numbers before the dash (-).", "", "",
+        std::tuple{"55-1212", "Invalid phone number.  Too few numbers before the dash (-).", "", "",
                    0, 2},
-        NumberCase{"5555-1212", "Invalid phone number.  Too many numbers before the dash (-).", "",
+        std::tuple{"5555-1212", "Invalid phone number.  Too many numbers before the dash (-).", "",
                    "", 0, 4},
-        NumberCase{"555012", kFormat, "", "", -1, 0},
-        NumberCase{"55501234", kFormat, "", "", -1, 0}));
+        std::tuple{"555012", kFormat, "", "", -1, 0},
+        std::tuple{"55501234", kFormat, "", "", -1, 0}));
 
 TEST_F(PhoneRulesTest, ATwoDigitAreaCodeIsRefusedBeforeTheNumberIsLookedAt) {
     From().txtAreaCode.UserSetText("61");
@@ -106,29 +100,23 @@ TEST_F(PhoneRulesTest, OutsideTheUnitedStatesAnyDigitsAreANumberAndTheDashIsRefu
     EXPECT_EQ(stored["Office"]["Number"], "2079");
 }
 
-struct KeyCase {
-    const char* field;
-    std::string typed;
-    std::string kept;
-    int beeps;
-};
-
-class KeyFilterTest : public PhoneRulesTest, public ::testing::WithParamInterface<KeyCase> {};
+using KeyFilterTest = Cases<PhoneRulesTest, std::string, std::string, std::string, int>;
 
 TEST_P(KeyFilterTest, EachFieldLetsItsOwnKeysThrough) {
-    forms::Control* c = From().FindControl(GetParam().field);
+    const auto& [field, typed, kept, beeps] = GetParam();
+    forms::Control* c = From().FindControl(field);
     ASSERT_NE(c, nullptr);
-    Type(*c, GetParam().typed);
-    EXPECT_EQ(static_cast<forms::TextBox*>(c)->Text(), GetParam().kept);
-    EXPECT_EQ(platform.Beeps(), GetParam().beeps);
+    Type(*c, typed);
+    EXPECT_EQ(static_cast<forms::TextBox*>(c)->Text(), kept);
+    EXPECT_EQ(platform.Beeps(), beeps);
 }
 
 INSTANTIATE_TEST_SUITE_P(Fields, KeyFilterTest,
-                         ::testing::Values(KeyCase{"txtAreaCode", "6a1-7x", "617", 3},
-                                           KeyCase{"txtPhoneNumber", "555-01 2", "555-012", 1},
-                                           KeyCase{"txtOutsideAccess", "9,,", "9,,", 0},
-                                           KeyCase{"txtLongDistance", "8,#1", "8,1", 1},
-                                           KeyCase{"txtOutsideAccess", "9-", "9", 1}));
+                         ::testing::Values(std::tuple{"txtAreaCode", "6a1-7x", "617", 3},
+                                           std::tuple{"txtPhoneNumber", "555-01 2", "555-012", 1},
+                                           std::tuple{"txtOutsideAccess", "9,,", "9,,", 0},
+                                           std::tuple{"txtLongDistance", "8,#1", "8,1", 1},
+                                           std::tuple{"txtOutsideAccess", "9-", "9", 1}));
 
 TEST_F(PhoneRulesTest, EnteringAFieldSelectsAllOfIt) {
     From().txtOutsideAccess.UserSetText("9,,");

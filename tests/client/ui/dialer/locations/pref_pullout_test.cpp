@@ -115,33 +115,27 @@ TEST_F(PrefPulloutTest, ARefusedNumberStaysWithSaveEnabled) {
     EXPECT_TRUE(Pref().m_CardSaveFailed);
 }
 
-struct QuestionCase {
-    int answer;
-    int saves;
-    std::string numberOfFirstCard;
-};
-
-class CardQuestionTest : public PrefPulloutTest,
-                         public ::testing::WithParamInterface<QuestionCase> {};
+using CardQuestionTest = Cases<PrefPulloutTest, int, int, std::string>;
 
 TEST_P(CardQuestionTest, AnotherCardWithAnUnsavedNumberAsksAndTheChoiceGoesAhead) {
+    const auto& [answer, saves, numberOfFirstCard] = GetParam();
     StartWithPref();
     Pref().cmboCallingCards.UserSelect(0);
     Pref().txtCardNumber.UserSetText("4242");
-    platform.AnswerNextBox(GetParam().answer);
+    platform.AnswerNextBox(answer);
     Pref().cmboCallingCards.UserSelect(1);
     EXPECT_EQ(BoxTexts().front(),
               "The calling card number for the currently selected carrier has been modified, "
               "do you wish to save the changes?");
-    EXPECT_EQ(engine->CountOf("SetCallingCardNumber"), GetParam().saves);
+    EXPECT_EQ(engine->CountOf("SetCallingCardNumber"), saves);
     EXPECT_EQ(Pref().cmboCallingCards.Text(), "Meridian");
     EXPECT_EQ(Pref().txtCardNumber.Text(), "222");
-    EXPECT_EQ(app->CallingCards->item(1)->number, GetParam().numberOfFirstCard);
+    EXPECT_EQ(app->CallingCards->item(1)->number, numberOfFirstCard);
 }
 
 INSTANTIATE_TEST_SUITE_P(Answers, CardQuestionTest,
-                         ::testing::Values(QuestionCase{kResultYes, 1, "4242"},
-                                           QuestionCase{kResultNo, 0, "111"}));
+                         ::testing::Values(std::tuple{kResultYes, 1, "4242"},
+                                           std::tuple{kResultNo, 0, "111"}));
 
 TEST_F(PrefPulloutTest, ConnectWithAnUnsavedNumberAsksAndYesStopsTheConnect) {
     StartWithPref();
@@ -162,26 +156,20 @@ TEST_F(PrefPulloutTest, ConfirmDialIsWrittenToTheSelectedLocationAtOnce) {
     EXPECT_EQ(Pref().chkConfirmDial.Value(), forms::check::kUnchecked) << "Hotel's own value";
 }
 
-struct EditingPolicyCase {
-    std::string value;
-    bool works;
-    bool enabled;
-};
-
-class EditingPolicyTest : public PrefPulloutTest,
-                          public ::testing::WithParamInterface<EditingPolicyCase> {};
+using EditingPolicyTest = Cases<PrefPulloutTest, std::string, bool, bool>;
 
 TEST_P(EditingPolicyTest, TheDialStringEditingPolicyDecidesConfirmDial) {
-    policy["DialStringEditing"] = {GetParam().value, GetParam().works};
+    const auto& [value, works, enabled] = GetParam();
+    policy["DialStringEditing"] = {value, works};
     StartWithPullout();
-    EXPECT_EQ(Pref().chkConfirmDial.Enabled(), GetParam().enabled);
+    EXPECT_EQ(Pref().chkConfirmDial.Enabled(), enabled);
 }
 
 INSTANTIATE_TEST_SUITE_P(Values, EditingPolicyTest,
-                         ::testing::Values(EditingPolicyCase{"1", true, true},
-                                           EditingPolicyCase{"0", true, false},
-                                           EditingPolicyCase{"1", false, false},
-                                           EditingPolicyCase{"2", true, false}));
+                         ::testing::Values(std::tuple{"1", true, true},
+                                           std::tuple{"0", true, false},
+                                           std::tuple{"1", false, false},
+                                           std::tuple{"2", true, false}));
 
 }  // namespace
 }  // namespace kw::dialer::testing

@@ -30,15 +30,6 @@ class RoundTripTest : public ProgramTest {
         }
         return numbers;
     }
-    static void Select(forms::ComboBox& box, const std::string& text) {
-        for (int i = 0; i < box.ListCount(); ++i) {
-            if (box.List(i) == text) {
-                box.UserSelect(i);
-                return;
-            }
-        }
-        FAIL() << "no " << text;
-    }
 };
 
 TEST_F(RoundTripTest, ALocationInGermanyWithACardIsKeptWholeAcrossARestart) {
@@ -52,7 +43,7 @@ TEST_F(RoundTripTest, ALocationInGermanyWithACardIsKeptWholeAcrossARestart) {
     FromPullout& from = app->Form<FromPullout>();
     from.btnAdd.UserClick();
     from.cmboLocations.UserSetText("Berlin Office");
-    Select(from.cmboCountries, "GERMANY (49)");
+    Choose(from.cmboCountries, "GERMANY (49)");
     from.txtPhoneNumber.UserSetText("30 1234567");
     from.txtOutsideAccess.UserSetText("0,");
     from.chkCallingCard.UserClick();
@@ -71,7 +62,7 @@ TEST_F(RoundTripTest, ALocationInGermanyWithACardIsKeptWholeAcrossARestart) {
     app = std::make_unique<Application>(platform);
     ASSERT_TRUE(Start());
     ASSERT_TRUE(DialListArrives());
-    Select(Win().cmboFrom, "Berlin Office");
+    Choose(Win().cmboFrom, "Berlin Office");
     ASSERT_TRUE(DialListArrives());
     FromPullout& again = app->Form<FromPullout>();
     EXPECT_EQ(again.cmboCountries.Text(), "GERMANY (49)");

@@ -1,5 +1,6 @@
 #include "program_fixture.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -22,13 +23,19 @@ Variant NameList(const std::vector<std::string>& names) {
     return Variant(std::move(list));
 }
 
-void DisplayRecorder::ControlChanged(forms::Control& control, forms::Property what) {
-    const std::string& name = control.Name();
-    if (what == forms::Property::Visible && (name.rfind("img", 0) == 0)) {
-        lights.push_back((control.Visible() ? "+" : "-") + name);
+void Choose(forms::ComboBox& box, const std::string& text) {
+    for (int i = 0; i < box.ListCount(); ++i) {
+        if (box.List(i) == text) {
+            box.UserSelect(i);
+            return;
+        }
     }
-    if (what == forms::Property::Caption && name == "lblStatus") {
-        statusLines.push_back(static_cast<forms::Label&>(control).Caption());
+    FAIL() << box.Name() << " has no " << text;
+}
+
+void DisplayRecorder::ControlChanged(forms::Control& control, forms::Property what) {
+    if (what == forms::Property::Visible && control.Name().rfind("img", 0) == 0) {
+        lights.push_back((control.Visible() ? "+" : "-") + control.Name());
     }
 }
 
@@ -86,25 +93,27 @@ void ProgramTest::StoreUser(const std::string& user, const std::string& password
     SetUserString(settings::kPassword, password);
 }
 
-void ProgramTest::SetUserString(const char* name, const std::string& value) {
+namespace {
+
+// Writes one value of the user's settings as the program would find it there.
+void SetUserValue(const char* name, registry::DWORD type, const void* data, std::size_t size) {
     registry::HKEY key = nullptr;
     ASSERT_EQ(registry::RegCreateKeyExA(registry::HKEY_CURRENT_USER, settings::kUserKey, 0, nullptr,
                                         0, registry::KEY_ALL_ACCESS, nullptr, &key, nullptr),
               0);
-    registry::RegSetValueExA(key, name, 0, registry::REG_SZ,
-                             reinterpret_cast<const registry::BYTE*>(value.c_str()),
-                             static_cast<registry::DWORD>(value.size() + 1));
+    registry::RegSetValueExA(key, name, 0, type, static_cast<const registry::BYTE*>(data),
+                             static_cast<registry::DWORD>(size));
     registry::RegCloseKey(key);
 }
 
+}  // namespace
+
+void ProgramTest::SetUserString(const char* name, const std::string& value) {
+    SetUserValue(name, registry::REG_SZ, value.c_str(), value.size() + 1);
+}
+
 void ProgramTest::SetUserDword(const char* name, std::uint32_t value) {
-    registry::HKEY key = nullptr;
-    ASSERT_EQ(registry::RegCreateKeyExA(registry::HKEY_CURRENT_USER, settings::kUserKey, 0, nullptr,
-                                        0, registry::KEY_ALL_ACCESS, nullptr, &key, nullptr),
-              0);
-    registry::RegSetValueExA(key, name, 0, registry::REG_DWORD,
-                             reinterpret_cast<const registry::BYTE*>(&value), 4);
-    registry::RegCloseKey(key);
+    SetUserValue(name, registry::REG_DWORD, &value, sizeof value);
 }
 
 Variant ProgramTest::UserSetting(const char* name, Variant value) {
@@ -160,11 +169,8 @@ std::string ProgramTest::ReadFile(const std::filesystem::path& path) const {
 }
 
 int ProgramTest::CountBoxesWithText(const std::string& text) const {
-    int count = 0;
-    for (const auto& box : platform.Boxes()) {
-        count += box.text == text ? 1 : 0;
-    }
-    return count;
+    return static_cast<int>(std::count_if(platform.Boxes().begin(), platform.Boxes().end(),
+                                          [&](const auto& box) { return box.text == text; }));
 }
 
 }  // namespace kw::dialer::testing

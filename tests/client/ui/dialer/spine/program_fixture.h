@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "client/ui/dialer/core/application.h"
@@ -21,14 +22,15 @@ namespace kw::dialer::testing {
 // A list of names as the engine delivers them.
 automation::Variant NameList(const std::vector<std::string>& names);
 
-// Records what a form's renderer would be told: which lights went on and off, in order, and
-// every status line shown.
+// Chooses the item of that text, as a user would; the test fails when there is none.
+void Choose(forms::ComboBox& box, const std::string& text);
+
+// Records which lights a form's renderer would be told went on and off, in order.
 class DisplayRecorder : public forms::FormObserver {
   public:
     void ControlChanged(forms::Control& control, forms::Property what) override;
     void FormChanged(forms::Form&, forms::FormProperty) override {}
     std::vector<std::string> lights;  // "+imgModemDetected", "-imgLogoOn", ...
-    std::vector<std::string> statusLines;
 };
 
 // Hears bus events, and vetoes what it is told to.
@@ -88,5 +90,10 @@ class ProgramTest : public ::testing::Test {
     std::shared_ptr<dravlink::Simulator> simulator;
     std::unique_ptr<Application> app;
 };
+
+// A suite of `Base` run once per row of a table; each test names the row's fields as it reads
+// them, and a failure prints the row.
+template <class Base, class... Fields>
+class Cases : public Base, public ::testing::WithParamInterface<std::tuple<Fields...>> {};
 
 }  // namespace kw::dialer::testing

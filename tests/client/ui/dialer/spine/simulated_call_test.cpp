@@ -20,11 +20,7 @@ class SimulatedCallTest : public ProgramTest {
         ASSERT_TRUE(Start());
         MainWin& win = Win();
         ASSERT_TRUE(RunUntil([&] { return !win.IsGettingDialList; })) << "the dial list arrives";
-        for (int i = 0; i < win.cmboTo.ListCount(); ++i) {
-            if (win.cmboTo.List(i) == "Engineering Lab")
-                win.cmboTo.UserSelect(i);
-        }
-        ASSERT_EQ(win.cmboTo.Text(), "Engineering Lab");
+        ASSERT_NO_FATAL_FAILURE(Choose(win.cmboTo, "Engineering Lab"));
         win.btnConnect.UserClick();
         ASSERT_TRUE(RunUntil([&] { return win.IsConnected; })) << win.lblStatus.Caption();
     }

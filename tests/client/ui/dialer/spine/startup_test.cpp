@@ -35,16 +35,6 @@ class StartupTest : public ProgramTest {
     }
 };
 
-TEST_F(StartupTest, TheStoredUserLogsOnFirstAndTheListsFillTheCombos) {
-    StoreUser("anna", "secret");
-    ASSERT_TRUE(Start());
-    EXPECT_EQ(engine->CallNames()[0], "Logon");
-    EXPECT_EQ(engine->CallsTo("Logon")[0].args[0].ToString(), "anna");
-    EXPECT_EQ(Win().cmboTo.ListCount(), 2);
-    EXPECT_EQ(Win().cmboTo.Text(), "Corporate");
-    EXPECT_EQ(Win().cmboFrom.Text(), "Home") << "LastSelectedLocation is absent: index 0";
-}
-
 TEST_F(StartupTest, TheFirstDialListIsAskedForTheChosenPairAndConnectWaitsForIt) {
     StoreUser("anna", "secret");
     ASSERT_TRUE(Start());
@@ -67,6 +57,7 @@ TEST_F(StartupTest, RefusedStoredPasswordShowsTheLoginAgainEvenAfterCancel) {
     EXPECT_EQ(platform.ModalsShown(), (std::vector<std::string>{"frmLogin", "frmLogin"}));
     const auto logons = engine->CallsTo("Logon");
     ASSERT_EQ(logons.size(), 3u);
+    EXPECT_EQ(logons[0].args[0].ToString(), "anna") << "the stored pair is tried first";
     EXPECT_EQ(logons[1].args[1].ToString(), "stale") << "Cancel leaves the pair as it was";
     EXPECT_EQ(logons[2].args[1].ToString(), "fresh");
     EXPECT_EQ(engine->CountOf("GetPhoneList"), 1);
@@ -150,23 +141,20 @@ TEST_F(StartupTest, LastLocationBeyondTheListSelectsNothing) {
 }
 
 // A settings file the program cannot use is named once, with the reason, before the logon loop.
-struct Unusable {
-    const char* name;
-    const char* hive;  // under the test's folder: "folder.reg/", "plain", "locked.reg" (mode 0)
-    const char* reason;
-};
-
-class UnusableSettingsTest : public StartupTest, public ::testing::WithParamInterface<Unusable> {};
+// Each case: its name, the hive under the test's folder ("folder.reg" a folder, "plain" a file,
+// "locked.reg" of mode 0), and the reason given.
+using UnusableSettingsTest = Cases<StartupTest, std::string, std::string, std::string>;
 
 TEST_P(UnusableSettingsTest, IsNamedOnceWithTheReasonAndTheLogonLoopGoesOn) {
-    if (std::string(GetParam().name) == "Unreadable" && ::geteuid() == 0) {
+    const auto& [name, file, reason] = GetParam();
+    if (name == "Unreadable" && ::geteuid() == 0) {
         GTEST_SKIP() << "root reads any file";
     }
     std::ofstream(dir / "plain") << "a file where a folder should be\n";
     std::ofstream(dir / "locked.reg") << "WINE REGISTRY Version 2\n";
     fs::permissions(dir / "locked.reg", fs::perms::none);
     fs::create_directories(dir / "folder.reg");
-    const fs::path hive = dir / GetParam().hive;
+    const fs::path hive = dir / file;
     registry::Configure({hive.string(), (dir / "system.reg").string()});
     platform.AnswerBoxes([](const headless::BoxRecord&) { return forms::mb::kResultOk; });
     WhenLoginShows([](frmLogin& login) { login.cmdCancel.UserClick(); });
@@ -176,7 +164,7 @@ TEST_P(UnusableSettingsTest, IsNamedOnceWithTheReasonAndTheLogonLoopGoesOn) {
     for (const std::string& told :
          {err, platform.Boxes().empty() ? "" : platform.Boxes()[0].text}) {
         EXPECT_NE(told.find(hive.string()), std::string::npos) << told;
-        EXPECT_NE(told.find(GetParam().reason), std::string::npos) << told;
+        EXPECT_NE(told.find(reason), std::string::npos) << told;
     }
     int naming = 0;
     for (const auto& box : platform.Boxes()) {
@@ -190,11 +178,12 @@ TEST_P(UnusableSettingsTest, IsNamedOnceWithTheReasonAndTheLogonLoopGoesOn) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Hives, UnusableSettingsTest,
-                         ::testing::Values(Unusable{"Folder", "folder.reg", "it is a folder"},
-                                           Unusable{"FileAsFolder", "plain/user.reg",
-                                                    "a folder on its path is a file"},
-                                           Unusable{"Unreadable", "locked.reg", "cannot be read"}),
-                         [](const auto& param) { return std::string(param.param.name); });
+                         ::testing::Values(std::tuple{"Folder", "folder.reg", "it is a folder"},
+                                           std::tuple{"FileAsFolder", "plain/user.reg",
+                                                      "a folder on its path is a file"},
+                                           std::tuple{"Unreadable", "locked.reg",
+                                                      "cannot be read"}),
+                         [](const auto& param) { return std::get<0>(param.param); });
 
 }  // namespace
 }  // namespace kw::dialer::testing

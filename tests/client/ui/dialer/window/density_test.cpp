@@ -59,7 +59,6 @@ TEST_P(DensityTest, APulloutAndTheControlsOfItsFrameStandOnTheirArtworkPlaces) {
 
 TEST_P(DensityTest, TheMonitorKeepsItsPictureSizeAndItsPanelPlace) {
     namespace at = layout::perfpulldown;
-    ASSERT_TRUE(Get<PerfPulldown>().IsLoaded());
     const PerfPulldown& perf = Get<PerfPulldown>();
     ExpectAt(perf,
              {PLACE(Image1), PLACE(LeftBtn), PLACE(RightBtn), PLACE(downBtn), PLACE(detachBtn)});

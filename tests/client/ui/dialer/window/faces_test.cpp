@@ -15,9 +15,8 @@ class PulloutFacesTest : public WindowFamilyTest {
   protected:
     // In the order their tabs open them: the main window's four, then MorePullout's three.
     std::vector<forms::Form*> Pullouts() {
-        return {&Get<FromPullout>(),   &Get<ToPullout>(),  &Get<RxPullout>(),
-                &Get<MorePullout>(),   &Get<LogPullout>(), &Get<PrefPullout>(),
-                &Get<DisplayPullout>()};
+        return FormsOf<FromPullout, ToPullout, RxPullout, MorePullout, LogPullout, PrefPullout,
+                       DisplayPullout>();
     }
 
     // The picture that gives the form its outline: its own, or FromPullout's Image2.

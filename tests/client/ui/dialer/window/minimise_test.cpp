@@ -11,22 +11,7 @@ namespace {
 using forms::window_state::kMinimized;
 using forms::window_state::kNormal;
 
-class MinimiseTest : public WindowFamilyTest {
-  protected:
-    void SetUp() override {
-        WindowFamilyTest::SetUp();
-        Win().btnFromPullout.UserClick();
-        ASSERT_TRUE(Get<FromPullout>().Visible());
-    }
-};
-
-TEST_F(MinimiseTest, TheButtonMinimisesAndHidesTheFamilyKeepingTheirFlags) {
-    Win().btnMinimize.UserClick();
-    EXPECT_EQ(Win().WindowState(), kMinimized);
-    EXPECT_FALSE(Get<FromPullout>().Visible() || Get<PerfPulldown>().Visible());
-    EXPECT_TRUE(Win().fromShown && Win().perfShown);
-    EXPECT_EQ(Win().btnMinimize.Picture(), Win().Image5.Picture()) << "the flash ends at rest";
-}
+using MinimiseTest = WindowFamilyTest;
 
 TEST_F(MinimiseTest, TheWindowManagersMinimiseTakesMorePulloutsPanelsAlong) {
     Win().btnMorePullout.UserClick();

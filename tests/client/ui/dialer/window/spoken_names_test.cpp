@@ -2,6 +2,7 @@
 // reaches a control of its form, and no picture is spoken by its name in the forms.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -19,17 +20,8 @@ class SpokenNamesTest : public WindowFamilyTest {
   protected:
     // The forms the table speaks for, loaded as the program loads them.
     std::vector<forms::Form*> Forms() {
-        return {&Win(),
-                &app->Form<FromPullout>(),
-                &app->Form<ToPullout>(),
-                &app->Form<RxPullout>(),
-                &app->Form<MorePullout>(),
-                &app->Form<PrefPullout>(),
-                &app->Form<LogPullout>(),
-                &app->Form<DisplayPullout>(),
-                &app->Form<PerfPulldown>(),
-                &app->Form<frmLogin>(),
-                &app->Form<frmISPLogin>()};
+        return FormsOf<MainWin, FromPullout, ToPullout, RxPullout, MorePullout, PrefPullout,
+                       LogPullout, DisplayPullout, PerfPulldown, frmLogin, frmISPLogin>();
     }
 };
 
@@ -37,14 +29,10 @@ TEST_F(SpokenNamesTest, EveryRowOfTheTableReachesAControlOfItsForm) {
     const std::vector<forms::Form*> forms = Forms();
     for (const spoken::SpokenControl& row : spoken::SpokenControls()) {
         SCOPED_TRACE(std::string(row.form) + "." + row.control);
-        const forms::Form* form = nullptr;
-        for (const forms::Form* f : forms) {
-            if (f->Name() == row.form) {
-                form = f;
-            }
-        }
-        ASSERT_NE(form, nullptr) << "no such form";
-        const forms::Control* control = form->FindControl(row.control, row.index);
+        const auto form = std::find_if(forms.begin(), forms.end(),
+                                       [&](const forms::Form* f) { return f->Name() == row.form; });
+        ASSERT_NE(form, forms.end()) << "no such form";
+        const forms::Control* control = (*form)->FindControl(row.control, row.index);
         ASSERT_NE(control, nullptr);
         EXPECT_EQ(control->AccessibleRole(), row.role);
         if (row.namedBy != nullptr) {

@@ -2,6 +2,7 @@
 
 #include <map>
 #include <utility>
+#include <vector>
 
 #include "client/ui/dialer/diallist/to_pullout.h"
 #include "client/ui/dialer/locations/from_pullout.h"
@@ -50,6 +51,10 @@ class WindowFamilyTest : public ProgramTest {
     template <class F>
     F& Get() {
         return app->Form<F>();
+    }
+    template <class... F>
+    std::vector<forms::Form*> FormsOf() {
+        return {&Get<F>()...};
     }
     // Unsaved changes that the pullout's OnHide keeps it open for, when the user says so.
     void MakeToDirty() { Get<ToPullout>().btnSaveList.SetEnabled(true); }
