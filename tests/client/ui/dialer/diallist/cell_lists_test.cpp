@@ -1,5 +1,4 @@
-// The ordered cell lists: search answers, moves at both ends, the index values that stay in
-// place along the list, clearing.
+// The ordered cell lists: search answers, the index values a move trades, clearing.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -42,40 +41,15 @@ Texts Rows(const CpopDbLinkList& list) {
 }
 
 // Rows A, B and C of Acme, with index values 1, 2 and 3.
-void FillABC(CpopDbLinkList& list) {
-    for (const auto& [n, i] : {std::pair{"A", "1"}, {"B", "2"}, {"C", "3"}}) {
-        list.Add(Pop(n, "Acme", i));
-    }
-}
-
 class PopListTest : public ::testing::Test {
   protected:
-    void SetUp() override { FillABC(list); }
+    void SetUp() override {
+        for (const auto& [n, i] : {std::pair{"A", "1"}, {"B", "2"}, {"C", "3"}}) {
+            list.Add(Pop(n, "Acme", i));
+        }
+    }
     CpopDbLinkList list;
 };
-
-struct MoveCase {
-    const char* row;
-    bool down;
-    bool moved;
-    Texts rows;
-};
-
-TEST(CellListMoveTest, MovesTradeRowsAndLeaveTheIndexValuesInPlace) {
-    const MoveCase cases[] = {
-        {"B", true, true, {"A:1", "C:2", "B:3"}},  {"B", false, true, {"B:1", "A:2", "C:3"}},
-        {"A", true, true, {"B:1", "A:2", "C:3"}},  {"C", false, true, {"A:1", "C:2", "B:3"}},
-        {"C", true, false, {"A:1", "B:2", "C:3"}}, {"A", false, false, {"A:1", "B:2", "C:3"}},
-    };
-    for (const MoveCase& c : cases) {
-        SCOPED_TRACE(std::string(c.row) + (c.down ? " down" : " up"));
-        CpopDbLinkList list;
-        FillABC(list);
-        EXPECT_EQ(c.down ? list.moveDown(PopKey(c.row)) : list.moveUp(PopKey(c.row)), c.moved);
-        EXPECT_EQ(Rows(list), c.rows);
-        EXPECT_EQ(list.numOfItems(), 3);
-    }
-}
 
 TEST_F(PopListTest, TheOtherCellGetsTheMovedIndexBackAsANumber) {
     list.head()->nextCell()->popIndex = "03";

@@ -78,16 +78,6 @@ TEST_F(SavingTest, ASavedIspArrayHasSevenFieldsWithTheNameThenTheFlagThenThePosi
     EXPECT_FALSE(To().ispListChanged());
 }
 
-TEST_F(SavingTest, AfterASaveTheRowsAreTheEnginesAnswerAndTheSelectionIsGone) {
-    View().UserSelectItem(2);
-    Edit();
-    OnEachRequest({{"1", "555-0999", "Initech", "Troy", "NY", "V.34", "0", "1"}});
-    To().btnSaveList.UserClick();
-    EXPECT_EQ(Texts(), (std::vector<std::string>{"555-0999"}));
-    EXPECT_FALSE(Ticked(0));
-    EXPECT_EQ(View().SelectedItem(), 0);
-}
-
 struct RefreshCase {
     int answer;
     int refreshes;

@@ -89,12 +89,15 @@ TEST_F(DialListTest, UpAndDownMoveTheSelectedRowAndTheSelectionFollows) {
     EXPECT_EQ(View().SelectedItem(), 1);
 }
 
-TEST_F(DialListTest, DownOnTheLastRowLeavesItThereAndStillEnablesSave) {
-    View().UserSelectItem(3);
-    To().btnDown.UserClick();
-    EXPECT_EQ(Texts().back(), "555-0201");
-    EXPECT_EQ(View().SelectedItem(), 3);
-    EXPECT_TRUE(To().btnSaveList.Enabled());
+TEST_F(DialListTest, AMovePastEitherEndLeavesTheRowThereAndStillEnablesSave) {
+    for (const auto& [row, arrow] : {std::pair{3, &To().btnDown}, std::pair{1, &To().btnUp}}) {
+        View().UserSelectItem(row);
+        arrow->UserClick();
+        EXPECT_EQ(Texts(), (std::vector<std::string>{"555-0101", "555-0102", "555-0201"})) << row;
+        EXPECT_EQ(View().SelectedItem(), row);
+        EXPECT_TRUE(To().btnSaveList.Enabled()) << row;
+        To().btnSaveList_Click();  // clean state, flags cleared
+    }
 }
 
 TEST_F(DialListTest, ArrowsAreHiddenWhenThePolicyForbidsOrderingOrNoRowsCame) {

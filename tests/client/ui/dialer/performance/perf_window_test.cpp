@@ -16,21 +16,22 @@ using automation::Variant;
 
 class PerfWindowTest : public PerfTest {
   protected:
-    std::vector<forms::Label*> Counters() {
+    // Every counter at zero, no speed, and the clock stopped at zero.
+    void ExpectAtRest() {
         PerfPulldown& p = Perf();
-        return {&p.IspSent,  &p.IspRcv,   &p.VpnSent, &p.VpnRcv, &p.CRCCnt,
-                &p.FrameCnt, &p.AlignCnt, &p.HwCnt,   &p.BufCnt};
+        for (forms::Label* counter : {&p.IspSent, &p.IspRcv, &p.VpnSent, &p.VpnRcv, &p.CRCCnt,
+                                      &p.FrameCnt, &p.AlignCnt, &p.HwCnt, &p.BufCnt}) {
+            EXPECT_EQ(counter->Caption(), "0") << counter->Name();
+        }
+        EXPECT_EQ(p.CMPanel1.Caption(), "Speed: ");
+        EXPECT_EQ(p.Duration.Caption(), "000:00:00");
+        platform.Advance(2000);
+        EXPECT_EQ(p.Duration.Caption(), "000:00:00") << "the clock stays stopped";
     }
 };
 
 TEST_F(PerfWindowTest, AtRestTheCountersStandAtZeroAndTheClockIsStopped) {
-    PerfPulldown& p = Perf();
-    for (forms::Label* counter : Counters()) {
-        EXPECT_EQ(counter->Caption(), "0") << counter->Name();
-    }
-    EXPECT_EQ(p.CMPanel1.Caption(), "Speed: ");
-    EXPECT_EQ(p.Duration.Caption(), "000:00:00");
-    EXPECT_FALSE(p.dTimer.TimerEnabled());
+    ExpectAtRest();
 }
 
 TEST_F(PerfWindowTest, TheSpeedCaptionShowsNoDigitForZero) {
@@ -64,21 +65,15 @@ TEST_F(PerfWindowTest, EndPerfReturnsToRestAndALateSampleChangesNothing) {
     platform.Advance(3000);
     SendRate(250000);  // the chart turns to Mb/s
     Perf().EndPerf();
-    EXPECT_EQ(Perf().CMPanel1.Caption(), "Speed: ");
-    EXPECT_EQ(Perf().Duration.Caption(), "000:00:00");
     EXPECT_EQ(Perf().Statistics(), nullptr);
     const forms::ChartAxis& axis = Perf().RateChart.LeftAxis();
     EXPECT_EQ(std::tuple(axis.maximum, axis.minimum, axis.labelFormat),
               std::tuple(1.0, -1.0, std::string("R###;T###;Kb/s")));
 
     Send(Isp({{4, Variant(std::int32_t{7000})}}), Vpn({{5, Variant(900.0)}}));
-    for (forms::Label* counter : Counters()) {
-        EXPECT_EQ(counter->Caption(), "0") << counter->Name();
-    }
+    ExpectAtRest();
     EXPECT_EQ(Perf().RateChart.PointCount(0), 8);
     EXPECT_TRUE(Perf().RateChart.IsNull(0, 7)) << "the charts stay as reset";
-    platform.Advance(2000);
-    EXPECT_EQ(Perf().Duration.Caption(), "000:00:00") << "the clock stays stopped";
 }
 
 TEST_F(PerfWindowTest, ASecondBeginPerfKeepsTheClockAndTheNamesAndResetsTheScale) {

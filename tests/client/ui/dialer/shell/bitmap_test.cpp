@@ -15,7 +15,7 @@ namespace {
 using namespace testing;
 using Rows = std::vector<std::string>;
 
-Region ShapeOf(const BmpSpec& bmp, int left = 0, int top = 0) {
+Region ShapeOf(const BmpImage& bmp, int left = 0, int top = 0) {
     const BitmapBits bits = ParseBitmap(MakeBmp(bmp), "test.bmp");
     return ShapeFromBitmap(bits, FindKeyIndex(bits.colours, kGreen),
                            Rect{left, top, left + bmp.width, top + bmp.height});
@@ -23,7 +23,7 @@ Region ShapeOf(const BmpSpec& bmp, int left = 0, int top = 0) {
 
 TEST(BitmapReaderTest, ReadsRowsTopToBottomWithEvenRowLength) {
     for (bool topDown : {false, true}) {
-        BmpSpec s = FromPicture({"#..", "..#"});
+        BmpImage s = FromPicture({"#..", "..#"});
         s.topDown = topDown;
         s.padding = 7;
         const BitmapBits bits = ParseBitmap(MakeBmp(s), "x.bmp");
@@ -37,9 +37,9 @@ TEST(BitmapReaderTest, ReadsRowsTopToBottomWithEvenRowLength) {
 }
 
 TEST(BitmapReaderTest, RejectsWhatItCannotReadWithoutReadingPastTheData) {
-    BmpSpec deep = FromPicture({"..", ".."});
+    BmpImage deep = FromPicture({"..", ".."});
     deep.bitCount = 24;
-    BmpSpec rle = FromPicture({"..", ".."});
+    BmpImage rle = FromPicture({"..", ".."});
     rle.compression = 1;
     const auto whole = MakeBmp(FromPicture({"....", "....", "...."}));
     auto badOffset = whole;
@@ -76,7 +76,7 @@ TEST(ShapeTest, KeyPixelsArePunchedOutRowByRow) {
     // Width 5 rounds to 6 bytes a row; the padding byte is 0, not the key, so nothing spills.
     for (const Rows& picture :
          {Rows{"....", "...."}, Rows{"#..##", ".....", "..#..", "...##"}, Rows{"####", "####"}}) {
-        const BmpSpec s = FromPicture(picture);
+        const BmpImage s = FromPicture(picture);
         const Region shape = ShapeOf(s);
         Rows expected = picture;
         for (auto& row : expected) row += '#';
@@ -91,7 +91,7 @@ TEST(ShapeTest, TheFirstGreenIsTheKeyAndWithoutOneIndexZeroIsTransparent) {
     table[7] = table[9] = kGreen;
     EXPECT_EQ(FindKeyIndex(table, kGreen), 7);
 
-    BmpSpec s = FromPicture({"....", "...."});
+    BmpImage s = FromPicture({"....", "...."});
     s.palette = {{10, 10, 10}, {200, 0, 0}, kSlate};  // no green anywhere
     s.rows[0][0] = s.rows[1][3] = 0;
     EXPECT_EQ(Picture(ShapeOf(s), 4, 2), (Rows{"#...", "...#"}));
@@ -100,7 +100,7 @@ TEST(ShapeTest, TheFirstGreenIsTheKeyAndWithoutOneIndexZeroIsTransparent) {
 TEST(ShapeTest, PaddingByteEqualToTheKeyTogglesThePixelBesideThePicture) {
     // Odd width: each row carries one padding byte, walked like a pixel. Row 0: the padding run
     // lies outside the rectangle, so exclusive-or adds it; row 1: one run removes 2 and adds 3.
-    BmpSpec s = FromPicture({"...", "..#", "..."});
+    BmpImage s = FromPicture({"...", "..#", "..."});
     s.padding = 1;  // the key index
     EXPECT_EQ(Picture(ShapeOf(s), 5, 3), (Rows{"....#", "..#.#", "....#"}));
 }

@@ -13,7 +13,7 @@ constexpr RgbColour kGreen{0, 255, 0};
 constexpr RgbColour kSlate{40, 44, 52};
 
 // An 8-bit palette bitmap as a file holds it.
-struct BmpSpec {
+struct BmpImage {
     int width = 0;
     int height = 0;
     bool topDown = false;  // how the file stores the rows
@@ -24,7 +24,7 @@ struct BmpSpec {
     std::uint8_t padding = 0;                     // value of the file's row padding bytes
 };
 
-inline std::vector<std::uint8_t> MakeBmp(const BmpSpec& s) {
+inline std::vector<std::uint8_t> MakeBmp(const BmpImage& s) {
     const int stride = (s.width + 3) / 4 * 4;
     const auto offset = static_cast<std::int64_t>(14 + 40 + s.palette.size() * 4);
     std::vector<std::uint8_t> d = {'B', 'M'};
@@ -53,8 +53,8 @@ inline std::vector<std::uint8_t> MakeBmp(const BmpSpec& s) {
 }
 
 // Rows from text: '#' is palette index 1 (green, the key), '.' index 2 (slate, the artwork).
-inline BmpSpec FromPicture(const std::vector<std::string>& picture) {
-    BmpSpec s;
+inline BmpImage FromPicture(const std::vector<std::string>& picture) {
+    BmpImage s;
     s.width = static_cast<int>(picture.front().size());
     s.height = static_cast<int>(picture.size());
     s.palette = {{0, 0, 0}, kGreen, kSlate};

@@ -168,9 +168,9 @@ TEST_F(DisplayTest, AConnectWhileEditingAsksAndOnlyYesStopsIt) {
                 platform.AnswerNextBox(forms::mb::kResultOk);  // the save's word
             }
         }
-        std::int32_t id = event::kConnectRequested;
-        Variant data;
-        EXPECT_EQ(Display().KestrelwayVetoableEventFunction(id, data), c.veto) << c.what;
+        EXPECT_EQ(app->EventManagerObject.postEventVetoable(event::kConnectRequested, Variant()),
+                  c.veto)
+            << c.what;
         EXPECT_EQ(Display().btnModify.Caption(), "Modify") << c.what;
     }
 }
