@@ -90,6 +90,10 @@ struct PromptCase {
     const char* outcome;  // a status line that shows the engine read the answer
 };
 
+void PrintTo(const PromptCase& c, std::ostream* os) {
+    *os << c.prompt << " in the " << c.scenario << " scenario";
+}
+
 class PromptTest : public EngineProcessTest, public ::testing::WithParamInterface<PromptCase> {};
 
 TEST_P(PromptTest, IsAnsweredAcrossTheWire) {
