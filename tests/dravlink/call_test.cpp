@@ -20,11 +20,6 @@ std::function<std::string(const Seen&)> Answer(std::string what, std::string ans
     return [=](const Seen& s) { return s.what == what ? answer : std::string(); };
 }
 
-bool Has(const std::vector<std::string>& texts, const std::string& part) {
-    return std::any_of(texts.begin(), texts.end(),
-                       [&](const std::string& t) { return t.find(part) != std::string::npos; });
-}
-
 TEST_F(SimulatorTest, ACallGoesUpStepByStepAfterConnectReturns) {
     Start();
     EXPECT_GT(Call(kLab, 0), 0);

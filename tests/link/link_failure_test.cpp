@@ -1,12 +1,8 @@
 // The link's failures reach the program as the numbers of a lost server, and end it cleanly.
 #include <signal.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <QCoreApplication>
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 
 #include "client/ui/dialer/core/main_win.h"
 #include "client/ui/dialer/spine/program_fixture.h"
@@ -24,58 +20,29 @@ using automation::Failure;
 const std::string kSeriousError =
     "A serious application error has occurred.  Please call Technical Support for assistance.";
 
-int FailureNumberOf(const std::function<void()>& attempt) {
-    try {
-        attempt();
-    } catch (const Failure& failure) {
-        return failure.Number();
-    }
-    return 0;
-}
-
-std::string Bytes(const std::filesystem::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    std::stringstream all;
-    all << in.rdbuf();
-    return all.str();
-}
-
-TEST_F(EngineProcessTest, NoEngineInstalledIsServerUnavailable) {
+// With no engine installed, or no bus at all, the client hears that the server is unavailable,
+// and why.
+TEST_F(EngineProcessTest, AnEngineOutOfReachIsServerUnavailableAndSaysWhy) {
     bus = std::make_unique<PrivateBus>(dir,
                                        PrivateBus::Setup{.engineInstalled = false, .scenario = {}});
-    std::string description;
-    try {
-        BusDravlink unreachable(nullptr, bus->Address());
-        ADD_FAILURE() << "an engine was reached";
-    } catch (const Failure& failure) {
-        EXPECT_EQ(failure.Number(), linkerr::kServerUnavailable);
-        description = failure.Description();
+    const struct {
+        const char* where;
+        QString address;
+        std::string says;
+    } cases[] = {{"no engine installed", bus->Address(), kServiceName},
+                 {"no bus at all", QString::fromStdString("unix:path=" + (dir / "none").string()),
+                  "No D-Bus session bus"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.where);
+        try {
+            BusDravlink unreachable(nullptr, c.address);
+            ADD_FAILURE() << "an engine was reached";
+        } catch (const Failure& failure) {
+            EXPECT_EQ(failure.Number(), linkerr::kServerUnavailable);
+            EXPECT_NE(failure.Description().find(c.says), std::string::npos)
+                << failure.Description();
+        }
     }
-    EXPECT_NE(description.find(kServiceName), std::string::npos) << description;
-}
-
-TEST_F(EngineProcessTest, NoBusAtAllIsServerUnavailableAndSaysSo) {
-    try {
-        BusDravlink unreachable(nullptr,
-                                QString::fromStdString("unix:path=" + (dir / "none").string()));
-        ADD_FAILURE() << "a bus was reached";
-    } catch (const Failure& failure) {
-        EXPECT_EQ(failure.Number(), linkerr::kServerUnavailable);
-        EXPECT_NE(failure.Description().find("No D-Bus session bus"), std::string::npos);
-    }
-}
-
-TEST_F(EngineProcessTest, AnEngineThatWentAwayIsObjectDisconnectedAndNotStartedAgain) {
-    Start();
-    const pid_t pid = bus->EnginePid();
-    ASSERT_GT(pid, 0);
-    ::kill(pid, SIGKILL);
-    ASSERT_TRUE(RunUntil([&] { return bus->EnginePid() == 0; }));
-    std::string value;
-    EXPECT_EQ(
-        FailureNumberOf([&] { engine->GetLocationProperty("Home Office", "AreaCode", value); }),
-        linkerr::kObjectDisconnected);
-    EXPECT_EQ(bus->EnginePid(), 0) << "a fresh engine would have lost the logon";
 }
 
 TEST_F(EngineProcessTest, KestrelwayInstallMakesTheBusStartTheEngine) {
@@ -134,8 +101,8 @@ TEST_F(KilledEngineTest, KilledInTheMiddleOfACallItEndsTheProgramWithTheFatalBox
     ASSERT_TRUE(Until([&] { return !win.IsGettingDialList; }));
     win.btnConnect.UserClick();
     ASSERT_TRUE(Until([&] { return win.IsConnected; })) << win.lblStatus.Caption();
-    const std::string user = Bytes(dir / "user.reg");
-    const std::string machine = Bytes(dir / "system.reg");
+    const std::string user = ReadFile(dir / "user.reg");
+    const std::string machine = ReadFile(dir / "system.reg");
     ASSERT_FALSE(user.empty());
 
     const pid_t pid = bus->EnginePid();
@@ -152,8 +119,9 @@ TEST_F(KilledEngineTest, KilledInTheMiddleOfACallItEndsTheProgramWithTheFatalBox
     EXPECT_EQ(platform.Boxes()[0].flags, forms::mb::kCritical | forms::mb::kSystemModal);
     EXPECT_TRUE(platform.EndedWith().has_value()) << "the process ended";
     EXPECT_TRUE(win.IsLoaded()) << "no close step: the forms stay as they were";
-    EXPECT_EQ(Bytes(dir / "user.reg"), user) << "the user's settings are untouched";
-    EXPECT_EQ(Bytes(dir / "system.reg"), machine) << "the machine settings are untouched";
+    EXPECT_EQ(ReadFile(dir / "user.reg"), user) << "the user's settings are untouched";
+    EXPECT_EQ(ReadFile(dir / "system.reg"), machine) << "the machine settings are untouched";
+    EXPECT_EQ(bus->EnginePid(), 0) << "a fresh engine would have lost the logon";
 }
 
 }  // namespace
