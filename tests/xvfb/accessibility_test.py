@@ -131,48 +131,39 @@ class Listener:
         pyatspi.Registry.deregisterEventListener(self._heard, self.event)
 
 
-class Announcements(Listener):
+class FromRole(Listener):
+    """One kind of event from nodes of one role: what `take` makes of each (None: not heard)."""
+
+    def __init__(self, event, role, take=lambda event: event.source.name):
+        super().__init__(event)
+        self.role, self.take = role, take
+
+    def hear(self, event):
+        if event.source.getRoleName() == self.role:
+            what = self.take(event)
+            if what is not None:
+                self.heard.append(what)
+
+
+def status_line_changes():
     """The status line's changes, as a reader is told them."""
-
-    def __init__(self):
-        super().__init__("object:property-change:accessible-name")
-
-    def hear(self, event):
-        if event.source.getRoleName() == "status bar":
-            self.heard.append(event.source.name)
+    return FromRole("object:property-change:accessible-name", "status bar")
 
 
-class Descriptions(Listener):
+def chart_descriptions():
     """The charts whose description changed, one entry a change, as a reader is told them."""
-
-    def __init__(self):
-        super().__init__("object:property-change:accessible-description")
-
-    def hear(self, event):
-        if event.source.getRoleName() == "chart":
-            self.heard.append(event.source.name)
+    return FromRole("object:property-change:accessible-description", "chart")
 
 
-class PasswordEcho(Listener):
+def password_echo():
     """What a password field tells a reader of the text typed into it."""
-
-    def __init__(self):
-        super().__init__("object:text-changed")
-
-    def hear(self, event):
-        if event.source.getRoleName() == "password text":
-            self.heard.append(event.any_data)
+    return FromRole("object:text-changed", "password text", lambda event: event.any_data)
 
 
-class Notifications(Listener):
+def shown_notifications():
     """Notifications as they appear: a reader speaks each one, wherever the focus is."""
-
-    def __init__(self):
-        super().__init__("object:state-changed:showing")
-
-    def hear(self, event):
-        if event.detail1 and event.source.getRoleName() == "notification":
-            self.heard.append(event.source.name)
+    return FromRole("object:state-changed:showing", "notification",
+                    lambda event: event.source.name if event.detail1 else None)
 
 
 class Focus(Listener):
@@ -292,7 +283,7 @@ class ScreenReaderTest(unittest.TestCase):
         self.assertTrue(wait_for(lambda: not showing(refusal) or None, 30), "the box stays")
         user.queryEditableText().setTextContents("tester")
         # Typed from the keyboard, the password reaches a reader as its mask only.
-        echo = PasswordEcho()
+        echo = password_echo()
         self.addCleanup(echo.stop)
         password.queryComponent().grabFocus()
         self.assertTrue(wait_for(lambda: password.getState().contains(pyatspi.STATE_FOCUSED), 10))
@@ -393,9 +384,9 @@ class ScreenReaderTest(unittest.TestCase):
                         "Connect never enabled")
         lights = self.lights(window)
         seen = set()
-        announcements = Announcements()
+        announcements = status_line_changes()
         self.addCleanup(announcements.stop)
-        notifications = Notifications()
+        notifications = shown_notifications()
         self.addCleanup(notifications.stop)
         press(connect)
 
@@ -425,7 +416,7 @@ class ScreenReaderTest(unittest.TestCase):
                 (c for c in nodes(panel) if c.getRoleName() == "chart"
                  and re.fullmatch(pattern, c.name or "")), None), 30)
             self.assertIsNotNone(charts[pattern], f"no chart named like {pattern!r}")
-        changes = Descriptions()
+        changes = chart_descriptions()
         self.addCleanup(changes.stop)
         started = time.monotonic()
         for name_pattern, said in CHARTS.items():
